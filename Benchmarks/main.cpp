@@ -1,0 +1,82 @@
+// tessik-bench [--json FILE] [NAME…]: measures all figures or those named, a line each.
+#include "Bench.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStandardPaths>
+
+#include <cstdio>
+#include <vector>
+
+namespace tessik::bench {
+namespace {
+
+struct Entry {
+    std::string name;
+    std::function<void(const Report&)> run;
+};
+
+std::vector<Entry>& entries() {
+    static std::vector<Entry> list;
+    return list;
+}
+
+int run(const QStringList& arguments) {
+    QString jsonFile;
+    QStringList names;
+    for (int i = 1; i < arguments.size(); ++i) {
+        if (arguments[i] == QLatin1String("--json") && i + 1 < arguments.size())
+            jsonFile = arguments[++i];
+        else if (arguments[i].startsWith(QLatin1Char('-')))
+            return std::fprintf(stderr, "tessik-bench: unknown option %s\n", qUtf8Printable(arguments[i])), 2;
+        else
+            names.append(arguments[i]);
+    }
+    for (const QString& name : names) {
+        const bool known = std::any_of(entries().begin(), entries().end(),
+                                       [&](const Entry& entry) { return name == QString::fromStdString(entry.name); });
+        if (!known) return std::fprintf(stderr, "tessik-bench: no figure %s\n", qUtf8Printable(name)), 2;
+    }
+    QJsonObject json;
+    bool allMet = true;
+    const Report report = [&](const Figure& figure) {
+        const bool met = !figure.goal || figure.value <= *figure.goal;
+        allMet = allMet && met;
+        std::printf("%-48s %12.3f %-6s", figure.name.c_str(), figure.value, figure.unit.c_str());
+        if (figure.goal) std::printf(" goal %10.3f  %s", *figure.goal, met ? "met" : "NOT MET");
+        std::printf("\n");
+        std::fflush(stdout);
+        json[QString::fromStdString(figure.name)] =
+            QJsonObject{{QStringLiteral("value"), figure.value},
+                        {QStringLiteral("unit"), QString::fromStdString(figure.unit)},
+                        {QStringLiteral("goal"), figure.goal ? QJsonValue(*figure.goal) : QJsonValue()}};
+    };
+    for (const Entry& entry : entries())
+        if (names.isEmpty() || names.contains(QString::fromStdString(entry.name))) entry.run(report);
+    if (!jsonFile.isEmpty()) {
+        QFile file(jsonFile);
+        const QByteArray text = QJsonDocument(json).toJson();
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush())
+            return std::fprintf(stderr, "tessik-bench: cannot write %s: %s\n", qUtf8Printable(jsonFile),
+                                qUtf8Printable(file.errorString())),
+                   1;
+    }
+    return allMet ? 0 : 1;
+}
+
+} // namespace
+
+Benchmark::Benchmark(std::string name, std::function<void(const Report&)> run) {
+    entries().push_back({std::move(name), std::move(run)});
+}
+
+} // namespace tessik::bench
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QStandardPaths::setTestModeEnabled(true);
+    QApplication app(argc, argv);
+    return tessik::bench::run(QApplication::arguments());
+}

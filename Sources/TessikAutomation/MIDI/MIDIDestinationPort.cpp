@@ -1,0 +1,51 @@
+#include "TessikAutomation/MIDI/MIDIDestinationPort.h"
+
+namespace tessik {
+
+MIDIDestinationPort::MIDIDestinationPort(MIDIService& service, QString clientName, QString label)
+    : _service(service), _clientName(std::move(clientName)), _label(std::move(label)) {}
+
+MIDIDestinationPort::~MIDIDestinationPort() { _service.disposeClient(_client); }
+
+MIDIStatus MIDIDestinationPort::setupClient() {
+    const auto notify = [this] {
+        QMetaObject::invokeMethod(&_notifications, [this] { refreshDestinations(); }, Qt::QueuedConnection);
+    };
+    _service.createClient(_clientName, notify, _client);
+    return _service.createOutputPort(_client, _clientName + QStringLiteral(" Port"), _outputPort);
+}
+
+void MIDIDestinationPort::refreshDestinations() {
+    _destinations = describePorts(_service.destinations(), QStringLiteral("Unknown MIDI Destination"));
+    availableDestinations = _destinations;
+    if (connectedDestinationID.value()) {
+        const MIDIDestinationInfo* chosen = destination();
+        statusText = chosen ? _label + QStringLiteral(": ") + chosen->name : _label + QStringLiteral(": reconnecting…");
+    }
+    noteReachability();
+}
+
+void MIDIDestinationPort::selectDestination(std::optional<std::int32_t> uniqueID) {
+    connectedDestinationID = uniqueID;
+    const MIDIDestinationInfo* chosen = destination();
+    statusText = chosen ? _label + QStringLiteral(": ") + chosen->name : QStringLiteral("Not connected");
+    noteReachability();
+}
+
+MIDIStatus MIDIDestinationPort::send(std::span<const std::uint32_t> words) {
+    const MIDIDestinationInfo* chosen = destination();
+    return chosen ? _service.send(_outputPort, chosen->endpoint, words) : midiUnknownHandle;
+}
+
+const MIDIDestinationInfo* MIDIDestinationPort::destination() const {
+    const std::optional<std::int32_t> chosen = connectedDestinationID.value();
+    return chosen ? findPort(_destinations, chosen) : nullptr;
+}
+
+void MIDIDestinationPort::noteReachability() {
+    const MIDIDestinationInfo* chosen = destination();
+    const MIDIEndpointRef handle = chosen ? chosen->endpoint : 0;
+    if (std::exchange(_reachable, handle) != handle && onReachabilityChanged) onReachabilityChanged();
+}
+
+} // namespace tessik

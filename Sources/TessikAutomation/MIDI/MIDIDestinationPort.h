@@ -1,0 +1,55 @@
+#pragma once
+
+#include "TessikKit/MIDI/MIDIPortInfo.h"
+
+#include <QObject>
+#include <QProperty>
+
+namespace tessik {
+
+/// A MIDI client with one output port and the destination that the user chose for it, found by its unique id whenever
+/// it is there. Main thread only.
+class MIDIDestinationPort {
+public:
+    /// `clientName` names the client, and with " Port" behind it the port; `label` begins the status line.
+    MIDIDestinationPort(MIDIService& service, QString clientName, QString label);
+    ~MIDIDestinationPort();
+
+    /// Creates client and port, once. The port's status is returned; a client failure shows as port failure.
+    MIDIStatus setupClient();
+    /// Lists the destinations anew and derives the status line from the choice.
+    void refreshDestinations();
+    /// Records the choice, also one that is not listed.
+    void selectDestination(std::optional<std::int32_t> uniqueID);
+
+    /// Whether the chosen destination is listed now.
+    bool isReachable() const { return destination() != nullptr; }
+    /// Sends words to the chosen destination: `midiUnknownHandle` where it is absent, else the service's status.
+    MIDIStatus send(std::span<const std::uint32_t> words);
+
+    /// Called after a refresh or a choice changed whether, or under which handle, the destination is reachable.
+    std::function<void()> onReachabilityChanged;
+
+    QProperty<std::vector<MIDIDestinationInfo>> availableDestinations;
+    QProperty<std::optional<std::int32_t>> connectedDestinationID{std::nullopt};
+    /// "Not connected"; label + ": " + name; label + ": reconnecting…".
+    QProperty<QString> statusText{QStringLiteral("Not connected")};
+
+    MIDIClientRef client() const { return _client; }
+    MIDIPortRef outputPort() const { return _outputPort; }
+
+private:
+    const MIDIDestinationInfo* destination() const;
+    void noteReachability();
+
+    MIDIService& _service;
+    const QString _clientName;
+    const QString _label;
+    MIDIClientRef _client = 0;
+    MIDIPortRef _outputPort = 0;
+    std::vector<MIDIDestinationInfo> _destinations; // what availableDestinations shows
+    MIDIEndpointRef _reachable = 0;                 // handle of the chosen destination, 0 while absent
+    QObject _notifications;                         // receives the setup notices on the main thread
+};
+
+} // namespace tessik

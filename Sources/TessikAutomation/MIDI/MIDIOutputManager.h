@@ -1,0 +1,71 @@
+#pragma once
+
+#include "TessikAutomation/MIDI/DeskPacer.h"
+#include "TessikAutomation/MIDI/MIDIDestinationPort.h"
+#include "TessikKit/Models/ConsoleModel.h"
+
+#include <QTimer>
+
+namespace tessik {
+
+/// One channel's automatable state, as it is asserted to the desk.
+struct DeskChannelState {
+    ChannelKind kind;
+    int faderValue = 0; ///< 0 to 127
+    ChannelSwitches switches;
+};
+
+/// The path to the console's MIDI IN: the destination chosen, and what is believed to stand on the desk.
+///
+/// Everything goes through one pacer, because the desk hangs on a 31,250-baud cable: of each controller only the latest
+/// value waits. The console does not echo, so what is sent is taken as landed; a desk that was away gets what it is
+/// owed when it is back. Main thread only.
+class MIDIOutputManager {
+public:
+    explicit MIDIOutputManager(MIDIService& service, const UptimeClock& clock = UptimeClock::system());
+
+    /// Creates the client "TessikAutomation Output". Then call `refreshDestinations` once.
+    void setupClient();
+    void refreshDestinations() { port.refreshDestinations(); }
+    void selectDestination(std::optional<std::int32_t> uniqueID) { port.selectDestination(uniqueID); }
+
+    /// Availability, choice and status text of "MIDI Out".
+    MIDIDestinationPort port;
+    /// MIDI channel of every message sent, as the console counts them: 1 to 16. Held to that range where it is used.
+    QProperty<int> midiChannel{1};
+
+    /// How a value is meant: playback skips what the desk is believed to hold, an assertion skips nothing, and a
+    /// correction goes ahead of everything that waits.
+    using Urgency = DeskPacer::Urgency;
+    void sendFader(ChannelKind kind, int value, Urgency urgency = Urgency::assertion);
+    void sendSwitches(ChannelKind kind, ChannelSwitches switches, Urgency urgency = Urgency::assertion);
+    /// A whole state, in the order that is safe to the ear: the switches of channels that end muted, all faders, the
+    /// other switches.
+    void assertState(std::span<const DeskChannelState> channels);
+
+    /// What the desk is believed to hold on a controller; none where nothing was ever sent or received.
+    std::optional<int> believedValue(int cc) const { return _pacer.believed(cc); }
+    /// Tells what the desk itself sent. A value that crossed one of ours on the cable is sent back to it.
+    void noteReceived(Uptime stamp, int cc, int value);
+    /// True while anything waits to be sent.
+    bool isBusy() const { return _pacer.hasWaiting(); }
+    /// Values that a newer one of the same controller overtook before they were sent.
+    std::int64_t overtakenCount() const { return _pacer.overtakenCount(); }
+    /// Messages a second to the desk; the setting "midiOutMessagesPerSecond".
+    void setMessagesPerSecond(int rate) { _pacer.setMessagesPerSecond(rate); }
+
+    /// Zeroes every visible channel of the model: fader 0, switches off, no NULL target; and, if told so, the desk.
+    void resetChannels(ConsoleModel& consoleModel, bool sendToConsole);
+
+    /// Sends what is due now. The manager's own timer calls it while anything waits; a test calls it instead.
+    void pump();
+
+private:
+    void wake();
+
+    const UptimeClock& _clock;
+    DeskPacer _pacer;
+    QTimer _timer;
+};
+
+} // namespace tessik

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "TessikKit/MIDI/MIDIPortInfo.h"
+#include "TessikKit/MIDI/MainThreadQueue.h"
+
+#include <QByteArray>
+#include <QProperty>
+
+namespace tessik {
+
+/// One system or channel-voice word, taken apart.
+struct MIDIWord {
+    Uptime stamp;             ///< arrival
+    std::uint8_t messageType; ///< 1 system, 2 MIDI 1.0 channel voice
+    std::uint8_t status;
+    int data1;
+    int data2;
+};
+
+/// A MIDI client with one input port, connected to at most one source, which it finds again when it comes back.
+///
+/// Words and System Exclusive data go to handlers that run on the MIDI thread and do no more than filter; what matters
+/// they `submit`, and it reaches the task handler on the main thread, in order and with its stamp. Set the handlers
+/// before a source is selected. All else here is main-thread only; platform failures are logged and shown in
+/// `statusText`, never thrown.
+class MIDIInputConnection {
+public:
+    using WordHandler = std::function<void(const MIDIWord&)>;
+    /// Gets the data bytes of a whole message, without F0 and F7.
+    using SysExHandler = std::function<void(Uptime stamp, std::span<const std::uint8_t> bytes)>;
+    using TaskHandler = std::function<void(Uptime stamp, std::uint64_t payload)>;
+
+    /// A longer System Exclusive message is dropped, and the first one logged.
+    static constexpr std::size_t maxSysExBytes = 64 * 1024;
+    /// Words of one packet beyond these are dropped, which bounds the work of a callback.
+    static constexpr std::size_t maxPacketWords = 64;
+
+    MIDIInputConnection(MIDIService& service, QString clientName, WordHandler onWord);
+    ~MIDIInputConnection();
+
+    void setHandler(WordHandler onWord) { _onWord = std::move(onWord); }
+    void setSysExHandler(SysExHandler onSysEx) { _onSysEx = std::move(onSysEx); }
+    /// Runs on the main thread for each payload submitted.
+    void setTaskHandler(TaskHandler onTask) { _onTask = std::move(onTask); }
+    /// Runs on the main thread, in its place among the tasks, when the platform lost incoming data.
+    void setDataLostHandler(std::function<void()> onDataLost) { _onDataLost = std::move(onDataLost); }
+
+    /// For the handlers, on the MIDI thread: has the task handler called with this.
+    void submit(Uptime stamp, std::uint64_t payload) { _queue.push({Kind::task, stamp, payload, {}}); }
+
+    /// Enumerates the sources anew and reconnects the chosen one where it came back.
+    void refreshSources();
+    /// Connects to that source; none, or an id that is not listed, disconnects.
+    void selectSource(std::optional<std::int32_t> uniqueID);
+    /// `reconnecting`: the endpoint connected before is gone and is not disconnected.
+    void connect(const MIDISourceInfo& source, bool reconnecting);
+    /// Nothing happens while the chosen source is missing: the choice stays.
+    void disconnect();
+
+    const QString clientName;
+    MIDIClientRef client() const { return _client; }
+    MIDIPortRef inputPort() const { return _inputPort; }
+
+    QProperty<std::vector<MIDISourceInfo>> availableSources;
+    QProperty<std::optional<std::int32_t>> connectedSourceID{std::nullopt}; ///< kept while the source is missing
+    QProperty<std::optional<QString>> connectedSourceName{std::nullopt};
+    QProperty<std::optional<MIDIEndpointRef>> connectedEndpoint{std::nullopt};
+    QProperty<bool> connectedSourceWasRecentlyMissing{false};
+    QProperty<QString> statusText{QStringLiteral("Not connected")};
+    QProperty<std::int64_t> rawPacketListCount{0};         ///< event lists received
+    QProperty<std::int64_t> rawByteCount{0};               ///< 4 a word received
+    QProperty<QString> lastRawHex{QStringLiteral("—")};    ///< the words of the last event list
+    QProperty<std::int64_t> dataLostCount{0};              ///< times that the platform lost incoming data
+
+private:
+    enum class Kind : std::uint8_t { none, task, listCounters, dataLost };
+    struct Entry {
+        Kind kind = Kind::none;
+        Uptime stamp{};
+        std::uint64_t payload = 0; // the task's, or the number of words of a list
+        QByteArray hex;            // of a list
+    };
+
+    void setUpClient();
+    void receive(const MIDIEventList& list);
+    void assembleSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second);
+    void run(Entry& entry);
+    void log(const QString& message) const;
+
+    MIDIService& _service;
+    MIDIClientRef _client = 0;
+    MIDIPortRef _inputPort = 0;
+    WordHandler _onWord;
+    SysExHandler _onSysEx;
+    TaskHandler _onTask;
+    std::function<void()> _onDataLost;
+
+    // MIDI thread only
+    std::vector<std::uint8_t> _sysExBuffer;
+    bool _sysExTooLong = false;
+    bool _sysExTooLongLogged = false;
+
+    MainThreadQueue<Entry> _queue;
+    QObject _notifications; // receives the setup notices on the main thread
+};
+
+} // namespace tessik

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "TessikKit/MIDI/MIDIInputConnection.h"
+#include "TessikKit/Models/ConsoleModel.h"
+
+#include <atomic>
+
+namespace tessik {
+
+/// Receives the console: hands its Control Changes, on whatever MIDI channel, to the model on the main thread.
+class MIDIManager {
+public:
+    MIDIManager(MIDIService& service, ConsoleModel& consoleModel, const QString& clientName);
+
+    ConsoleModel& consoleModel;
+    MIDIInputConnection connection;
+
+    /// Called on the main thread for each Control Change, just after the model has taken it.
+    std::function<void(Uptime stamp, int cc, int value)> onControlChange;
+
+    /// Writes every Control Change to standard error as it arrives. One for the whole process.
+    static inline std::atomic<bool> logIncomingCC = false;
+
+private:
+    void receive(const MIDIWord& word); // MIDI thread
+};
+
+} // namespace tessik

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "TessikKit/MIDI/MIDIService.h"
+
+#include <algorithm>
+
+namespace tessik {
+
+/// One port as the lists of the settings show it. The user's choice is remembered by `uniqueID` alone.
+struct MIDIPortInfo {
+    std::int32_t uniqueID = 0;
+    QString name;
+    MIDIEndpointRef endpoint = 0;
+
+    friend bool operator==(const MIDIPortInfo&, const MIDIPortInfo&) = default;
+};
+
+using MIDISourceInfo = MIDIPortInfo;
+using MIDIDestinationInfo = MIDIPortInfo;
+
+/// An enumeration as a list to choose from: `nameless` stands in for a name and 0 for an id that cannot be read.
+inline std::vector<MIDIPortInfo> describePorts(const std::vector<MIDIEndpoint>& endpoints, const QString& nameless) {
+    std::vector<MIDIPortInfo> ports;
+    ports.reserve(endpoints.size());
+    for (const MIDIEndpoint& endpoint : endpoints)
+        ports.push_back({endpoint.uniqueID.value_or(0), endpoint.displayName.value_or(nameless), endpoint.ref});
+    return ports;
+}
+
+/// The first port with that id; null where none has it.
+inline const MIDIPortInfo* findPort(const std::vector<MIDIPortInfo>& ports, std::optional<std::int32_t> uniqueID) {
+    const auto found =
+        std::find_if(ports.begin(), ports.end(), [&](const MIDIPortInfo& port) { return port.uniqueID == uniqueID; });
+    return found == ports.end() ? nullptr : &*found;
+}
+
+} // namespace tessik

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "TessikKit/Models/UptimeClock.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace tessik {
+
+/// Handles given out by a MIDI service. 0 is never a valid one.
+using MIDIClientRef = std::uint32_t;
+using MIDIPortRef = std::uint32_t;
+/// A source or destination. A device that is plugged in again gets another handle under the same unique id.
+using MIDIEndpointRef = std::uint32_t;
+
+/// 0 for success; else the platform's own signed number.
+using MIDIStatus = std::int32_t;
+/// The service does not know the client, port or endpoint that it was given.
+inline constexpr MIDIStatus midiUnknownHandle = -10844;
+
+/// Universal MIDI Packet words of MIDI 1.0 protocol that arrived together. Message types used: 1 system common and
+/// real time, 2 channel voice, 3 System Exclusive (two words: data bytes only, without F0 and F7).
+struct MIDIEventPacket {
+    Uptime stamp; ///< arrival
+    std::span<const std::uint32_t> words;
+};
+
+/// What one call of a receive block delivers.
+struct MIDIEventList {
+    std::span<const MIDIEventPacket> packets;
+    /// Data was lost before the first packet: whoever assembles messages from pieces starts afresh.
+    bool dataLost = false;
+};
+
+/// Runs on a thread of the service, never on two at once for one port.
+using MIDIReceiveBlock = std::function<void(const MIDIEventList&)>;
+/// Something in the MIDI setup changed. Runs on a thread of the service.
+using MIDINotifyBlock = std::function<void()>;
+
+/// One entry of an enumeration.
+struct MIDIEndpoint {
+    MIDIEndpointRef ref = 0;
+    std::optional<std::int32_t> uniqueID; ///< persistent; none where the platform cannot tell
+    std::optional<QString> displayName;
+};
+
+/// The platform's MIDI system: clients with ports, connected to sources and sending to destinations.
+/// Called on the main thread; blocks run on the service's threads.
+class MIDIService {
+public:
+    virtual ~MIDIService() = default;
+
+    virtual MIDIStatus createClient(const QString& name, MIDINotifyBlock notify, MIDIClientRef& client) = 0;
+    /// Ends the client with its ports, virtual endpoints and connections. When it returns, none of its blocks runs
+    /// or will run. An unknown client is ignored.
+    virtual void disposeClient(MIDIClientRef client) = 0;
+
+    virtual MIDIStatus createInputPort(MIDIClientRef client, const QString& name, MIDIReceiveBlock receive,
+                                       MIDIPortRef& port) = 0;
+    virtual MIDIStatus createOutputPort(MIDIClientRef client, const QString& name, MIDIPortRef& port) = 0;
+
+    virtual std::vector<MIDIEndpoint> sources() const = 0;
+    virtual std::vector<MIDIEndpoint> destinations() const = 0;
+
+    virtual MIDIStatus connectSource(MIDIPortRef inputPort, MIDIEndpointRef source) = 0;
+    virtual MIDIStatus disconnectSource(MIDIPortRef inputPort, MIDIEndpointRef source) = 0;
+
+    /// Sends whole messages, in order, without blocking. On any status but 0 nothing of this call can be relied on to
+    /// have gone out; `midiWouldBlock` asks to try again later.
+    virtual MIDIStatus send(MIDIPortRef outputPort, MIDIEndpointRef destination,
+                            std::span<const std::uint32_t> words) = 0;
+
+    /// Endpoints that others see, as a device's own ports are; for the rig.
+    virtual MIDIStatus createSource(MIDIClientRef client, const QString& name, MIDIEndpointRef& source) = 0;
+    virtual MIDIStatus createDestination(MIDIClientRef client, const QString& name, MIDIReceiveBlock receive,
+                                         MIDIEndpointRef& destination) = 0;
+    /// Hands words from an own source to everyone connected to it. Callable from any one thread a source.
+    virtual MIDIStatus transmit(MIDIEndpointRef source, std::span<const std::uint32_t> words) = 0;
+};
+
+/// The receiver is not keeping up; what was sent is still owed.
+inline constexpr MIDIStatus midiWouldBlock = -11;
+
+} // namespace tessik

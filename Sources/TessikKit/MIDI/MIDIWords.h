@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace tessik {
+
+/// Building and taking apart the 32-bit words in which MIDI 1.0 messages travel (Universal MIDI Packet format,
+/// M2-104-UM: message type in the top four bits, group 0 in the next four).
+namespace MIDIWords {
+
+/// A channel-voice word: `status` 0x80 to 0xEF.
+constexpr std::uint32_t channelVoice(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) {
+    return 0x20000000u | std::uint32_t(status) << 16 | std::uint32_t(data1 & 0x7F) << 8 | (data2 & 0x7Fu);
+}
+
+/// A system common or real-time word: `status` 0xF1 to 0xFF.
+constexpr std::uint32_t system(std::uint8_t status, std::uint8_t data1 = 0, std::uint8_t data2 = 0) {
+    return 0x10000000u | std::uint32_t(status) << 16 | std::uint32_t(data1 & 0x7F) << 8 | (data2 & 0x7Fu);
+}
+
+constexpr std::uint32_t controlChange(int channelFrom1, int cc, int value) {
+    return channelVoice(std::uint8_t(0xB0 | (channelFrom1 - 1)), std::uint8_t(cc), std::uint8_t(value));
+}
+
+/// Which part of a System Exclusive message a type-3 pair holds.
+enum class SysExPart : std::uint8_t { complete = 0, start = 1, middle = 2, end = 3 };
+
+/// One type-3 pair of up to six data bytes, appended to `words`.
+void appendSysExPair(std::vector<std::uint32_t>& words, SysExPart part, std::span<const std::uint8_t> data);
+
+/// A whole System Exclusive message as type-3 pairs, appended to `words`. `data` without F0 and F7.
+void appendSysEx(std::vector<std::uint32_t>& words, std::span<const std::uint8_t> data);
+
+/// The bytes of one message on a MIDI 1.0 cable, of a word of type 1 or 2, appended to `bytes`; none for other types.
+void appendBytes(std::vector<std::uint8_t>& bytes, std::uint32_t word);
+
+} // namespace MIDIWords
+} // namespace tessik

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "TessikKit/MIDI/MIDIService.h"
+
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <thread>
+
+namespace tessik {
+
+/// MIDI inside the process: sources and destinations that appear, vanish and come back under command. Delivers from a
+/// thread of its own, as a real service does, or at once within the sender's call where a test must be repeatable.
+class VirtualMIDIService final : public MIDIService {
+public:
+    enum class Delivery : std::uint8_t { thread, synchronous };
+    explicit VirtualMIDIService(Delivery delivery = Delivery::thread,
+                                const UptimeClock& clock = UptimeClock::system());
+    ~VirtualMIDIService() override;
+
+    MIDIStatus createClient(const QString& name, MIDINotifyBlock notify, MIDIClientRef& client) override;
+    void disposeClient(MIDIClientRef client) override;
+    MIDIStatus createInputPort(MIDIClientRef client, const QString& name, MIDIReceiveBlock receive,
+                               MIDIPortRef& port) override;
+    MIDIStatus createOutputPort(MIDIClientRef client, const QString& name, MIDIPortRef& port) override;
+    std::vector<MIDIEndpoint> sources() const override;
+    std::vector<MIDIEndpoint> destinations() const override;
+    MIDIStatus connectSource(MIDIPortRef inputPort, MIDIEndpointRef source) override;
+    MIDIStatus disconnectSource(MIDIPortRef inputPort, MIDIEndpointRef source) override;
+    MIDIStatus send(MIDIPortRef outputPort, MIDIEndpointRef destination, std::span<const std::uint32_t> words) override;
+    MIDIStatus createSource(MIDIClientRef client, const QString& name, MIDIEndpointRef& source) override;
+    MIDIStatus createDestination(MIDIClientRef client, const QString& name, MIDIReceiveBlock receive,
+                                 MIDIEndpointRef& destination) override;
+    MIDIStatus transmit(MIDIEndpointRef source, std::span<const std::uint32_t> words) override;
+
+    // ---- what a person at the plugs does
+
+    /// Takes every endpoint of that name out of the setup, with its connections; its unique id is kept for it.
+    void unplug(const QString& name);
+    /// Puts it back, under a new handle.
+    void plug(const QString& name);
+    /// Takes away the readable name of every endpoint of that name.
+    void hideName(const QString& name);
+    /// The next call of an operation returns this instead of succeeding.
+    enum class Operation : std::uint8_t { createClient, createInputPort, createOutputPort, connectSource, send };
+    void failNext(Operation operation, MIDIStatus status);
+    /// Delivers, as from that source, an event list as it is; also one that no transmitter could make.
+    void inject(MIDIEndpointRef source, const MIDIEventList& list);
+    /// Returns when everything sent so far has been handed to the receive blocks.
+    void waitUntilDelivered();
+
+private:
+    struct Client {
+        QString name;
+        MIDINotifyBlock notify;
+    };
+    struct Port {
+        MIDIClientRef client = 0;
+        std::shared_ptr<MIDIReceiveBlock> receive; // null for an output port
+        std::vector<MIDIEndpointRef> connected;    // sources
+    };
+    struct Endpoint {
+        MIDIClientRef client = 0;
+        MIDIEndpointRef handle = 0;          // changes with every plugging
+        MIDIEndpointRef created = 0;         // the handle that the owner was given
+        std::int32_t uniqueID = 0;
+        QString name;
+        bool nameReadable = true;
+        bool plugged = true;
+        std::shared_ptr<MIDIReceiveBlock> receive; // null for a source
+    };
+    struct Delivered {
+        MIDIClientRef client = 0;
+        std::shared_ptr<MIDIReceiveBlock> receive;
+        Uptime stamp{};
+        std::vector<std::uint32_t> words;
+        std::vector<MIDIEventPacket> packets; // of an injected list: spans into `words`
+        bool dataLost = false;
+        MIDINotifyBlock notify; // a setup notice instead of data
+    };
+
+    MIDIStatus addEndpoint(MIDIClientRef client, const QString& name, std::shared_ptr<MIDIReceiveBlock> receive,
+                           MIDIEndpointRef& out);
+    std::vector<MIDIEndpoint> enumerate(bool destinations) const;
+    MIDIStatus takeFailure(Operation operation);
+    void deliver(Delivered item, std::unique_lock<std::mutex>& lock);
+    void notifyAll(std::unique_lock<std::mutex>& lock);
+    void setPlugged(const QString& name, bool plugged);
+    static void hand(const Delivered& item);
+    void run();
+
+    const Delivery _delivery;
+    const UptimeClock& _clock;
+    mutable std::mutex _mutex;
+    std::condition_variable _changed;
+    std::map<MIDIClientRef, Client> _clients;
+    std::map<MIDIPortRef, Port> _ports;
+    std::deque<Endpoint> _endpoints; // in the order of their creation
+    std::map<Operation, MIDIStatus> _failures;
+    std::deque<Delivered> _waiting;
+    MIDIClientRef _delivering = 0; // the client whose block runs on the thread
+    bool _ending = false;
+    std::uint32_t _nextHandle = 1;
+    std::thread _thread;
+};
+
+} // namespace tessik

@@ -1,0 +1,31 @@
+#include "TessikKit/Models/ChannelState.h"
+
+#include "TessikKit/Models/FaderDBCalibration.h"
+
+namespace tessik {
+
+ChannelSwitches ChannelState::switches() const {
+    return {monMuted.value(), auxMuted.value(), eqOn.value(), chanMuted.value()};
+}
+
+void ChannelState::setSwitches(ChannelSwitches switches) {
+    monMuted = switches.monMuted;
+    auxMuted = switches.auxMuted;
+    eqOn = switches.eqOn;
+    chanMuted = switches.chanMuted;
+}
+
+ChannelState::NullMatch ChannelState::nullMatch() const {
+    const std::optional<int> target = nullTarget.value();
+    if (!target) return NullMatch::none;
+    const std::optional<double> is = FaderDBCalibration::decibels(faderValue.value());
+    const std::optional<double> wanted = FaderDBCalibration::decibels(*target);
+    const bool comparable = is && wanted;
+    const double difference = comparable ? *is - *wanted : faderValue.value() - *target;
+    const double tolerance = comparable ? 0.5 : 2.0;
+    if (difference < -tolerance) return NullMatch::needsUp;
+    if (difference > tolerance) return NullMatch::needsDown;
+    return NullMatch::matched;
+}
+
+} // namespace tessik

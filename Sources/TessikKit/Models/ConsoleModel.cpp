@@ -1,0 +1,108 @@
+#include "TessikKit/Models/ConsoleModel.h"
+
+#include "TessikKit/MIDI/MIDIChannelMapping.h"
+
+namespace tessik {
+
+using namespace std::chrono_literals;
+
+namespace {
+constexpr Uptime dumpWindow = 500ms;
+constexpr std::size_t dumpThreshold = 16; // different channels within the window
+} // namespace
+
+QString ConsoleModel::rawValue(ModelSize size) {
+    return size == ModelSize::ch24 ? QStringLiteral("24-Channel") : QStringLiteral("32-Channel");
+}
+
+std::optional<ConsoleModel::ModelSize> ConsoleModel::sizeFromRawValue(const QString& raw) {
+    for (const ModelSize size : allModelSizes)
+        if (rawValue(size) == raw) return size;
+    return std::nullopt;
+}
+
+ConsoleModel::ConsoleModel(const UptimeClock& clock) : _clock(clock) {
+    const auto add = [this](ChannelKind kind) {
+        return _channels.emplace_back(std::make_unique<ChannelState>(kind)).get();
+    };
+    for (int n = 1; n <= maxInputs; ++n) _inputs.push_back(add(ChannelKind::input(n)));
+    for (int n = 1; n <= groupCount; ++n) _groups.push_back(add(ChannelKind::group(n)));
+    add(ChannelKind::stereo());
+}
+
+ChannelState* ConsoleModel::channelState(ChannelKind kind) const {
+    const auto nth = [&kind](const Channels& list) -> ChannelState* {
+        const std::int64_t n = kind.number();
+        return n >= 1 && n <= std::int64_t(list.size()) ? list[std::size_t(n - 1)] : nullptr;
+    };
+    switch (kind.kind()) {
+    case ChannelKind::Case::input: return nth(_inputs);
+    case ChannelKind::Case::group: return nth(_groups);
+    case ChannelKind::Case::stereo: break;
+    }
+    return &stereo();
+}
+
+ConsoleModel::Channels ConsoleModel::visibleInputs() const {
+    return {_inputs.begin(), _inputs.begin() + inputCount(modelSize.value())};
+}
+
+ConsoleModel::Channels ConsoleModel::allVisibleChannels() const {
+    Channels all = visibleInputs();
+    all.insert(all.end(), _groups.begin(), _groups.end());
+    all.push_back(&stereo());
+    return all;
+}
+
+bool ConsoleModel::isVisible(const ChannelState& channel) const {
+    return channel.kind.kind() != ChannelKind::Case::input || channel.kind.number() <= inputCount(modelSize.value());
+}
+
+void ConsoleModel::handle(int cc, int value) {
+    messageCount = messageCount.value() + 1;
+    const auto describe = [&](const ChannelState& channel, QLatin1String what) {
+        lastMessage = QStringLiteral("CC%1 -> %2 %3 = %4").arg(cc).arg(channel.displayName, what).arg(value);
+    };
+    if (const auto faderKind = MIDIChannelMapping::channelKindForFaderCC(cc)) {
+        if (ChannelState* channel = channelState(*faderKind)) {
+            channel->faderValue = value;
+            channel->lastUpdate = _clock.now();
+            noteFaderMessage(*channel, value);
+            describe(*channel, QLatin1String("fader"));
+        }
+    } else if (const auto switchKind = MIDIChannelMapping::channelKindForSwitchCC(cc)) {
+        if (ChannelState* channel = channelState(*switchKind)) {
+            channel->setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(value)));
+            channel->lastUpdate = _clock.now();
+            describe(*channel, QLatin1String("switches"));
+        }
+    }
+}
+
+void ConsoleModel::noteFaderMessage(ChannelState& channel, int value) {
+    const Uptime now = _clock.now();
+    if (now - lastFaderMessageAt.value() > dumpWindow) isReceivingStateDump = false;
+    lastFaderMessageAt = now;
+    forgetRecentFaders(now - dumpWindow);
+    _recentFaders.push_back({channel.id, now});
+    ++_recentCounts[channel.id];
+    if (isReceivingStateDump.value()) {
+        channel.nullTarget = value;
+        return;
+    }
+    if (_recentCounts.size() < dumpThreshold) return;
+    isReceivingStateDump = true;
+    for (ChannelState* reported : allVisibleChannels())
+        if (_recentCounts.contains(reported->id)) reported->nullTarget = reported->faderValue.value();
+}
+
+// The counts make the window cost the same however fast the messages come.
+void ConsoleModel::forgetRecentFaders(Uptime before) {
+    while (!_recentFaders.empty() && _recentFaders.front().at < before) {
+        const auto count = _recentCounts.find(_recentFaders.front().id);
+        if (--count->second == 0) _recentCounts.erase(count);
+        _recentFaders.pop_front();
+    }
+}
+
+} // namespace tessik
