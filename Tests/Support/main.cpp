@@ -8,12 +8,16 @@ using Application = QApplication;
 #include <QCoreApplication>
 using Application = QCoreApplication;
 #endif
+#include <QSettings>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 
 int main(int argc, char** argv) {
     QStandardPaths::setTestModeEnabled(true);
+    const QTemporaryDir settings;
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     Application app(argc, argv);
-    Application::setOrganizationName(QStringLiteral("TessikTests"));
     Application::setApplicationName(QStringLiteral("tessik-tests"));
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "TessikKit/MIDI/MIDIChannelMapping.h"
+#include "TessikKit/MIDI/MIDIService.h"
+
+#include <array>
+#include <deque>
+
+namespace tessik {
+
+/// Decides what goes to the desk next: of each of the 128 controllers the latest value asked for waits, first come
+/// first served, and a token bucket keeps the rate to what the cable carries. Knows no ports and no timers.
+class DeskPacer {
+public:
+    enum class Urgency : std::uint8_t {
+        playback,  ///< skipped where the desk is believed to hold the value already
+        assertion, ///< always sent
+        correction ///< always sent, ahead of everything that waits
+    };
+
+    static constexpr int defaultMessagesPerSecond = 1000;
+    static constexpr int maxBurst = 16; ///< messages saved up by a pause
+
+    /// At least 1.
+    void setMessagesPerSecond(int rate);
+
+    /// Asks for `value` (0 to 127) on a controller (0 to 127).
+    void ask(int cc, int value, Urgency urgency);
+    /// Tells what the desk itself sent.
+    void noteReceived(Uptime stamp, int cc, int value);
+    /// The desk went away: nothing waits or is believed any more; what was asked of it is owed.
+    void lose();
+    /// The desk is back: everything owed is asked for again.
+    void repay();
+
+    struct Message {
+        int cc;
+        int value;
+    };
+    /// The next message that the rate allows at `now`; none where nothing waits or it is not yet time. It counts as
+    /// sent when `noteSent` follows.
+    std::optional<Message> next(Uptime now);
+    void noteSent(Uptime now, Message message);
+
+    bool hasWaiting() const { return !_order.empty(); }
+    std::optional<int> believed(int cc) const { return _controllers[std::size_t(cc)].believed; }
+    std::int64_t overtakenCount() const { return _overtaken; }
+
+private:
+    struct Controller {
+        std::optional<int> waiting;
+        std::optional<int> asked; ///< the last value asked for; owed after the desk was away
+        std::optional<int> believed;
+        Uptime sentAt = distantPast;
+    };
+
+    std::array<Controller, MIDIChannelMapping::controllerCount> _controllers;
+    std::deque<int> _order; // controllers with a waiting value, each once
+    double _perSecond = defaultMessagesPerSecond;
+    double _tokens = maxBurst;
+    Uptime _tokensAt = distantPast;
+    std::int64_t _overtaken = 0;
+};
+
+} // namespace tessik

@@ -1,0 +1,95 @@
+#include "TessikAutomation/Persistence/SavedSettings.h"
+
+#include "TessikKit/MIDI/Log.h"
+
+#include <QSettings>
+
+#include <algorithm>
+
+namespace tessik {
+
+QString rawValue(AppTheme theme) {
+    switch (theme) {
+    case AppTheme::system: return QStringLiteral("system");
+    case AppTheme::dark: return QStringLiteral("dark");
+    case AppTheme::light: break;
+    }
+    return QStringLiteral("light");
+}
+
+std::optional<AppTheme> appThemeFromRawValue(const QString& raw) {
+    for (const AppTheme theme : allAppThemes)
+        if (rawValue(theme) == raw) return theme;
+    return std::nullopt;
+}
+
+namespace SavedSettings {
+namespace {
+
+QSettings& defaults() {
+    static const std::unique_ptr<QSettings> shared = [] {
+        auto suite = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                                 QStringLiteral("TessikAutomation"), QStringLiteral("TessikAutomation"));
+        return suite->status() == QSettings::NoError ? std::move(suite) : std::make_unique<QSettings>();
+    }();
+    return *shared;
+}
+
+void write(QLatin1String key, const QVariant& value) {
+    if (value.isValid())
+        defaults().setValue(key, value);
+    else
+        defaults().remove(key);
+    defaults().sync();
+    if (defaults().status() != QSettings::NoError)
+        logLine(QStringLiteral("SavedSettings"), QStringLiteral("cannot write %1 to %2").arg(key, defaults().fileName()));
+}
+
+/// A file gives numbers back as text, and QVariant's own toInt wraps: so the whole range is read and checked.
+std::optional<std::int64_t> integer(QLatin1String key) {
+    bool ok = false;
+    const qlonglong value = defaults().value(key).toLongLong(&ok);
+    return ok ? std::optional<std::int64_t>(value) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::int32_t> uniqueID(QLatin1String key) {
+    const std::optional<std::int64_t> stored = integer(key);
+    if (!stored) return std::nullopt;
+    if (*stored != std::int32_t(*stored))
+        qFatal("%s holds %lld, which is no port's id", key.data(), static_cast<long long>(*stored));
+    return std::int32_t(*stored);
+}
+
+std::optional<std::int64_t> midiChannel() { return integer(Key::midiChannel); }
+
+std::optional<AppTheme> appTheme() { return appThemeFromRawValue(defaults().value(Key::appTheme).toString()); }
+
+std::optional<std::uint8_t> mmcDeviceID() {
+    const std::optional<std::int64_t> stored = integer(Key::mmcDeviceID);
+    return stored ? std::optional(std::uint8_t(std::clamp<std::int64_t>(*stored, 0, 255))) : std::nullopt;
+}
+
+std::optional<ConsoleModel::ModelSize> modelSize() {
+    return ConsoleModel::sizeFromRawValue(defaults().value(Key::modelSize).toString());
+}
+
+std::optional<int> midiOutMessagesPerSecond() {
+    const std::optional<std::int64_t> stored = integer(Key::midiOutMessagesPerSecond);
+    return stored && *stored >= 1 && *stored <= 100'000 ? std::optional(int(*stored)) : std::nullopt;
+}
+
+void setInteger(QLatin1String key, std::int64_t value) { write(key, qlonglong(value)); }
+void setString(QLatin1String key, const QString& value) { write(key, value); }
+void remove(QLatin1String key) { write(key, {}); }
+
+void setUniqueID(QLatin1String key, std::optional<std::int32_t> uniqueID) {
+    if (uniqueID)
+        setInteger(key, *uniqueID);
+    else
+        remove(key);
+}
+
+} // namespace SavedSettings
+} // namespace tessik

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "TessikAutomation/Persistence/AppTheme.h"
+#include "TessikKit/Models/ConsoleModel.h"
+
+namespace tessik {
+
+/// What belongs to the user's room and not to the mix: kept per machine and user, never in a session.
+/// A write that fails is logged; the program goes on with the value for this run.
+namespace SavedSettings {
+
+namespace Key {
+inline constexpr QLatin1String consoleSourceID{"consoleSourceID"};
+inline constexpr QLatin1String midiOutDestinationID{"midiOutDestinationID"};
+inline constexpr QLatin1String timecodeSourceID{"timecodeSourceID"};
+inline constexpr QLatin1String midiChannel{"midiChannel"};
+inline constexpr QLatin1String appTheme{"appTheme"};
+inline constexpr QLatin1String transportDestinationID{"transportDestinationID"};
+inline constexpr QLatin1String mmcDeviceID{"mmcDeviceID"};
+inline constexpr QLatin1String lastSessionPath{"lastSessionPath"};
+inline constexpr QLatin1String modelSize{"modelSize"};
+inline constexpr QLatin1String midiOutMessagesPerSecond{"midiOutMessagesPerSecond"};
+} // namespace Key
+
+/// A port's unique id; none where nothing is stored. A number outside signed 32 bits stops the program: only ids are
+/// ever stored under these keys.
+std::optional<std::int32_t> uniqueID(QLatin1String key);
+/// The stored number as it is; who uses it keeps it in range.
+std::optional<std::int64_t> midiChannel();
+std::optional<AppTheme> appTheme();
+/// Held to 0 to 255.
+std::optional<std::uint8_t> mmcDeviceID();
+std::optional<ConsoleModel::ModelSize> modelSize();
+/// Messages a second to the desk, 1 to 100,000; none where absent or out of range.
+std::optional<int> midiOutMessagesPerSecond();
+
+void setInteger(QLatin1String key, std::int64_t value);
+void setString(QLatin1String key, const QString& value);
+void remove(QLatin1String key);
+/// Stores a port choice, or removes its key.
+void setUniqueID(QLatin1String key, std::optional<std::int32_t> uniqueID);
+
+} // namespace SavedSettings
+} // namespace tessik
