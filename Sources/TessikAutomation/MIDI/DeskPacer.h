@@ -5,6 +5,8 @@
 
 #include <array>
 #include <deque>
+#include <functional>
+#include <vector>
 
 namespace tessik {
 
@@ -24,14 +26,22 @@ public:
     /// At least 1.
     void setMessagesPerSecond(int rate);
 
-    /// Asks for `value` (0 to 127) on a controller (0 to 127).
+    /// Asks for `value` (0 to 127) on a controller (0 to 127). While the desk is away the value is owed.
     void ask(int cc, int value, Urgency urgency);
-    /// Tells what the desk itself sent.
+    /// Tells what the desk itself sent: that is what it holds, and it takes the place of what waits or is owed there.
+    /// Where it crossed a value of ours on the cable, it is sent back, so that both ends agree.
     void noteReceived(Uptime stamp, int cc, int value);
-    /// The desk went away: nothing waits or is believed any more; what was asked of it is owed.
+
+    /// Another desk than before: nothing is known or owed.
+    void forget();
+    /// The desk went away: nothing waits or is believed any more, and what was asked of it is owed.
     void lose();
-    /// The desk is back: everything owed is asked for again.
-    void repay();
+    /// The desk is there: everything owed is asked for again, in the order that is safe to the ear.
+    void regain();
+
+    /// Controllers in the order in which a whole state goes out: the switch bytes of channels that end muted, all
+    /// faders, the other switch bytes. `valueOf` gives a controller's value, or none to leave it out.
+    static std::vector<int> safeOrder(const std::function<std::optional<int>(int cc)>& valueOf);
 
     struct Message {
         int cc;
@@ -49,7 +59,7 @@ public:
 private:
     struct Controller {
         std::optional<int> waiting;
-        std::optional<int> asked; ///< the last value asked for; owed after the desk was away
+        std::optional<int> asked; ///< the last value asked for that no hand has changed since
         std::optional<int> believed;
         Uptime sentAt = distantPast;
     };
@@ -59,6 +69,7 @@ private:
     double _perSecond = defaultMessagesPerSecond;
     double _tokens = maxBurst;
     Uptime _tokensAt = distantPast;
+    bool _present = false;
     std::int64_t _overtaken = 0;
 };
 

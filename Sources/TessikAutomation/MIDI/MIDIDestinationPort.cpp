@@ -22,14 +22,17 @@ void MIDIDestinationPort::refreshDestinations() {
         const MIDIDestinationInfo* chosen = destination();
         statusText = chosen ? _label + QStringLiteral(": ") + chosen->name : _label + QStringLiteral(": reconnecting…");
     }
-    noteReachability();
+    const MIDIEndpointRef before = std::exchange(_reachable, handle());
+    if (_reachable != before && onChange) onChange(_reachable ? Change::back : Change::gone);
 }
 
 void MIDIDestinationPort::selectDestination(std::optional<std::int32_t> uniqueID) {
+    const bool another = connectedDestinationID.value() != uniqueID;
     connectedDestinationID = uniqueID;
     const MIDIDestinationInfo* chosen = destination();
     statusText = chosen ? _label + QStringLiteral(": ") + chosen->name : QStringLiteral("Not connected");
-    noteReachability();
+    _reachable = handle();
+    if (another && onChange) onChange(Change::chosen);
 }
 
 MIDIStatus MIDIDestinationPort::send(std::span<const std::uint32_t> words) {
@@ -42,10 +45,9 @@ const MIDIDestinationInfo* MIDIDestinationPort::destination() const {
     return chosen ? findPort(_destinations, chosen) : nullptr;
 }
 
-void MIDIDestinationPort::noteReachability() {
+MIDIEndpointRef MIDIDestinationPort::handle() const {
     const MIDIDestinationInfo* chosen = destination();
-    const MIDIEndpointRef handle = chosen ? chosen->endpoint : 0;
-    if (std::exchange(_reachable, handle) != handle && onReachabilityChanged) onReachabilityChanged();
+    return chosen ? chosen->endpoint : 0;
 }
 
 } // namespace tessik

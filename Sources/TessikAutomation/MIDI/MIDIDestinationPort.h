@@ -27,8 +27,13 @@ public:
     /// Sends words to the chosen destination: `midiUnknownHandle` where it is absent, else the service's status.
     MIDIStatus send(std::span<const std::uint32_t> words);
 
-    /// Called after a refresh or a choice changed whether, or under which handle, the destination is reachable.
-    std::function<void()> onReachabilityChanged;
+    enum class Change : std::uint8_t {
+        chosen, ///< another destination, or none; reachable or not
+        gone,   ///< the chosen destination vanished
+        back    ///< it came back, also where it was gone for too short a time to be missed
+    };
+    /// Called after a choice or a refresh, when `isReachable` tells the new state.
+    std::function<void(Change)> onChange;
 
     QProperty<std::vector<MIDIDestinationInfo>> availableDestinations;
     QProperty<std::optional<std::int32_t>> connectedDestinationID{std::nullopt};
@@ -40,7 +45,7 @@ public:
 
 private:
     const MIDIDestinationInfo* destination() const;
-    void noteReachability();
+    MIDIEndpointRef handle() const;
 
     MIDIService& _service;
     const QString _clientName;
@@ -48,7 +53,7 @@ private:
     MIDIClientRef _client = 0;
     MIDIPortRef _outputPort = 0;
     std::vector<MIDIDestinationInfo> _destinations; // what availableDestinations shows
-    MIDIEndpointRef _reachable = 0;                 // handle of the chosen destination, 0 while absent
+    MIDIEndpointRef _reachable = 0;                 // the chosen destination's handle at the last look, 0 while absent
     QObject _notifications;                         // receives the setup notices on the main thread
 };
 

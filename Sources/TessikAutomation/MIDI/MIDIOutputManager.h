@@ -61,7 +61,7 @@ public:
     void pump();
 
 private:
-    void wake();
+    void ask(int cc, int value, Urgency urgency);
 
     const UptimeClock& _clock;
     DeskPacer _pacer;

@@ -1,0 +1,89 @@
+#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+
+#include "TessikKit/MIDI/MIDIWords.h"
+
+#include <algorithm>
+
+namespace tessik {
+
+using namespace std::chrono_literals;
+
+MIDIOutputManager::MIDIOutputManager(MIDIService& service, const UptimeClock& clock)
+    : port(service, QStringLiteral("TessikAutomation Output"), QStringLiteral("Output")), _clock(clock) {
+    using Change = MIDIDestinationPort::Change;
+    port.onChange = [this](Change change) {
+        if (change == Change::chosen)
+            _pacer.forget();
+        else
+            _pacer.lose();
+        if (port.isReachable()) _pacer.regain();
+        pump();
+    };
+    _timer.setTimerType(Qt::PreciseTimer);
+    _timer.callOnTimeout([this] { pump(); });
+}
+
+void MIDIOutputManager::setupClient() { port.setupClient(); }
+
+void MIDIOutputManager::sendFader(ChannelKind kind, int value, Urgency urgency) {
+    ask(MIDIChannelMapping::faderCC(kind), std::clamp(value, 0, 127), urgency);
+    pump();
+}
+
+void MIDIOutputManager::sendSwitches(ChannelKind kind, ChannelSwitches switches, Urgency urgency) {
+    ask(MIDIChannelMapping::switchCC(kind), MIDIChannelMapping::encodeSwitchByte(switches), urgency);
+    pump();
+}
+
+void MIDIOutputManager::assertState(std::span<const DeskChannelState> channels) {
+    std::array<std::optional<int>, MIDIChannelMapping::controllerCount> values;
+    for (const DeskChannelState& channel : channels) {
+        values[std::size_t(MIDIChannelMapping::faderCC(channel.kind))] = std::clamp(channel.faderValue, 0, 127);
+        values[std::size_t(MIDIChannelMapping::switchCC(channel.kind))] =
+            MIDIChannelMapping::encodeSwitchByte(channel.switches);
+    }
+    for (const int cc : DeskPacer::safeOrder([&](int controller) { return values[std::size_t(controller)]; }))
+        ask(cc, *values[std::size_t(cc)], Urgency::assertion);
+    pump();
+}
+
+void MIDIOutputManager::noteReceived(Uptime stamp, int cc, int value) {
+    _pacer.noteReceived(stamp, cc, value);
+    pump();
+}
+
+void MIDIOutputManager::resetChannels(ConsoleModel& consoleModel, bool sendToConsole) {
+    std::vector<DeskChannelState> zeroed;
+    for (ChannelState* channel : consoleModel.allVisibleChannels()) {
+        channel->faderValue = 0;
+        channel->nullTarget = std::nullopt;
+        channel->setSwitches({});
+        channel->lastUpdate = _clock.now();
+        zeroed.push_back({channel->kind, 0, {}});
+    }
+    if (sendToConsole) assertState(zeroed);
+}
+
+void MIDIOutputManager::ask(int cc, int value, Urgency urgency) {
+    if (port.connectedDestinationID.value()) _pacer.ask(cc, value, urgency);
+}
+
+void MIDIOutputManager::pump() {
+    const Uptime now = _clock.now();
+    auto pause = 1ms;
+    while (const auto message = _pacer.next(now)) {
+        const std::uint32_t word =
+            MIDIWords::controlChange(std::clamp(midiChannel.value(), 1, 16), message->cc, message->value);
+        if (const MIDIStatus status = port.send({&word, 1})) {
+            if (status != midiWouldBlock) pause = 50ms; // the port refuses: the value stays owed, without haste
+            break;
+        }
+        _pacer.noteSent(now, *message);
+    }
+    if (!_pacer.hasWaiting())
+        _timer.stop();
+    else if (!_timer.isActive() || _timer.intervalAsDuration() != pause)
+        _timer.start(pause);
+}
+
+} // namespace tessik
