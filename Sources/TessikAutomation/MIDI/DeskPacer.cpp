@@ -7,9 +7,11 @@ namespace tessik {
 using namespace std::chrono_literals;
 
 namespace {
-// A message takes 1 ms on the cable, and a desk and an interface a little longer to act on it: what arrives within this
-// time after a send was on its way before the desk could have heard us.
-constexpr Uptime crossingWindow = 5ms;
+// Three bytes at 31,250 baud.
+constexpr Uptime messageTime = 960us;
+// What arrives until so long after a message of ours has landed may have left the desk before: the cable back, the
+// desk's and the interface's own delays.
+constexpr Uptime crossingMargin = 4ms;
 } // namespace
 
 void DeskPacer::setMessagesPerSecond(int rate) { _perSecond = std::max(rate, 1); }
@@ -43,7 +45,7 @@ void DeskPacer::noteReceived(Uptime stamp, int cc, int value) {
         controller.waiting.reset();
         std::erase(_order, cc);
     }
-    if (stamp - controller.sentAt < crossingWindow) ask(cc, value, Urgency::assertion);
+    if (stamp < controller.landsAt + crossingMargin) ask(cc, value, Urgency::assertion);
 }
 
 void DeskPacer::forget() {
@@ -95,7 +97,8 @@ void DeskPacer::noteSent(Uptime now, Message message) {
     Controller& controller = _controllers[std::size_t(message.cc)];
     controller.waiting.reset();
     controller.believed = message.value;
-    controller.sentAt = now;
+    _cableFreeAt = std::max(_cableFreeAt, now) + messageTime;
+    controller.landsAt = _cableFreeAt;
     std::erase(_order, message.cc);
     _tokens -= 1;
 }

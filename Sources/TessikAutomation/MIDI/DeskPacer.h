@@ -61,7 +61,7 @@ private:
         std::optional<int> waiting;
         std::optional<int> asked; ///< the last value asked for that no hand has changed since
         std::optional<int> believed;
-        Uptime sentAt = distantPast;
+        Uptime landsAt = distantPast; ///< when the last message sent is through the desk's cable
     };
 
     std::array<Controller, MIDIChannelMapping::controllerCount> _controllers;
@@ -69,6 +69,7 @@ private:
     double _perSecond = defaultMessagesPerSecond;
     double _tokens = maxBurst;
     Uptime _tokensAt = distantPast;
+    Uptime _cableFreeAt = distantPast;
     bool _present = false;
     std::int64_t _overtaken = 0;
 };

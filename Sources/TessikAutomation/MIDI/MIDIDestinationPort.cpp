@@ -9,7 +9,8 @@ MIDIDestinationPort::~MIDIDestinationPort() { _service.disposeClient(_client); }
 
 MIDIStatus MIDIDestinationPort::setupClient() {
     const auto notify = [this] {
-        QMetaObject::invokeMethod(&_notifications, [this] { refreshDestinations(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &_notifications, [this] { refreshDestinations(); }, Qt::QueuedConnection);
     };
     _service.createClient(_clientName, notify, _client);
     return _service.createOutputPort(_client, _clientName + QStringLiteral(" Port"), _outputPort);

@@ -28,8 +28,9 @@ namespace {
 
 QSettings& defaults() {
     static const std::unique_ptr<QSettings> shared = [] {
-        auto suite = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
-                                                 QStringLiteral("TessikAutomation"), QStringLiteral("TessikAutomation"));
+        auto suite =
+            std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("TessikAutomation"),
+                                        QStringLiteral("TessikAutomation"));
         return suite->status() == QSettings::NoError ? std::move(suite) : std::make_unique<QSettings>();
     }();
     return *shared;
@@ -42,7 +43,8 @@ void write(QLatin1String key, const QVariant& value) {
         defaults().remove(key);
     defaults().sync();
     if (defaults().status() != QSettings::NoError)
-        logLine(QStringLiteral("SavedSettings"), QStringLiteral("cannot write %1 to %2").arg(key, defaults().fileName()));
+        logLine(QStringLiteral("SavedSettings"),
+                QStringLiteral("cannot write %1 to %2").arg(key, defaults().fileName()));
 }
 
 /// A file gives numbers back as text, and QVariant's own toInt wraps: so the whole range is read and checked.

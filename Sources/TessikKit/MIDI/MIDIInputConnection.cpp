@@ -12,13 +12,16 @@ namespace {
 void appendHex(QByteArray& text, std::uint32_t word) {
     constexpr char digits[] = "0123456789ABCDEF";
     if (!text.isEmpty()) text += ' ';
-    for (int shift = 28; shift >= 0; shift -= 4) text += digits[word >> shift & 0xF];
+    for (int shift = 28; shift >= 0; shift -= 4)
+        text += digits[word >> shift & 0xF];
 }
 
 } // namespace
 
 MIDIInputConnection::MIDIInputConnection(MIDIService& service, QString name, WordHandler onWord)
-    : clientName(std::move(name)), _service(service), _onWord(std::move(onWord)),
+    : clientName(std::move(name)),
+      _service(service),
+      _onWord(std::move(onWord)),
       _queue([this](Entry& entry) { run(entry); }) {
     setUpClient();
     refreshSources();
@@ -35,14 +38,14 @@ void MIDIInputConnection::setUpClient() {
         statusText = QStringLiteral("%1 failed: OSStatus %2").arg(QLatin1String(call)).arg(status);
     };
     const auto notify = [this] {
-        QMetaObject::invokeMethod(&_notifications, [this] { refreshSources(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &_notifications, [this] { refreshSources(); }, Qt::QueuedConnection);
     };
     // A port failure that follows a client failure replaces its text.
     report("MIDIClientCreateWithBlock", _service.createClient(clientName, notify, _client));
-    report("MIDIInputPortCreateWithProtocol",
-           _service.createInputPort(
-               _client, clientName + QStringLiteral(" Input"), [this](const MIDIEventList& list) { receive(list); },
-               _inputPort));
+    report("MIDIInputPortCreateWithProtocol", _service.createInputPort(
+                                                  _client, clientName + QStringLiteral(" Input"),
+                                                  [this](const MIDIEventList& list) { receive(list); }, _inputPort));
 }
 
 void MIDIInputConnection::refreshSources() {

@@ -67,10 +67,10 @@ public:
     QProperty<std::optional<MIDIEndpointRef>> connectedEndpoint{std::nullopt};
     QProperty<bool> connectedSourceWasRecentlyMissing{false};
     QProperty<QString> statusText{QStringLiteral("Not connected")};
-    QProperty<std::int64_t> rawPacketListCount{0};         ///< event lists received
-    QProperty<std::int64_t> rawByteCount{0};               ///< 4 a word received
-    QProperty<QString> lastRawHex{QStringLiteral("—")};    ///< the words of the last event list
-    QProperty<std::int64_t> dataLostCount{0};              ///< times that the platform lost incoming data
+    QProperty<std::int64_t> rawPacketListCount{0};      ///< event lists received
+    QProperty<std::int64_t> rawByteCount{0};            ///< 4 a word received
+    QProperty<QString> lastRawHex{QStringLiteral("—")}; ///< the words of the last event list
+    QProperty<std::int64_t> dataLostCount{0};           ///< times that the platform lost incoming data
 
 private:
     enum class Kind : std::uint8_t { none, task, listCounters, dataLost };

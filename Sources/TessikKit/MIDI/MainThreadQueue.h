@@ -21,7 +21,8 @@ class MainThreadQueue {
 public:
     explicit MainThreadQueue(std::function<void(Entry&)> run) : _run(std::move(run)) {}
     ~MainThreadQueue() {
-        while (_head) delete std::exchange(_head, _head->next.load(std::memory_order_acquire));
+        while (_head)
+            delete std::exchange(_head, _head->next.load(std::memory_order_acquire));
         delete _spare.load();
     }
     MainThreadQueue(const MainThreadQueue&) = delete;
@@ -63,7 +64,8 @@ private:
     };
 
     void post() {
-        QMetaObject::invokeMethod(&_context, [this] { drain(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &_context, [this] { drain(); }, Qt::QueuedConnection);
     }
 
     Entry* next() {

@@ -25,8 +25,10 @@ ConsoleModel::ConsoleModel(const UptimeClock& clock) : _clock(clock) {
     const auto add = [this](ChannelKind kind) {
         return _channels.emplace_back(std::make_unique<ChannelState>(kind)).get();
     };
-    for (int n = 1; n <= maxInputs; ++n) _inputs.push_back(add(ChannelKind::input(n)));
-    for (int n = 1; n <= groupCount; ++n) _groups.push_back(add(ChannelKind::group(n)));
+    for (int n = 1; n <= maxInputs; ++n)
+        _inputs.push_back(add(ChannelKind::input(n)));
+    for (int n = 1; n <= groupCount; ++n)
+        _groups.push_back(add(ChannelKind::group(n)));
     add(ChannelKind::stereo());
 }
 

@@ -42,8 +42,7 @@ void VirtualMIDIService::disposeClient(MIDIClientRef client) {
         std::erase_if(_endpoints, [client](const Endpoint& endpoint) { return endpoint.client == client; }) > 0;
     std::erase_if(_waiting, [client](const Delivered& item) { return item.client == client; });
     if (hadEndpoints) notifyAll(lock);
-    if (std::this_thread::get_id() != _thread.get_id())
-        _changed.wait(lock, [&] { return _delivering != client; });
+    if (std::this_thread::get_id() != _thread.get_id()) _changed.wait(lock, [&] { return _delivering != client; });
 }
 
 MIDIStatus VirtualMIDIService::createInputPort(MIDIClientRef client, const QString&, MIDIReceiveBlock receive,
@@ -124,7 +123,8 @@ MIDIStatus VirtualMIDIService::addEndpoint(MIDIClientRef client, const QString& 
         return std::any_of(_endpoints.begin(), _endpoints.end(), [id](const Endpoint& e) { return e.uniqueID == id; });
     };
     int ordinal = 0;
-    while (taken(stableUniqueID(direction, owner->second.name, name, ordinal))) ++ordinal;
+    while (taken(stableUniqueID(direction, owner->second.name, name, ordinal)))
+        ++ordinal;
     out = _nextHandle++;
     _endpoints.push_back({.client = client,
                           .handle = out,
@@ -170,7 +170,8 @@ void VirtualMIDIService::inject(MIDIEndpointRef source, const MIDIEventList& lis
         }
         items.push_back(std::move(item));
     }
-    for (Delivered& item : items) deliver(std::move(item), lock);
+    for (Delivered& item : items)
+        deliver(std::move(item), lock);
 }
 
 void VirtualMIDIService::deliver(Delivered item, std::unique_lock<std::mutex>& lock) {
@@ -195,7 +196,8 @@ void VirtualMIDIService::notifyAll(std::unique_lock<std::mutex>& lock) {
     std::vector<Delivered> notices;
     for (const auto& [ref, client] : _clients)
         if (client.notify) notices.push_back({.client = ref, .notify = client.notify});
-    for (Delivered& notice : notices) deliver(std::move(notice), lock);
+    for (Delivered& notice : notices)
+        deliver(std::move(notice), lock);
 }
 
 void VirtualMIDIService::setPlugged(const QString& name, bool plugged) {
@@ -203,7 +205,8 @@ void VirtualMIDIService::setPlugged(const QString& name, bool plugged) {
     for (Endpoint& endpoint : _endpoints) {
         if (endpoint.name != name || endpoint.plugged == plugged) continue;
         endpoint.plugged = plugged;
-        for (auto& [ref, port] : _ports) std::erase(port.connected, endpoint.handle);
+        for (auto& [ref, port] : _ports)
+            std::erase(port.connected, endpoint.handle);
         if (plugged) endpoint.handle = _nextHandle++;
     }
     notifyAll(lock);

@@ -15,8 +15,7 @@ namespace tessik {
 class VirtualMIDIService final : public MIDIService {
 public:
     enum class Delivery : std::uint8_t { thread, synchronous };
-    explicit VirtualMIDIService(Delivery delivery = Delivery::thread,
-                                const UptimeClock& clock = UptimeClock::system());
+    explicit VirtualMIDIService(Delivery delivery = Delivery::thread, const UptimeClock& clock = UptimeClock::system());
     ~VirtualMIDIService() override;
 
     MIDIStatus createClient(const QString& name, MIDINotifyBlock notify, MIDIClientRef& client) override;
@@ -62,8 +61,8 @@ private:
     };
     struct Endpoint {
         MIDIClientRef client = 0;
-        MIDIEndpointRef handle = 0;          // changes with every plugging
-        MIDIEndpointRef created = 0;         // the handle that the owner was given
+        MIDIEndpointRef handle = 0;  // changes with every plugging
+        MIDIEndpointRef created = 0; // the handle that the owner was given
         std::int32_t uniqueID = 0;
         QString name;
         bool nameReadable = true;

@@ -1,0 +1,50 @@
+#include "TessikAutomation/Persistence/SavedSettings.h"
+
+#include <gtest/gtest.h>
+
+namespace tessik {
+namespace {
+
+using namespace SavedSettings;
+
+TEST(SavedSettings, TellsAbsenceFromZeroAndKeepsNumbersInRange) {
+    EXPECT_EQ(uniqueID(Key::consoleSourceID), std::nullopt);
+    setUniqueID(Key::consoleSourceID, 0);
+    EXPECT_EQ(uniqueID(Key::consoleSourceID), 0);
+    setUniqueID(Key::consoleSourceID, std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(uniqueID(Key::consoleSourceID), std::numeric_limits<std::int32_t>::min());
+    setUniqueID(Key::consoleSourceID, std::nullopt);
+    EXPECT_EQ(uniqueID(Key::consoleSourceID), std::nullopt);
+
+    EXPECT_EQ(mmcDeviceID(), std::nullopt);
+    for (const auto& [stored, read] :
+         {std::pair<std::int64_t, int>{0, 0}, {127, 127}, {300, 255}, {-4, 0}, {(std::int64_t(1) << 32) + 5, 255}}) {
+        setInteger(Key::mmcDeviceID, stored);
+        EXPECT_EQ(mmcDeviceID(), read) << stored;
+    }
+    EXPECT_EQ(midiChannel(), std::nullopt);
+    setInteger(Key::midiChannel, 999);
+    EXPECT_EQ(midiChannel(), 999);
+    setString(Key::midiChannel, QStringLiteral("nonsense"));
+    EXPECT_EQ(midiChannel(), std::nullopt);
+}
+
+TEST(SavedSettings, MatchesTheThemeExactly) {
+    for (const AppTheme theme : allAppThemes) {
+        setString(Key::appTheme, rawValue(theme));
+        EXPECT_EQ(appTheme(), theme);
+    }
+    setString(Key::appTheme, QStringLiteral("Dark"));
+    EXPECT_EQ(appTheme(), std::nullopt);
+    remove(Key::appTheme);
+    EXPECT_EQ(appTheme(), std::nullopt);
+}
+
+TEST(SavedSettingsDeathTest, StopsOnANumberThatIsNoPort) {
+    setInteger(Key::timecodeSourceID, std::int64_t(1) << 31);
+    EXPECT_DEATH(uniqueID(Key::timecodeSourceID), "timecodeSourceID holds 2147483648");
+    remove(Key::timecodeSourceID);
+}
+
+} // namespace
+} // namespace tessik

@@ -1,0 +1,270 @@
+#include "Support/Events.h"
+#include "TessikKit/MIDI/MIDIInputConnection.h"
+#include "TessikKit/MIDI/MIDIManager.h"
+#include "TessikKit/MIDI/MIDIWords.h"
+#include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+namespace tessik {
+namespace {
+
+using testing::internal::CaptureStderr;
+using testing::internal::GetCapturedStderr;
+using Operation = VirtualMIDIService::Operation;
+
+struct ConnectionTest : testing::Test {
+    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
+    MIDIClientRef far = 0;
+    MIDIEndpointRef desk = 0;
+    std::vector<MIDIWord> words;
+    std::vector<std::vector<std::uint8_t>> sysEx;
+
+    ConnectionTest() {
+        service.createClient(QStringLiteral("Far"), {}, far);
+        service.createSource(far, QStringLiteral("Desk"), desk);
+    }
+    std::unique_ptr<MIDIInputConnection> makeConnection() {
+        auto made = std::make_unique<MIDIInputConnection>(service, QStringLiteral("Test"),
+                                                          [this](const MIDIWord& word) { words.push_back(word); });
+        made->setSysExHandler(
+            [this](Uptime, std::span<const std::uint8_t> bytes) { sysEx.emplace_back(bytes.begin(), bytes.end()); });
+        return made;
+    }
+    std::int32_t deskID() { return *service.sources().front().uniqueID; }
+    void inject(const std::vector<std::uint32_t>& data, bool lost = false) {
+        const MIDIEventPacket packet{{}, data};
+        service.inject(desk, {.packets = {&packet, 1}, .dataLost = lost});
+        runPosted();
+    }
+};
+
+TEST_F(ConnectionTest, FollowsASourceThatVanishesAndComesBack) {
+    const auto connection = makeConnection();
+    EXPECT_EQ(connection->statusText.value(), QStringLiteral("Not connected"));
+    connection->selectSource(deskID());
+    EXPECT_EQ(connection->statusText.value(), QStringLiteral("Connected: Desk"));
+
+    service.unplug(QStringLiteral("Desk"));
+    runPosted();
+    EXPECT_EQ(connection->statusText.value(), QStringLiteral("Source reconnecting…"));
+    connection->disconnect(); // the choice stays while the source is missing
+    EXPECT_TRUE(connection->connectedSourceID.value());
+
+    const MIDIEndpointRef old = *connection->connectedEndpoint.value();
+    CaptureStderr();
+    service.plug(QStringLiteral("Desk"));
+    runPosted();
+    EXPECT_EQ(GetCapturedStderr(),
+              QStringLiteral("[Test] Reconnecting to Desk (endpoint Optional(%1) -> %2) [was missing]\n")
+                  .arg(old)
+                  .arg(service.sources().front().ref)
+                  .toStdString());
+    EXPECT_EQ(connection->statusText.value(), QStringLiteral("Connected: Desk"));
+    inject({MIDIWords::controlChange(1, 7, 100)});
+    EXPECT_EQ(words.size(), 1u);
+
+    CaptureStderr(); // gone and back before anybody looked: only the endpoint tells
+    service.unplug(QStringLiteral("Desk"));
+    service.plug(QStringLiteral("Desk"));
+    runPosted();
+    EXPECT_THAT(GetCapturedStderr(), testing::Not(testing::HasSubstr("[was missing]")));
+    inject({MIDIWords::controlChange(1, 7, 101)});
+    EXPECT_EQ(words.size(), 2u);
+}
+
+TEST_F(ConnectionTest, ChoosesBetweenSourcesById) {
+    MIDIEndpointRef twin = 0;
+    service.createSource(far, QStringLiteral("Desk"), twin);
+    service.hideName(QStringLiteral("Desk"));
+    const auto connection = makeConnection();
+    const auto sources = connection->availableSources.value();
+    ASSERT_EQ(sources.size(), 2u);
+    EXPECT_EQ(sources[0].name, QStringLiteral("Unknown MIDI Source"));
+    EXPECT_NE(sources[0].uniqueID, sources[1].uniqueID);
+
+    connection->selectSource(sources[1].uniqueID);
+    inject({MIDIWords::controlChange(1, 1, 1)});
+    EXPECT_TRUE(words.empty());
+    connection->selectSource(sources[0].uniqueID);
+    inject({MIDIWords::controlChange(1, 1, 1)});
+    EXPECT_EQ(words.size(), 1u);
+    connection->selectSource(12345); // not listed
+    EXPECT_EQ(connection->statusText.value(), QStringLiteral("Not connected"));
+    inject({MIDIWords::controlChange(1, 1, 1)});
+    EXPECT_EQ(words.size(), 1u);
+}
+
+TEST_F(ConnectionTest, ShowsWhatThePlatformRefused) {
+    CaptureStderr();
+    service.failNext(Operation::createClient, -50);
+    auto connection = makeConnection();
+    EXPECT_EQ(connection->statusText.value(),
+              QStringLiteral("MIDIInputPortCreateWithProtocol failed: OSStatus %1").arg(midiUnknownHandle));
+    EXPECT_THAT(GetCapturedStderr(), testing::StartsWith("[Test] MIDIClientCreateWithBlock FAILED OSStatus=-50\n"));
+
+    connection = makeConnection();
+    service.failNext(Operation::connectSource, -10);
+    CaptureStderr();
+    connection->selectSource(deskID());
+    EXPECT_EQ(connection->statusText.value(),
+              QStringLiteral("Connected: Desk (MIDIPortConnectSource returned OSStatus -10)"));
+    EXPECT_EQ(GetCapturedStderr(),
+              "[Test] MIDIPortConnectSource FAILED OSStatus=-10 name=Desk uid=" + std::to_string(deskID()) + "\n");
+    EXPECT_EQ(connection->connectedSourceID.value(), deskID());
+}
+
+TEST_F(ConnectionTest, TakesEventListsApart) {
+    const auto connection = makeConnection();
+    connection->selectSource(deskID());
+    inject({0x20B00764, 0x10F12300, 0x40000000, 0x30160102, 0x03040506, 0x30010000}); // the last pair is cut short
+    ASSERT_EQ(words.size(), 2u);
+    EXPECT_EQ(words[0].status, 0xB0);
+    EXPECT_EQ(words[0].data1, 7);
+    EXPECT_EQ(words[0].data2, 100);
+    EXPECT_EQ(words[1].messageType, 1);
+    EXPECT_EQ(words[1].status, 0xF1);
+    EXPECT_EQ(connection->lastRawHex.value(), QStringLiteral("20B00764 10F12300 40000000 30160102 03040506 30010000"));
+    EXPECT_EQ(connection->rawPacketListCount.value(), 1);
+    EXPECT_EQ(connection->rawByteCount.value(), 24);
+
+    words.clear();
+    inject(std::vector<std::uint32_t>(65, 0x20B00764));
+    EXPECT_EQ(words.size(), 64u);
+    EXPECT_EQ(connection->lastRawHex.value().size(), 64 * 9 - 1);
+    EXPECT_EQ(connection->rawByteCount.value(), 24 + 65 * 4);
+}
+
+TEST_F(ConnectionTest, AssemblesSystemExclusive) {
+    const auto connection = makeConnection();
+    connection->selectSource(deskID());
+    using Bytes = std::vector<std::uint8_t>;
+    const auto sent = [&](std::vector<std::uint32_t> pairs) {
+        sysEx.clear();
+        inject(pairs);
+        return sysEx;
+    };
+    EXPECT_EQ(sent({0x30060102, 0x03040506}), (std::vector<Bytes>{{1, 2, 3, 4, 5, 6}}));
+    EXPECT_EQ(sent({0x300F0102, 0x03040506}), (std::vector<Bytes>{{1, 2, 3, 4, 5, 6}})) << "a count above 6 is 6";
+    EXPECT_EQ(sent({0x30320708, 0}), (std::vector<Bytes>{{7, 8}})) << "an end without a start";
+    EXPECT_EQ(sent({0x30160102, 0x03040506, 0x30210700, 0, 0x30300000, 0}),
+              (std::vector<Bytes>{{1, 2, 3, 4, 5, 6, 7}}));
+    EXPECT_EQ(sent({0x30110100, 0, 0x30110200, 0, 0x30310300, 0}), (std::vector<Bytes>{{2, 3}})) << "a start replaces";
+    EXPECT_EQ(sent({0x30410100, 0, 0x30F10100, 0}), std::vector<Bytes>{});
+
+    for (const std::size_t size : {0u, 1u, 6u, 7u, 12u, 1000u}) {
+        Bytes bytes(size);
+        std::iota(bytes.begin(), bytes.end(), std::uint8_t(0));
+        for (std::uint8_t& byte : bytes)
+            byte &= 0x7F;
+        std::vector<std::uint32_t> pairs;
+        MIDIWords::appendSysEx(pairs, bytes);
+        sysEx.clear();
+        for (std::size_t at = 0; at < pairs.size(); at += 64)
+            inject(
+                {pairs.begin() + std::ptrdiff_t(at), pairs.begin() + std::ptrdiff_t(std::min(at + 64, pairs.size()))});
+        EXPECT_EQ(sysEx, std::vector<Bytes>{bytes}) << size;
+    }
+}
+
+TEST_F(ConnectionTest, DropsEndlessSystemExclusiveAndSaysSoOnce) {
+    const auto connection = makeConnection();
+    connection->selectSource(deskID());
+    CaptureStderr();
+    for (int run = 0; run < 2; ++run) {
+        inject({0x30160102, 0x03040506});
+        for (int i = 0; i < 12'000; ++i)
+            inject({0x30260102, 0x03040506});
+        inject({0x30310700, 0});
+    }
+    EXPECT_TRUE(sysEx.empty());
+    EXPECT_EQ(GetCapturedStderr(), "[Test] System Exclusive message longer than 65536 bytes dropped\n");
+    inject({0x30010900, 0});
+    EXPECT_EQ(sysEx.size(), 1u);
+}
+
+TEST_F(ConnectionTest, StartsAfreshAfterLostData) {
+    const auto connection = makeConnection();
+    connection->selectSource(deskID());
+    int lost = 0;
+    connection->setDataLostHandler([&] { ++lost; });
+    inject({0x30160102, 0x03040506});
+    CaptureStderr();
+    inject({0x30310700, 0}, true);
+    EXPECT_EQ(GetCapturedStderr(), "[Test] MIDI input overrun: messages were lost\n");
+    EXPECT_EQ(sysEx, (std::vector<std::vector<std::uint8_t>>{{7}}));
+    EXPECT_EQ(lost, 1);
+    EXPECT_EQ(connection->dataLostCount.value(), 1);
+}
+
+TEST(MIDIManager, PassesControlChangesOfAnyChannelAndNothingElse) {
+    VirtualMIDIService service(VirtualMIDIService::Delivery::synchronous);
+    MIDIClientRef far = 0;
+    MIDIEndpointRef desk = 0;
+    service.createClient(QStringLiteral("Far"), {}, far);
+    service.createSource(far, QStringLiteral("Desk"), desk);
+    ConsoleModel model;
+    MIDIManager manager(service, model, QStringLiteral("Test"));
+    manager.connection.selectSource(service.sources().front().uniqueID);
+    std::vector<std::uint32_t> sent{MIDIWords::controlChange(1, 4, 1),      MIDIWords::controlChange(16, 4, 2),
+                                    MIDIWords::channelVoice(0x90, 60, 100), MIDIWords::channelVoice(0xE0, 0, 64),
+                                    MIDIWords::system(0xF1, 0x23),          MIDIWords::controlChange(3, 4, 99)};
+    CaptureStderr();
+    MIDIManager::logIncomingCC = true;
+    service.transmit(desk, sent);
+    MIDIManager::logIncomingCC = false;
+    EXPECT_EQ(GetCapturedStderr(), "[CC IN] cc=4 value=1\n[CC IN] cc=4 value=2\n[CC IN] cc=4 value=99\n");
+    runPosted();
+    EXPECT_EQ(model.messageCount.value(), 3);
+    EXPECT_EQ(model.inputs()[4]->faderValue.value(), 99);
+    EXPECT_EQ(manager.connection.rawByteCount.value(), 24);
+}
+
+TEST(MIDIManager, KeepsAFloodInOrderAcrossThreads) {
+    VirtualMIDIService service;
+    MIDIClientRef far = 0;
+    MIDIEndpointRef desk = 0;
+    service.createClient(QStringLiteral("Far"), {}, far);
+    service.createSource(far, QStringLiteral("Desk"), desk);
+    ConsoleModel model;
+    MIDIManager manager(service, model, QStringLiteral("Test"));
+    manager.connection.selectSource(service.sources().front().uniqueID);
+    std::vector<int> values;
+    manager.onControlChange = [&](Uptime, int, int value) { values.push_back(value); };
+    constexpr int count = 20'000;
+    for (int i = 0; i < count; ++i) {
+        const std::uint32_t word = MIDIWords::controlChange(1, 0, i & 0x7F);
+        service.transmit(desk, {&word, 1});
+        if (i % 1000 == 0) runPosted();
+    }
+    service.waitUntilDelivered();
+    runPosted();
+    while (model.messageCount.value() < count)
+        runPosted();
+    for (int i = 0; i < count; ++i)
+        ASSERT_EQ(values[std::size_t(i)], i & 0x7F) << i;
+}
+
+TEST(MIDIManager, LeavesNothingBehindWhenItGoesMidFlood) {
+    VirtualMIDIService service;
+    MIDIClientRef far = 0;
+    MIDIEndpointRef desk = 0;
+    service.createClient(QStringLiteral("Far"), {}, far);
+    service.createSource(far, QStringLiteral("Desk"), desk);
+    ConsoleModel model;
+    const std::uint32_t word = MIDIWords::controlChange(1, 0, 5);
+    for (int round = 0; round < 50; ++round) {
+        MIDIManager manager(service, model, QStringLiteral("Test"));
+        manager.connection.selectSource(service.sources().front().uniqueID);
+        for (int i = 0; i < 100; ++i)
+            service.transmit(desk, {&word, 1});
+    }
+    runPosted();
+    service.waitUntilDelivered();
+}
+
+} // namespace
+} // namespace tessik
