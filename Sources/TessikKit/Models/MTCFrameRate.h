@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+namespace tessik {
+
+/// The rate of a timecode; the number is the two-bit code that MIDI Time Code carries and that files hold.
+enum class MTCFrameRate : std::uint8_t { fps24 = 0, fps25 = 1, fps30Drop = 2, fps30 = 3 };
+
+/// None for any number but 0 to 3.
+constexpr std::optional<MTCFrameRate> mtcFrameRateFromRawValue(std::int64_t raw) {
+    return raw >= 0 && raw <= 3 ? std::optional(MTCFrameRate(raw)) : std::nullopt;
+}
+
+/// Nominal whole frames a second, by which all arithmetic goes: 30 at 29.97 drop too.
+constexpr int framesPerSecond(MTCFrameRate rate) {
+    switch (rate) {
+    case MTCFrameRate::fps24: return 24;
+    case MTCFrameRate::fps25: return 25;
+    case MTCFrameRate::fps30Drop:
+    case MTCFrameRate::fps30: break;
+    }
+    return 30;
+}
+
+/// Frames that really go by in a second: 30/1.001 at 29.97 drop.
+constexpr double realFramesPerSecond(MTCFrameRate rate) {
+    return rate == MTCFrameRate::fps30Drop ? 30.0 / 1.001 : framesPerSecond(rate);
+}
+
+/// "25 fps", "29.97 fps (drop)".
+QString description(MTCFrameRate rate);
+
+} // namespace tessik

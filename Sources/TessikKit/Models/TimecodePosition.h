@@ -1,0 +1,33 @@
+#pragma once
+
+#include "TessikKit/Models/MTCFrameRate.h"
+
+namespace tessik {
+
+/// A timecode label with the rate under which it was read. Nothing is validated: a label keeps the fields that it was
+/// given until it is moved.
+///
+/// There is no drop-frame arithmetic: 29.97 drop counts as 30, so count and label are exact inverses at every rate.
+/// Which of two positions is earlier is asked of `totalFrames`.
+struct TimecodePosition {
+    MTCFrameRate frameRate = MTCFrameRate::fps30;
+    std::int64_t hours = 0; ///< not wrapped at 24
+    std::int64_t minutes = 0;
+    std::int64_t seconds = 0;
+    std::int64_t frames = 0;
+
+    /// The label of a frame count; a negative count is taken as 0.
+    static TimecodePosition fromTotalFrames(MTCFrameRate rate, std::int64_t totalFrames);
+
+    /// Frames since 00:00:00:00. An overflow stops the program, here and in `addFrames`.
+    std::int64_t totalFrames() const;
+    /// Moves by `n` frames, back where negative but never below 0, and leaves every field in its range.
+    void addFrames(std::int64_t n);
+
+    /// "01:02:03:04", with colons at every rate.
+    QString displayString() const;
+
+    friend bool operator==(const TimecodePosition&, const TimecodePosition&) = default;
+};
+
+} // namespace tessik
