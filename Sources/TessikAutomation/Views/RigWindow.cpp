@@ -35,7 +35,8 @@ protected:
         QFont font = painter.font();
         font.setPixelSize(10);
         painter.setFont(font);
-        for (std::size_t i = 0; i < _kinds.size(); ++i) paintChannel(painter, int(i));
+        for (std::size_t i = 0; i < _kinds.size(); ++i)
+            paintChannel(painter, int(i));
     }
 
     void mousePressEvent(QMouseEvent* event) override {
