@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class QWidget;
+
+namespace tessik {
+
+/// What the steps of a tour have in common: waiting with the event loop running, pictures, and a report in which every
+/// line says what was checked and whether it held.
+class TourGuide {
+public:
+    /// Makes the folder; `isUsable` tells whether pictures can be written to it.
+    explicit TourGuide(QString folder);
+    bool isUsable() const { return _usable; }
+
+    void beginStep(const QString& title);
+    /// A statement that must be true; the tour goes on either way.
+    void check(bool holds, const QString& statement);
+    /// Runs the event loop until `condition` holds, at most `timeout`. Whether it came to hold.
+    bool waitFor(const std::function<bool()>& condition, int timeoutMilliseconds = 5000);
+    void passTime(int milliseconds);
+    /// Writes a picture of the window, named in the order of taking.
+    void picture(QWidget& window, const QString& name);
+
+    /// Writes report.md beside the pictures. The number of statements that did not hold, the report's own included.
+    int finish();
+
+private:
+    const QString _folder;
+    bool _usable = false;
+    QStringList _report;
+    int _pictures = 0;
+    int _checks = 0;
+    int _faults = 0;
+};
+
+} // namespace tessik
