@@ -1,0 +1,25 @@
+#include "TessikAutomation/Automation/PassStore.h"
+
+#include "TessikAutomation/Persistence/StoreLists.h"
+
+namespace tessik {
+
+void PassStore::save(const AutomationPass& pass) {
+    QList<AutomationPass> all = withoutID(passes.value(), pass.id);
+    all.append(pass);
+    sortNewestFirst(all);
+    passes = all;
+    if (onChange) onChange();
+}
+
+void PassStore::remove(const QUuid& id) {
+    passes = withoutID(passes.value(), id);
+    if (onChange) onChange();
+}
+
+void PassStore::load(QList<AutomationPass> loaded) {
+    sortNewestFirst(loaded);
+    passes = std::move(loaded);
+}
+
+} // namespace tessik

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QList>
+#include <QUuid>
+
+#include <algorithm>
+
+namespace tessik {
+
+/// What the stores do with their lists of records that have an `id` and a `createdAt`.
+
+template <typename Record>
+QList<Record> withoutID(QList<Record> records, const QUuid& id) {
+    records.removeIf([&id](const Record& record) { return record.id == id; });
+    return records;
+}
+
+/// By `createdAt`, the latest first; records of the same second keep their order.
+template <typename Record>
+void sortNewestFirst(QList<Record>& records) {
+    std::stable_sort(records.begin(), records.end(),
+                     [](const Record& a, const Record& b) { return a.createdAt > b.createdAt; });
+}
+
+} // namespace tessik

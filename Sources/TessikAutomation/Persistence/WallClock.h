@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QDateTime>
+
+#include <functional>
+
+namespace tessik {
+
+/// Tells the date and time as records hold it: UTC, in whole seconds, so that what is written reads back equal.
+using WallClock = std::function<QDateTime()>;
+
+QDateTime currentSecond();
+
+/// The name proposed for what is captured or recorded at that time, in the machine's time zone: "Mar 4, 9:05 PM".
+QString proposedName(const QDateTime& when);
+
+} // namespace tessik

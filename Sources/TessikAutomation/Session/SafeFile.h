@@ -1,0 +1,24 @@
+#pragma once
+
+#include "TessikAutomation/Session/FileStamp.h"
+
+#include <functional>
+
+class QIODevice;
+
+namespace tessik {
+
+struct SafeFileResult {
+    QString error;   ///< why it failed, as a sentence; empty where it did not
+    FileStamp stamp; ///< of the file written
+};
+
+enum class PreviousFile : std::uint8_t { drop, keep };
+
+/// Replaces the file at `path` by what `write` produces (it returns why it failed, or nothing): written beside it,
+/// flushed to the disk, then renamed over it, so that whatever goes wrong or is killed, the old file or the new one is
+/// there, whole. The one replaced is kept, where asked for, under its name with "~" behind it. Blocks on the disk.
+SafeFileResult writeFileSafely(const QString& path, PreviousFile previous,
+                               const std::function<QString(QIODevice&)>& write);
+
+} // namespace tessik

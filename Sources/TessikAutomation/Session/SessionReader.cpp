@@ -1,0 +1,175 @@
+#include "TessikAutomation/Session/SessionReader.h"
+
+#include "TessikAutomation/Session/JSONDecoder.h"
+
+#include <QFile>
+
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessik {
+namespace {
+
+using Keys = RecordKeys<SessionDocument>;
+/// Per top-level key, why it did not decode.
+using Failures = std::array<std::optional<QString>, Keys::count>;
+
+enum class Attempt { done, keyFailed, noSession };
+
+SessionReadResult cannotOpen(const QString& error) {
+    SessionReadResult result;
+    result.error = error;
+    return result;
+}
+
+QString describe(simdjson::error_code code) {
+    switch (code) {
+    case simdjson::EMPTY: return QStringLiteral("The file is empty.");
+    case simdjson::UTF8_ERROR: return QStringLiteral("The file holds bytes that are not valid UTF-8 text.");
+    case simdjson::MEMALLOC: return QStringLiteral("There is not enough memory to read the file.");
+    case simdjson::INCORRECT_TYPE: return QStringLiteral("The file is not a session: its top level is not an object.");
+    default: break;
+    }
+    return QStringLiteral("The file is not valid JSON: %1").arg(QString::fromUtf8(simdjson::error_message(code)));
+}
+
+/// One pass over the document in file order. Keys that have failed before are only walked.
+class SessionAttempt {
+public:
+    SessionAttempt(simdjson::padded_string_view json, Failures& failures) : _json(json), _failures(failures) {}
+
+    Attempt run(simdjson::ondemand::parser& parser, SessionReadResult& result) {
+        simdjson::ondemand::document document;
+        simdjson::ondemand::object top;
+        if (const auto code = parser.iterate(_json).get(document)) return noSession(result, describe(code));
+        if (const auto code = document.get_object().get(top)) return noSession(result, describe(code));
+        JSONDecoder decoder(parser);
+        bool keyFailed = false;
+        const bool walked = decoder.members(top, [&](std::string_view key, JSONDecoder::Value value) {
+            const std::size_t index = Keys::find(key, _expected);
+            if (index == Keys::count) result.unknownKeys += QString::fromUtf8(key.data(), qsizetype(key.size()));
+            if (index == Keys::count || (_seen >> index & 1)) return decoder.walk(value);
+            _seen |= std::uint64_t(1) << index;
+            _expected = index + 1;
+            if (_failures[index]) return decoder.walk(value);
+            if (decodeField(decoder, index, value, *result.document)) return true;
+            const std::string_view name = Keys::names[index];
+            _failures[index] = QString::fromUtf8(name.data(), qsizetype(name.size())) + decoder.error();
+            keyFailed = true;
+            return false;
+        });
+        if (keyFailed) return Attempt::keyFailed;
+        if (!walked) return noSession(result, notJSON(document, decoder.what()));
+        if (const char* rest = nullptr; !document.current_location().get(rest))
+            return noSession(result, QStringLiteral("Something follows the end of the session."));
+        for (std::size_t i = 0; i < Keys::count; ++i)
+            if (!(_seen >> i & 1) && (Keys::required >> i & 1)) _failures[i] = QStringLiteral("the key is missing");
+        return Attempt::done;
+    }
+
+private:
+    static Attempt noSession(SessionReadResult& result, const QString& error) {
+        result = cannotOpen(error);
+        return Attempt::noSession;
+    }
+
+    static bool decodeField(JSONDecoder& decoder, std::size_t wanted, JSONDecoder::Value value, SessionDocument& out) {
+        return [&]<std::size_t... I>(std::index_sequence<I...>) {
+            bool decoded = false;
+            ((I == wanted && (decoded = decoder.decode(value, out.*std::get<I>(recordFields<SessionDocument>).member))),
+             ...);
+            return decoded;
+        }
+        (std::make_index_sequence<Keys::count>());
+    }
+
+    QString notJSON(simdjson::ondemand::document& document, const QString& what) const {
+        const char* at = nullptr;
+        if (document.current_location().get(at) || at < _json.data() || at > _json.data() + _json.size())
+            return QStringLiteral("The file is not valid JSON: %1").arg(what);
+        return QStringLiteral("The file is not valid JSON near line %1: %2")
+            .arg(1 + std::count(_json.data(), at, '\n'))
+            .arg(what);
+    }
+
+    const simdjson::padded_string_view _json;
+    Failures& _failures;
+    std::uint64_t _seen = 0;
+    std::size_t _expected = 0;
+};
+
+SessionReadResult parsePadded(simdjson::padded_string_view json, const QDateTime& now) {
+    if (QByteArrayView(json.data(), qsizetype(json.size())).startsWith("\xEF\xBB\xBF"))
+        return cannotOpen(QStringLiteral("The file begins with a byte-order mark, which is not valid JSON."));
+    simdjson::ondemand::parser parser;
+    if (const auto code = parser.allocate(json.size())) return cannotOpen(describe(code));
+    Failures failures;
+    SessionReadResult result;
+    Attempt attempt = Attempt::keyFailed;
+    while (attempt == Attempt::keyFailed) {
+        result = {};
+        result.document = SessionDocument::empty(now);
+        attempt = SessionAttempt(json, failures).run(parser, result);
+    }
+    if (attempt == Attempt::noSession) return result;
+    for (std::size_t i = 0; i < Keys::count; ++i)
+        if (failures[i])
+            result.fallbacks.push_back(
+                {QString::fromUtf8(Keys::names[i].data(), qsizetype(Keys::names[i].size())), *failures[i]});
+    return result;
+}
+
+/// Bytes with the room behind them that the parser reads into.
+struct PaddedBytes {
+    std::unique_ptr<char[]> bytes;
+    std::size_t size = 0;
+
+    explicit PaddedBytes(std::size_t wanted)
+        : bytes(new (std::nothrow) char[wanted + simdjson::SIMDJSON_PADDING]), size(wanted) {
+        if (bytes) std::fill_n(bytes.get() + wanted, simdjson::SIMDJSON_PADDING, '\0');
+    }
+    simdjson::padded_string_view view() const {
+        return simdjson::padded_string_view(bytes.get(), size, size + simdjson::SIMDJSON_PADDING);
+    }
+};
+
+QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
+
+} // namespace
+
+SessionReadResult parseSession(QByteArrayView json, const QDateTime& now) {
+    const PaddedBytes padded{std::size_t(json.size())};
+    std::copy(json.begin(), json.end(), padded.bytes.get());
+    return parsePadded(padded.view(), now);
+}
+
+SessionReadResult readSession(const QString& path, const QDateTime& now) {
+    // Without O_NONBLOCK the opening of a pipe would wait for its writer.
+    const int opened = open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (opened < 0) return cannotOpen(QStringLiteral("The file cannot be opened: %1.").arg(systemError()));
+    QFile file;
+    file.open(opened, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
+    struct stat status {};
+    if (fstat(opened, &status) != 0) return cannotOpen(systemError());
+    if (S_ISDIR(status.st_mode)) return cannotOpen(QStringLiteral("This is a folder, not a session file."));
+    if (!S_ISREG(status.st_mode)) return cannotOpen(QStringLiteral("This is not a regular file."));
+    if (status.st_size >= qint64(simdjson::SIMDJSON_MAXSIZE_BYTES))
+        return cannotOpen(QStringLiteral("The file is too large: a session is smaller than 4 GiB."));
+    if (status.st_size == 0) return cannotOpen(describe(simdjson::EMPTY));
+    const PaddedBytes padded{std::size_t(status.st_size)};
+    if (!padded.bytes) return cannotOpen(describe(simdjson::MEMALLOC));
+    for (qint64 have = 0; have < status.st_size;) {
+        const qint64 got = file.read(padded.bytes.get() + have, status.st_size - have);
+        if (got < 0) return cannotOpen(QStringLiteral("The file cannot be read: %1.").arg(file.errorString()));
+        if (got == 0) return cannotOpen(QStringLiteral("The file became shorter while it was read."));
+        have += got;
+    }
+    SessionReadResult result = parsePadded(padded.view(), now);
+    result.stamp = FileStamp::of(status);
+    return result;
+}
+
+} // namespace tessik

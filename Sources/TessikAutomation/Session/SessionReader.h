@@ -1,0 +1,35 @@
+#pragma once
+
+#include "TessikAutomation/Session/FileStamp.h"
+#include "TessikAutomation/Session/SessionDocument.h"
+
+#include <QStringList>
+
+#include <vector>
+
+namespace tessik {
+
+/// What came of reading a session. The top level is lenient: a key that is missing or does not decode falls back to
+/// its default, alone. Everything inside a key is strict. What is no JSON object opens nothing.
+struct SessionReadResult {
+    std::optional<SessionDocument> document; ///< none where the file cannot be opened
+    QString error;                           ///< why not, as a sentence; empty where there is a document
+
+    struct Fallback {
+        QString key;
+        QString reason; ///< with the path of the value at fault: "passes[1].name: not a string"
+    };
+    std::vector<Fallback> fallbacks; ///< in the order of the keys
+    QStringList unknownKeys;         ///< of the top level
+    FileStamp stamp;                 ///< of the file that was read
+};
+
+/// Values may be nested this deep.
+inline constexpr int maxSessionDepth = 512;
+
+/// Reads a regular file of less than 4 GiB. `now` stands in for missing dates.
+SessionReadResult readSession(const QString& path, const QDateTime& now);
+/// Reads the text of a session file.
+SessionReadResult parseSession(QByteArrayView json, const QDateTime& now);
+
+} // namespace tessik

@@ -1,0 +1,44 @@
+#include "TessikAutomation/Snapshots/SnapshotStore.h"
+
+#include "TessikAutomation/Persistence/StoreLists.h"
+
+namespace tessik {
+
+std::optional<Snapshot> SnapshotStore::defaultSnapshot() const {
+    const std::optional<QUuid> id = defaultSnapshotID.value();
+    if (!id) return std::nullopt;
+    const QList<Snapshot> all = snapshots.value();
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&id](const Snapshot& snapshot) { return snapshot.id == *id; });
+    return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
+void SnapshotStore::save(const Snapshot& snapshot) {
+    QList<Snapshot> all = withoutID(snapshots.value(), snapshot.id);
+    all.append(snapshot);
+    snapshots = all;
+    if (onChange) onChange();
+}
+
+void SnapshotStore::remove(const QUuid& id) {
+    snapshots = withoutID(snapshots.value(), id);
+    if (defaultSnapshotID.value() == id) defaultSnapshotID = std::nullopt;
+    if (onChange) onChange();
+}
+
+void SnapshotStore::setDefault(std::optional<QUuid> id) {
+    defaultSnapshotID = id;
+    if (onChange) onChange();
+}
+
+void SnapshotStore::toggleDefault(const QUuid& id) {
+    setDefault(defaultSnapshotID.value() == id ? std::nullopt : std::optional(id));
+}
+
+void SnapshotStore::load(QList<Snapshot> loaded, std::optional<QUuid> defaultID) {
+    sortNewestFirst(loaded);
+    snapshots = std::move(loaded);
+    defaultSnapshotID = defaultID;
+}
+
+} // namespace tessik
