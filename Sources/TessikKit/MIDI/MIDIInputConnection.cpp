@@ -3,8 +3,6 @@
 #include "TessikKit/MIDI/Log.h"
 #include "TessikKit/MIDI/MIDIWords.h"
 
-#include <array>
-
 namespace tessik {
 
 namespace {
@@ -140,10 +138,7 @@ void MIDIInputConnection::receive(const MIDIEventList& list) {
 
 void MIDIInputConnection::assembleSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second) {
     using MIDIWords::SysExPart;
-    const std::array<std::uint8_t, 6> data{std::uint8_t(first >> 8),   std::uint8_t(first),
-                                           std::uint8_t(second >> 24), std::uint8_t(second >> 16),
-                                           std::uint8_t(second >> 8),  std::uint8_t(second)};
-    const auto bytes = std::span(data).first(std::min<std::size_t>(first >> 16 & 0xF, data.size()));
+    const MIDIWords::SysExBytes bytes(first, second);
     const std::uint32_t part = first >> 20 & 0xF;
     if (part == std::uint32_t(SysExPart::complete)) {
         if (_onSysEx) _onSysEx(stamp, bytes);
@@ -154,7 +149,7 @@ void MIDIInputConnection::assembleSysEx(Uptime stamp, std::uint32_t first, std::
         _sysExBuffer.clear();
         _sysExTooLong = false;
     }
-    if (!_sysExTooLong && _sysExBuffer.size() + bytes.size() > maxSysExBytes) {
+    if (!_sysExTooLong && _sysExBuffer.size() + bytes.count > maxSysExBytes) {
         _sysExTooLong = true;
         _sysExBuffer = {};
         if (!std::exchange(_sysExTooLongLogged, true))

@@ -1,8 +1,5 @@
 #include "TessikKit/MIDI/MIDIWords.h"
 
-#include <algorithm>
-#include <array>
-
 namespace tessik::MIDIWords {
 
 void appendSysExPair(std::vector<std::uint32_t>& words, SysExPart part, std::span<const std::uint8_t> data) {

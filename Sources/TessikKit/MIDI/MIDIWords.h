@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -32,6 +34,19 @@ void appendSysExPair(std::vector<std::uint32_t>& words, SysExPart part, std::spa
 
 /// A whole System Exclusive message as type-3 pairs, appended to `words`. `data` without F0 and F7.
 void appendSysEx(std::vector<std::uint32_t>& words, std::span<const std::uint8_t> data);
+
+/// The data bytes of a type-3 pair.
+struct SysExBytes {
+    std::array<std::uint8_t, 6> data;
+    std::size_t count;
+
+    constexpr SysExBytes(std::uint32_t first, std::uint32_t second)
+        : data{std::uint8_t(first >> 8),   std::uint8_t(first),       std::uint8_t(second >> 24),
+               std::uint8_t(second >> 16), std::uint8_t(second >> 8), std::uint8_t(second)},
+          count(std::min<std::size_t>(first >> 16 & 0xF, data.size())) {}
+    constexpr const std::uint8_t* begin() const { return data.data(); }
+    constexpr const std::uint8_t* end() const { return data.data() + count; }
+};
 
 /// The bytes of one message on a MIDI 1.0 cable, of a word of type 1 or 2, appended to `bytes`; none for other types.
 void appendBytes(std::vector<std::uint8_t>& bytes, std::uint32_t word);
