@@ -38,6 +38,7 @@ void DeskPacer::ask(int cc, int value, Urgency urgency) {
 }
 
 void DeskPacer::noteReceived(Uptime stamp, int cc, int value) {
+    if (cc >= MIDIChannelMapping::controllerCount) return;
     Controller& controller = _controllers[std::size_t(cc)];
     controller.believed = value;
     controller.asked.reset();

@@ -29,7 +29,8 @@ public:
     /// Asks for `value` (0 to 127) on a controller (0 to 127). While the desk is away the value is owed.
     void ask(int cc, int value, Urgency urgency);
     /// Tells what the desk itself sent: that is what it holds, and it takes the place of what waits or is owed there.
-    /// Where it crossed a value of ours on the cable, it is sent back, so that both ends agree.
+    /// Where it crossed a value of ours on the cable, it is sent back, so that both ends agree. A `cc` above 127, as a
+    /// malformed word has it, is ignored.
     void noteReceived(Uptime stamp, int cc, int value);
 
     /// Another desk than before: nothing is known or owed.

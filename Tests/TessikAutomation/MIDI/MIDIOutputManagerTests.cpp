@@ -186,6 +186,9 @@ TEST_F(OutputTest, AgreesWithAHandThatMovedAtTheSameMoment) {
     output.noteReceived(clock.now(), 0, 91);
     EXPECT_TRUE(pumpFor(5ms).empty());
 
+    output.noteReceived(clock.now(), 255, 91); // a malformed word's: no such controller
+    EXPECT_TRUE(pumpFor(5ms).empty());
+
     for (int n = 1; n <= 32; ++n)
         output.sendFader(ChannelKind::input(n), 10);
     sent.clear();
