@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+namespace tessik {
+
+/// One chapter of the manual, known by its title.
+struct HelpTopic {
+    QString title;
+    QString body; ///< in the Markdown of HelpMarkdown
+
+    bool operator==(const HelpTopic&) const = default;
+};
+
+using HelpTopics = std::vector<HelpTopic>;
+
+/// The chapters built into the program, in the order of the manual.
+const HelpTopics& manual();
+
+/// The topics whose title or text contains `query` in any case, in their order; all of them for an empty query.
+HelpTopics visibleTopics(const HelpTopics& topics, const QString& query);
+
+/// The topic to show: that of the title `selection` where it is among the visible ones, else the first. Null where none
+/// is visible.
+const HelpTopic* shownTopic(const HelpTopics& visible, const QString& selection);
+
+} // namespace tessik
