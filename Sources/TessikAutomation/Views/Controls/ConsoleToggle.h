@@ -1,0 +1,32 @@
+#pragma once
+
+#include "TessikAutomation/Views/Controls/ControlView.h"
+
+namespace tessik {
+
+/// A two-state switch of the console: a key with a lamp, or a key that lights up whole. Its number is 0 or 1.
+class ConsoleToggle final : public ControlView {
+public:
+    ConsoleToggle(QString label, QColor Tints::*color, bool showsLED)
+        : _label(std::move(label)), _color(color), _showsLED(showsLED) {}
+
+    void paintStatic(Canvas& canvas, const QRect& rect) const override;
+    void paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const override;
+    QRect movingRect(const QRect& rect, const ControlValue& value) const override;
+
+    Operation operation() const override { return Operation::click; }
+    double clicked(double number) const override { return number == 0 ? 1 : 0; }
+    std::optional<double> keyed(int key, double number) const override;
+
+    QAccessible::Role role() const override { return QAccessible::CheckBox; }
+    QString valueText(const ControlValue& value) const override;
+
+private:
+    void paintKey(Canvas& canvas, QPainter& painter, const QRect& key, bool on, bool pressed, bool hovered) const;
+
+    QString _label;
+    QColor Tints::*_color;
+    bool _showsLED;
+};
+
+} // namespace tessik

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "TessikAutomation/Views/Drawing/Canvas.h"
+
+#include <QAccessible>
+
+#include <optional>
+
+namespace tessik {
+
+/// What a control shows: a number in the control's own unit, or a text.
+struct ControlValue {
+    double number = 0;
+    QString text;
+
+    friend bool operator==(const ControlValue&, const ControlValue&) = default;
+};
+
+struct ControlState {
+    ControlValue value;
+    bool pressed = false;
+    bool hovered = false;
+};
+
+/// How one control looks and reacts. Holds no value and knows no widget: one object serves every strip of a kind.
+/// Rectangles are in logical pixels of the panel.
+class ControlView {
+public:
+    virtual ~ControlView() = default;
+
+    /// Draws what never changes into the layer that all panels of the kind share.
+    virtual void paintStatic(Canvas&, const QRect& /*rect*/) const {}
+    /// Draws what depends on the state.
+    virtual void paintMoving(Canvas&, const QRect& /*rect*/, const ControlState&) const {}
+    /// Everything that `paintMoving` touches, glow and shadow included.
+    virtual QRect movingRect(const QRect& rect, const ControlValue&) const { return rect; }
+    /// Where the keyboard focus is shown.
+    virtual QRect focusRect(const QRect& rect, const ControlValue&) const { return rect; }
+
+    /// How pointer and keys operate the control, where its value may be changed.
+    enum class Operation : std::uint8_t { none, click, drag };
+    virtual Operation operation() const { return Operation::none; }
+    /// The number after a click.
+    virtual double clicked(double number) const { return number; }
+    /// The number at a place of the pointer while it drags.
+    virtual double dragged(const QRect& /*rect*/, QPointF /*pointer*/, double number) const { return number; }
+    /// The number after a key; none for a key that is not the control's. Left, Right, Space and Return never are.
+    virtual std::optional<double> keyed(int /*key*/, double /*number*/) const { return std::nullopt; }
+
+    virtual QAccessible::Role role() const = 0;
+    /// The value as it is read out: "-3.2 dB", "on".
+    virtual QString valueText(const ControlValue& value) const = 0;
+    struct Range {
+        double min, max, step;
+    };
+    /// Of the number, for controls that are operated.
+    virtual Range range() const { return {0, 1, 1}; }
+};
+
+} // namespace tessik

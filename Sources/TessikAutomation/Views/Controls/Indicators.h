@@ -1,0 +1,36 @@
+#pragma once
+
+#include "TessikAutomation/Views/Controls/ControlView.h"
+
+namespace tessik {
+
+/// Two arrows that tell which way a hand must move the physical fader. Its number is a ChannelState::NullMatch.
+class NullIndicatorRow final : public ControlView {
+public:
+    void paintStatic(Canvas& canvas, const QRect& rect) const override;
+    void paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const override;
+
+    QAccessible::Role role() const override { return QAccessible::Indicator; }
+    QString valueText(const ControlValue& value) const override;
+};
+
+/// The level in decibels on a small display. Its text is the readout without a unit.
+class LevelReadout final : public ControlView {
+public:
+    void paintStatic(Canvas& canvas, const QRect& rect) const override;
+    void paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const override;
+
+    QAccessible::Role role() const override { return QAccessible::StaticText; }
+    QString valueText(const ControlValue& value) const override { return value.text + QStringLiteral(" dB"); }
+};
+
+/// The channel's number, printed on the aluminium bar.
+class ChannelNumber final : public ControlView {
+public:
+    void paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const override;
+
+    QAccessible::Role role() const override { return QAccessible::StaticText; }
+    QString valueText(const ControlValue& value) const override { return value.text; }
+};
+
+} // namespace tessik

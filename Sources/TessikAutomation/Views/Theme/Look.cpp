@@ -1,0 +1,79 @@
+#include "TessikAutomation/Views/Theme/Look.h"
+
+namespace tessik {
+namespace {
+
+constexpr QColor hex(QRgb rgb) { return QColor(qRed(rgb), qGreen(rgb), qBlue(rgb)); }
+
+Tints darkTints() {
+    return {
+        .text = hex(0xF2F2F2),
+        .secondaryText = hex(0x9C9C9C),
+        .legend = hex(0xB4B4B4),
+        .litLegend = hex(0xFFFFFF),
+        .scaleZero = hex(0xF4F4F4),
+        .edgeLight = withAlpha(Qt::white, 0.22),
+        .edgeShadow = withAlpha(Qt::black, 0.62),
+        .headerTop = hex(0x2B2B2B),
+        .headerBottom = hex(0x1E1E1E),
+        .aluminium = hex(0xBEBEBE),
+        .aluminiumPrint = hex(0x1A1A1A),
+        .displayBackground = hex(0x0B0A08),
+        .display = hex(0xFFB340),
+        .displayDim = hex(0x9A6C28),
+        .focusRing = hex(0x5AB0FF),
+        .warning = hex(0xFF9F2E),
+        .ledGreen = hex(0x6FF08C),
+        .ledAmber = hex(0xFFC04D),
+        .ledRed = hex(0xFF5A48),
+        .ledYellow = hex(0xFFE04A),
+        .ledBlue = hex(0x7DB8FF),
+        .unlitArrow = withAlpha(Qt::black, 0.4),
+        .capLine = hex(0xF7F7F7),
+        .groupLine = hex(0x74B4FF),
+        .stereoLine = hex(0xFF6A58),
+    };
+}
+
+Tints lightTints() {
+    Tints tints = darkTints();
+    tints.text = hex(0x1C1B1A);
+    tints.secondaryText = hex(0x55524F);
+    tints.legend = hex(0x2E2C2A);
+    tints.scaleZero = hex(0x000000);
+    tints.edgeLight = withAlpha(Qt::white, 0.75);
+    tints.edgeShadow = withAlpha(Qt::black, 0.42);
+    tints.headerTop = hex(0xECEBE9);
+    tints.headerBottom = hex(0xD6D4D1);
+    tints.aluminium = hex(0xD2D2D2);
+    tints.focusRing = hex(0x0A6CE0);
+    tints.warning = hex(0xB65A00);
+    return tints;
+}
+
+} // namespace
+
+const Look& Look::of(ColorScheme scheme) {
+    static const Look dark{ColorScheme::dark, Palette::dark(), darkTints()};
+    static const Look light{ColorScheme::light, Palette::light(), lightTints()};
+    return scheme == ColorScheme::dark ? dark : light;
+}
+
+QColor blend(const QColor& from, const QColor& to, double t) {
+    const auto mix = [t](float a, float b) { return float(a + (b - a) * t); };
+    return QColor::fromRgbF(mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()),
+                            mix(from.blueF(), to.blueF()), mix(from.alphaF(), to.alphaF()));
+}
+
+QColor over(const QColor& top, const QColor& bottom) {
+    QColor opaque = top;
+    opaque.setAlphaF(1);
+    return blend(bottom, opaque, double(top.alphaF()));
+}
+
+QColor withAlpha(QColor color, double alpha) {
+    color.setAlphaF(float(alpha));
+    return color;
+}
+
+} // namespace tessik

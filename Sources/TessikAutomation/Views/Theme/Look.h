@@ -1,0 +1,55 @@
+#pragma once
+
+#include "TessikAutomation/Views/Theme/Palette.h"
+
+namespace tessik {
+
+/// Colours of what the palette does not name: light, print, lamps and displays. Legends keep a contrast of at least
+/// 4.5:1 to what they are printed on.
+struct Tints {
+    QColor text;          ///< titles
+    QColor secondaryText; ///< status lines
+    QColor legend;        ///< print on panels and unlit keys
+    QColor litLegend;     ///< print on a lit key
+    QColor scaleZero;     ///< the 0 dB row of a fader scale
+    QColor edgeLight;     ///< the lit upper edge of a raised part
+    QColor edgeShadow;    ///< the outline of a part against the panel
+    QColor headerTop;
+    QColor headerBottom;
+    QColor aluminium; ///< middle tone of the brushed bar
+    QColor aluminiumPrint;
+    QColor displayBackground;
+    QColor display; ///< lit segments
+    QColor displayDim;
+    QColor focusRing;
+    QColor warning;
+
+    QColor ledGreen;
+    QColor ledAmber;
+    QColor ledRed;
+    QColor ledYellow;
+    QColor ledBlue;
+    QColor unlitArrow; ///< a NULL arrow that says nothing
+
+    QColor capLine;   ///< the index line of a fader cap
+    QColor groupLine; ///< of the groups
+    QColor stereoLine;
+};
+
+/// Everything that is drawn is drawn in one of two looks.
+struct Look {
+    ColorScheme scheme;
+    const Palette& palette;
+    Tints tints;
+
+    bool isDark() const { return scheme == ColorScheme::dark; }
+    static const Look& of(ColorScheme scheme);
+};
+
+/// A colour between two, `t` 0 to 1.
+QColor blend(const QColor& from, const QColor& to, double t);
+/// A translucent colour laid over an opaque one.
+QColor over(const QColor& top, const QColor& bottom);
+QColor withAlpha(QColor color, double alpha);
+
+} // namespace tessik

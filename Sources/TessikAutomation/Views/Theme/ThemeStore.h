@@ -1,0 +1,32 @@
+#pragma once
+
+#include "TessikAutomation/Persistence/AppTheme.h"
+#include "TessikAutomation/Views/Theme/Look.h"
+
+#include <QProperty>
+
+namespace tessik {
+
+/// The user's choice of appearance, kept on this machine, and the colours that follow from it.
+class ThemeStore {
+public:
+    /// Starts with the saved theme; dark where none is saved.
+    ThemeStore();
+
+    AppTheme theme() const { return _theme; }
+    /// Stores the choice, also an equal one.
+    void setTheme(AppTheme theme);
+    /// For watching; the setter is the way to write.
+    QBindable<AppTheme> bindableTheme() const { return QBindable<AppTheme>(&_theme); }
+
+    /// The scheme to draw with, given what the system reports at present.
+    ColorScheme effectiveScheme(ColorScheme systemScheme) const;
+    const Palette& palette(ColorScheme forColorScheme) const { return Palette::of(effectiveScheme(forColorScheme)); }
+    /// The scheme that the windows ask for; none follows the system.
+    std::optional<ColorScheme> preferredColorScheme() const;
+
+private:
+    QProperty<AppTheme> _theme;
+};
+
+} // namespace tessik
