@@ -4,6 +4,8 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 
+static void initResources() { Q_INIT_RESOURCE(fonts); } // the macro does not work inside a namespace
+
 namespace tessik::Type {
 namespace {
 
@@ -13,6 +15,7 @@ QString family = QStringLiteral("Inter");
 
 void installFonts() {
     static const bool installed = [] {
+        initResources();
         bool found = false;
         const QDir fonts(QStringLiteral(":/fonts"));
         for (const QString& file : fonts.entryList())

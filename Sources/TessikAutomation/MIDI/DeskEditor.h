@@ -1,0 +1,23 @@
+#pragma once
+
+#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+
+namespace tessik {
+
+/// The one way in which the screen changes an automatable control: the model shows it and the desk is told, so that
+/// neither can run ahead of the other.
+class DeskEditor {
+public:
+    explicit DeskEditor(MIDIOutputManager& output) : _output(output) {}
+
+    /// `value` is rounded and held to 0 to 127. Sent unless the desk is believed to stand there.
+    void setFader(ChannelState& channel, double value);
+
+    using Switch = QProperty<bool> ChannelState::*;
+    void setSwitch(ChannelState& channel, Switch which, bool on);
+
+private:
+    MIDIOutputManager& _output;
+};
+
+} // namespace tessik

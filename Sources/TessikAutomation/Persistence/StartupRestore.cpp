@@ -1,0 +1,21 @@
+#include "TessikAutomation/Persistence/StartupRestore.h"
+
+#include "TessikAutomation/Persistence/PortChoice.h"
+
+#include <limits>
+
+namespace tessik {
+
+void restoreMIDIConnections(MIDIInputConnection& console, MIDIOutputManager& output) {
+    sourceChoice(SavedSettings::Key::consoleSourceID, console).restore();
+    destinationChoice(SavedSettings::Key::midiOutDestinationID, output.port).restore();
+    using Limits = std::numeric_limits<int>;
+    if (const std::optional<std::int64_t> channel = SavedSettings::midiChannel())
+        output.midiChannel = int(std::clamp<std::int64_t>(*channel, Limits::min(), Limits::max()));
+}
+
+void restoreModelSize(ConsoleModel& consoleModel) {
+    if (const auto size = SavedSettings::modelSize()) consoleModel.modelSize = *size;
+}
+
+} // namespace tessik

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "TessikAutomation/Views/Drawing/Canvas.h"
+
+#include <QAbstractButton>
+
+namespace tessik {
+
+/// A key of the header, in the material of the desk: a symbol above its legend. Space and Return belong to the window,
+/// so Up presses it where it has the keyboard focus.
+class PanelButton final : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    /// Draws the symbol in `color`, centred in the rectangle, in device pixels.
+    using Symbol = std::function<void(QPainter&, const QRectF&, const QColor& color)>;
+
+    PanelButton(const QString& legend, Symbol symbol, DrawingContext& drawing, QWidget* parent = nullptr);
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    Symbol _symbol;
+    DrawingContext& _drawing;
+    QPropertyNotifier _lookObserver;
+};
+
+} // namespace tessik

@@ -1,0 +1,209 @@
+#include "TessikAutomation/Views/Settings/SettingsView.h"
+
+#include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Metrics.h"
+#include "TessikAutomation/Views/Theme/AppStyle.h"
+
+#include <QComboBox>
+#include <QFrame>
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace tessik {
+namespace {
+
+constexpr int rowHeight = 36;
+constexpr int pickerWidth = 236;
+
+const QString sheet = QStringLiteral(
+    "QDialog { background: @sheet; }"
+    "QLabel#title { color: @secondary; }"
+    "QFrame#card { background: @card; border: 1px solid @line; border-radius: 8px; }"
+    "QFrame#line { background: @line; border: none; }"
+    "QLabel#status { color: @secondary; }"
+    "QComboBox { color: @text; background: @field; border: 1px solid @fieldEdge; border-radius: 5px;"
+    "  padding: 3px 10px; min-height: 18px; }"
+    "QComboBox:hover { background: @hover; }"
+    "QComboBox:focus, QPushButton:focus, QToolButton:focus { border: 1px solid @accent; }"
+    "QComboBox::drop-down { border: none; width: 22px; }"
+    "QComboBox QAbstractItemView { color: @text; background: @card; border: 1px solid @fieldEdge; padding: 4px;"
+    "  selection-background-color: @accent; selection-color: white; outline: none; }"
+    "QToolButton { color: @text; background: @field; border: 1px solid @fieldEdge; border-radius: 5px;"
+    "  min-width: 28px; min-height: 24px; }"
+    "QToolButton:hover, QPushButton:hover { background: @hover; }"
+    "QToolButton:disabled { color: @secondary; background: @card; }"
+    "QPushButton { color: white; background: @accent; border: 1px solid @fieldEdge; border-radius: 6px;"
+    "  padding: 5px 22px; }");
+
+} // namespace
+
+SettingsView::SettingsView(const AppObjects& objects, QWidget* parent) : QDialog(parent), _objects(objects) {
+    setWindowTitle(QStringLiteral("Settings"));
+    setFixedSize(Metrics::settingsWidth, Metrics::settingsHeight);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(20, 12, 20, 14);
+    layout->setSpacing(0);
+    _groups = new QVBoxLayout;
+    _groups->setSpacing(0);
+    layout->addLayout(_groups);
+    layout->addStretch(1);
+
+    QBoxLayout* console = addGroup(QStringLiteral("Console"));
+    addPortPicker(console, QStringLiteral("MIDI In"), QStringLiteral("Receives fader/mute/EQ moves from the console"),
+                  sourceChoice(SavedSettings::Key::consoleSourceID, objects.midiManager.connection));
+    addPortPicker(console, QStringLiteral("MIDI Out"),
+                  QStringLiteral("Sends snapshot recall and Zero Console data to the console"),
+                  destinationChoice(SavedSettings::Key::midiOutDestinationID, objects.midiOutput.port));
+    addMIDIChannel(console);
+    QStringList sizes;
+    for (const ConsoleModel::ModelSize size : ConsoleModel::allModelSizes) sizes << ConsoleModel::rawValue(size);
+    addPicker(console, QStringLiteral("Model"), QStringLiteral("Sets the channel count -- not a MIDI connection"), sizes,
+              int(objects.consoleModel.modelSize.value()), [this](int index) {
+                  const ConsoleModel::ModelSize size = ConsoleModel::allModelSizes[std::size_t(index)];
+                  _objects.consoleModel.modelSize = size;
+                  SavedSettings::setString(SavedSettings::Key::modelSize, ConsoleModel::rawValue(size));
+              });
+    addStatus(console);
+
+    QBoxLayout* appearance = addGroup(QStringLiteral("Appearance"));
+    addPicker(appearance, QStringLiteral("Theme"), {},
+              {QStringLiteral("System"), QStringLiteral("Dark"), QStringLiteral("Light")}, int(objects.theme.theme()),
+              [this](int index) { _objects.theme.setTheme(allAppThemes[std::size_t(index)]); });
+
+    auto* done = new QPushButton(QStringLiteral("Done"), this);
+    done->setDefault(true);
+    layout->addWidget(done, 0, Qt::AlignRight);
+    connect(done, &QPushButton::clicked, this, &QDialog::accept);
+
+    _observers.push_back(objects.theme.bindableTheme().addNotifier([this] { applyLook(); }));
+    applyLook();
+}
+
+void SettingsView::applyLook() {
+    AppStyle::applySheet(*this, sheet, Look::of(_objects.theme.effectiveScheme(AppStyle::systemColorScheme())));
+}
+
+QBoxLayout* SettingsView::addGroup(const QString& title) {
+    auto* label = new QLabel(title, this);
+    label->setObjectName(QStringLiteral("title"));
+    label->setFont(Type::font(12, QFont::DemiBold));
+    label->setContentsMargins(4, 8, 0, 5);
+    _groups->addWidget(label);
+    auto* card = new QFrame(this);
+    card->setObjectName(QStringLiteral("card"));
+    card->setAccessibleName(title);
+    _groups->addWidget(card);
+    auto* rows = new QVBoxLayout(card);
+    rows->setContentsMargins(12, 0, 8, 0);
+    rows->setSpacing(0);
+    return rows;
+}
+
+void SettingsView::addRow(QBoxLayout* group, const QString& label, QWidget* control, const QString& help) {
+    if (group->count() > 0) {
+        auto* line = new QFrame(this);
+        line->setObjectName(QStringLiteral("line"));
+        line->setFixedHeight(1);
+        group->addWidget(line);
+    }
+    auto* row = new QWidget(this);
+    row->setFixedHeight(rowHeight);
+    row->setToolTip(help);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* name = new QLabel(label, row);
+    name->setBuddy(control);
+    layout->addWidget(name);
+    layout->addStretch(1);
+    layout->addWidget(control);
+    control->setObjectName(label);
+    control->setAccessibleName(label);
+    control->setToolTip(help);
+    group->addWidget(row);
+}
+
+void SettingsView::addPicker(QBoxLayout* group, const QString& label, const QString& help, const QStringList& choices,
+                             int current, std::function<void(int)> choose) {
+    auto* picker = new QComboBox(this);
+    picker->setFixedWidth(pickerWidth);
+    picker->addItems(choices);
+    picker->setCurrentIndex(current);
+    connect(picker, &QComboBox::activated, this, choose);
+    addRow(group, label, picker, help);
+}
+
+void SettingsView::addPortPicker(QBoxLayout* group, const QString& label, const QString& help, const PortChoice& choice) {
+    auto* picker = new QComboBox(this);
+    picker->setFixedWidth(pickerWidth);
+    const auto show = [picker, choice] {
+        picker->clear();
+        picker->addItem(QStringLiteral("None"));
+        int current = choice.selected.value() ? -1 : 0;
+        for (const MIDIPortInfo& port : choice.available.value()) {
+            if (port.uniqueID == choice.selected.value()) current = picker->count();
+            picker->addItem(port.name, port.uniqueID);
+        }
+        picker->setCurrentIndex(current);
+    };
+    show();
+    _observers.push_back(choice.available.addNotifier(show));
+    _observers.push_back(choice.selected.addNotifier(show));
+    connect(picker, &QComboBox::activated, this, [picker, choice](int index) {
+        choice.choose(index == 0 ? std::nullopt : std::optional(picker->itemData(index).toInt()));
+    });
+    addRow(group, label, picker, help);
+}
+
+void SettingsView::addMIDIChannel(QBoxLayout* group) {
+    static constexpr int first = 1;
+    static constexpr int last = 16;
+    QProperty<int>& channel = _objects.midiOutput.midiChannel;
+    const QString help = QStringLiteral("Must match the console's own Basic Channel setting");
+    auto* stepper = new QWidget(this);
+    auto* layout = new QHBoxLayout(stepper);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    const auto addButton = [&](const QString& sign, const QString& name, int step) {
+        auto* button = new QToolButton(stepper);
+        button->setText(sign);
+        button->setFocusPolicy(Qt::StrongFocus);
+        button->setAutoRepeat(true);
+        button->setObjectName(name);
+        button->setAccessibleName(name);
+        button->setToolTip(help);
+        layout->addWidget(button);
+        connect(button, &QToolButton::clicked, this, [&channel, step] {
+            channel = std::clamp(channel.value() + step, first, last);
+            SavedSettings::setInteger(SavedSettings::Key::midiChannel, channel.value());
+        });
+        return button;
+    };
+    QToolButton* down = addButton(QStringLiteral("−"), QStringLiteral("MIDI Channel down"), -1);
+    QToolButton* up = addButton(QStringLiteral("+"), QStringLiteral("MIDI Channel up"), 1);
+    addRow(group, {}, stepper, help);
+    auto* label = stepper->parentWidget()->findChild<QLabel*>();
+    label->setObjectName(QStringLiteral("midiChannel"));
+    const auto show = [label, down, up, &channel] {
+        label->setText(QStringLiteral("MIDI Channel: %1").arg(channel.value()));
+        down->setEnabled(channel.value() > first);
+        up->setEnabled(channel.value() < last);
+    };
+    show();
+    _observers.push_back(channel.addNotifier(show));
+}
+
+void SettingsView::addStatus(QBoxLayout* group) {
+    QProperty<QString>& status = _objects.midiManager.connection.statusText;
+    auto* text = new QLabel(this);
+    text->setFont(Type::font(11, QFont::Normal));
+    const auto show = [text, &status] { text->setText(status.value()); };
+    show();
+    _observers.push_back(status.addNotifier(show));
+    addRow(group, QStringLiteral("Status"), text, {});
+    text->setObjectName(QStringLiteral("status"));
+    text->setAccessibleName({}); // what it says is its name
+}
+
+} // namespace tessik

@@ -1,0 +1,100 @@
+#include "TessikAutomation/Views/Window/HeaderView.h"
+
+#include "TessikAutomation/Views/Drawing/Parts.h"
+#include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Metrics.h"
+
+#include <QHBoxLayout>
+#include <QLinearGradient>
+#include <QPainterPath>
+
+#include <cmath>
+
+namespace tessik {
+namespace {
+
+constexpr int margin = 12;
+
+void paintGear(QPainter& painter, const QRectF& rect, const QColor& color) {
+    QPainterPath gear;
+    constexpr int teeth = 8;
+    const qreal outer = rect.width() / 2;
+    const qreal inner = outer * 0.74;
+    const QPointF centre = rect.center();
+    for (int i = 0; i < teeth * 4; ++i) {
+        const qreal angle = (i - 0.5) * M_PI / (teeth * 2);
+        const qreal radius = i % 4 < 2 ? outer : inner;
+        const QPointF point = centre + radius * QPointF(std::cos(angle), std::sin(angle));
+        i == 0 ? gear.moveTo(point) : gear.lineTo(point);
+    }
+    gear.closeSubpath();
+    gear.addEllipse(centre, outer * 0.34, outer * 0.34);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawPath(gear);
+}
+
+} // namespace
+
+HeaderView::HeaderView(DrawingContext& drawing, QWidget* parent)
+    : QWidget(parent), _drawing(drawing), _layout(new QHBoxLayout(this)),
+      _settings(new PanelButton(QStringLiteral("SETTINGS"), paintGear, drawing, this)),
+      _lookObserver(drawing.look.addNotifier([this] { update(); })) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setFixedHeight(Metrics::headerHeight);
+    _layout->setContentsMargins(margin, 0, margin, 0);
+    _layout->setSpacing(margin);
+    _layout->addStretch(1);
+    _layout->addWidget(_settings);
+    _settings->setToolTip(QStringLiteral("Settings  (Ctrl+,)"));
+    connect(_settings, &QAbstractButton::clicked, this, &HeaderView::settingsRequested);
+}
+
+void HeaderView::place(QWidget*& slot, QWidget* panel, int index) {
+    delete std::exchange(slot, panel);
+    if (panel) _layout->insertWidget(index, panel);
+    update();
+}
+
+void HeaderView::setTransportPanel(QWidget* panel) { place(_transport, panel, 0); }
+void HeaderView::setAutomationPanel(QWidget* panel) { place(_automation, panel, _transport ? 1 : 0); }
+
+void HeaderView::setTitle(const QString& title, const QString& detail) {
+    _title = title;
+    _detail = detail;
+    update();
+}
+
+void HeaderView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    Canvas canvas = _drawing.canvas(painter, devicePixelRatioF());
+    const Look& look = canvas.look;
+    const QRect whole = canvas.px(QRectF(rect()));
+    QLinearGradient face(whole.topLeft(), whole.bottomLeft());
+    face.setColorAt(0, look.tints.headerTop);
+    face.setColorAt(1, look.tints.headerBottom);
+    painter.fillRect(whole, face);
+    painter.fillRect(QRect(0, 0, whole.width(), canvas.line()), withAlpha(Qt::white, look.isDark() ? 0.1 : 0.8));
+    painter.fillRect(QRect(0, whole.height() - canvas.line(), whole.width(), canvas.line()), withAlpha(Qt::black, 0.75));
+
+    // Name plate, while no panel stands in its place.
+    if (!_transport) {
+        const QFont name = Type::font(22 * canvas.scale, QFont::Bold, 5 * canvas.scale);
+        const QFont line = Type::font(9 * canvas.scale, QFont::DemiBold, 2.6 * canvas.scale);
+        const QRect upper = canvas.px(QRectF(20, 14, 400, 26));
+        const QRect lower = canvas.px(QRectF(21, 43, 400, 12));
+        const QColor relief = withAlpha(look.isDark() ? Qt::black : Qt::white, 0.7);
+        Type::draw(painter, upper.translated(0, canvas.line()), Qt::AlignLeft, QStringLiteral("TESSIK"), name, relief);
+        Type::draw(painter, upper, Qt::AlignLeft, QStringLiteral("TESSIK"), name, look.tints.text);
+        Type::draw(painter, lower, Qt::AlignLeft, QStringLiteral("CONSOLE AUTOMATION"), line, look.tints.secondaryText);
+    }
+
+    const int right = _settings->x() - margin;
+    const QRect title = canvas.px(QRectF(right - 420, 18, 420, 20));
+    const QRect detail = canvas.px(QRectF(right - 420, 41, 420, 14));
+    Type::draw(painter, title, Qt::AlignRight, _title, Type::font(15 * canvas.scale, QFont::DemiBold), look.tints.text);
+    Type::draw(painter, detail, Qt::AlignRight, _detail, Type::font(11 * canvas.scale, QFont::Medium),
+               look.tints.secondaryText);
+}
+
+} // namespace tessik

@@ -1,0 +1,70 @@
+#include "TessikAutomation/Views/Window/MainWindow.h"
+
+#include "TessikAutomation/Views/Metrics.h"
+#include "TessikAutomation/Views/Theme/AppStyle.h"
+#include "TessikAutomation/Views/Window/BannerView.h"
+#include "TessikAutomation/Views/Window/HeaderView.h"
+
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace tessik {
+
+MainWindow::MainWindow(const AppObjects& objects, QWidget* parent) : QMainWindow(parent), _objects(objects) {
+    AppStyle::install();
+    auto* central = new QWidget(this);
+    _header = new HeaderView(_drawing, central);
+    _banner = new BannerView(_drawing, central);
+    _desk = new DeskView(objects.consoleModel, objects.deskEditor, _drawing, central);
+    auto* layout = new QVBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(_header);
+    layout->addWidget(_banner);
+    layout->addWidget(_desk, 1);
+    setCentralWidget(central);
+    setMinimumSize(Metrics::minWindowWidth, Metrics::minWindowHeight);
+    setWindowTitle(QStringLiteral("TessikAutomation"));
+    _banner->hide();
+
+    connect(_header, &HeaderView::settingsRequested, this, &MainWindow::openSettings);
+    connect(_banner, &BannerView::dismissed, this, &MainWindow::hideBanner);
+    connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+,")), this), &QShortcut::activated, this,
+            &MainWindow::openSettings);
+
+    _observers.push_back(objects.theme.bindableTheme().addNotifier([this] { applyTheme(); }));
+    applyTheme();
+}
+
+// The views draw with what the window holds, so they go first.
+MainWindow::~MainWindow() {
+    delete _settings.data();
+    delete centralWidget();
+}
+
+void MainWindow::setTransportPanel(QWidget* panel) { _header->setTransportPanel(panel); }
+void MainWindow::setAutomationPanel(QWidget* panel) { _header->setAutomationPanel(panel); }
+void MainWindow::setSessionTitle(const QString& title, const QString& detail) { _header->setTitle(title, detail); }
+
+void MainWindow::showBanner(const QString& text, const QString& actionText, std::function<void()> action) {
+    _banner->setMessage(text, actionText, std::move(action));
+    _banner->show();
+}
+
+void MainWindow::hideBanner() { _banner->hide(); }
+
+void MainWindow::openSettings() {
+    if (!_settings) {
+        _settings = new SettingsView(_objects, this);
+        _settings->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    _settings->open();
+}
+
+void MainWindow::applyTheme() {
+    const Look& look = Look::of(_objects.theme.effectiveScheme(AppStyle::systemColorScheme()));
+    AppStyle::apply(look);
+    _drawing.look = &look;
+}
+
+} // namespace tessik

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "TessikAutomation/Views/AppObjects.h"
+#include "TessikAutomation/Views/Desk/DeskView.h"
+#include "TessikAutomation/Views/Settings/SettingsView.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+namespace tessik {
+
+class BannerView;
+class HeaderView;
+
+/// The one window: header, a line for problems where there are any, and the desk.
+class MainWindow final : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit MainWindow(const AppObjects& objects, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    /// Panels of the header; the window owns them from here on.
+    void setTransportPanel(QWidget* panel);
+    void setAutomationPanel(QWidget* panel);
+    /// The session's name in the header and one line on its state.
+    void setSessionTitle(const QString& title, const QString& detail);
+    /// Tells of a problem in a line below the header, until it is dismissed or hidden.
+    void showBanner(const QString& text, const QString& actionText = {}, std::function<void()> action = {});
+    void hideBanner();
+
+    void openSettings();
+    /// The sheet while it is open.
+    SettingsView* settingsView() const { return _settings; }
+    DeskView& desk() const { return *_desk; }
+    /// What a panel in the header draws with.
+    DrawingContext& drawing() { return _drawing; }
+
+private:
+    void applyTheme();
+
+    AppObjects _objects;
+    DrawingContext _drawing;
+    HeaderView* _header;
+    BannerView* _banner;
+    DeskView* _desk;
+    QPointer<SettingsView> _settings;
+    std::vector<QPropertyNotifier> _observers;
+};
+
+} // namespace tessik
