@@ -26,22 +26,29 @@ MIDIOutputManager::MIDIOutputManager(MIDIService& service, const UptimeClock& cl
 void MIDIOutputManager::setupClient() { port.setupClient(); }
 
 void MIDIOutputManager::sendFader(ChannelKind kind, int value, Urgency urgency) {
-    ask(MIDIChannelMapping::faderCC(kind), std::clamp(value, 0, 127), urgency);
-    pump();
+    send(MIDIChannelMapping::faderCC(kind), std::clamp(value, 0, 127), urgency);
 }
 
 void MIDIOutputManager::sendSwitches(ChannelKind kind, ChannelSwitches switches, Urgency urgency) {
-    ask(MIDIChannelMapping::switchCC(kind), MIDIChannelMapping::encodeSwitchByte(switches), urgency);
+    send(MIDIChannelMapping::switchCC(kind), MIDIChannelMapping::encodeSwitchByte(switches), urgency);
+}
+
+void MIDIOutputManager::send(int cc, int value, Urgency urgency) {
+    ask(cc, value, urgency);
     pump();
 }
 
 void MIDIOutputManager::assertState(std::span<const DeskChannelState> channels) {
-    std::array<std::optional<int>, MIDIChannelMapping::controllerCount> values;
+    ControllerValues values;
     for (const DeskChannelState& channel : channels) {
         values[std::size_t(MIDIChannelMapping::faderCC(channel.kind))] = std::clamp(channel.faderValue, 0, 127);
         values[std::size_t(MIDIChannelMapping::switchCC(channel.kind))] =
             MIDIChannelMapping::encodeSwitchByte(channel.switches);
     }
+    assertState(values);
+}
+
+void MIDIOutputManager::assertState(const ControllerValues& values) {
     for (const int cc : DeskPacer::safeOrder([&](int controller) { return values[std::size_t(controller)]; }))
         ask(cc, *values[std::size_t(cc)], Urgency::assertion);
     pump();
@@ -54,14 +61,21 @@ void MIDIOutputManager::noteReceived(Uptime stamp, int cc, int value) {
 
 void MIDIOutputManager::resetChannels(ConsoleModel& consoleModel, bool sendToConsole) {
     std::vector<DeskChannelState> zeroed;
+    const Uptime now = _clock.now();
     for (ChannelState* channel : consoleModel.allVisibleChannels()) {
         channel->faderValue = 0;
         channel->nullTarget = std::nullopt;
         channel->setSwitches({});
-        channel->lastUpdate = _clock.now();
+        channel->lastUpdate = now;
         zeroed.push_back({channel->kind, 0, {}});
     }
-    if (sendToConsole) assertState(zeroed);
+    if (!sendToConsole) return;
+    for (const DeskChannelState& channel : zeroed) {
+        consoleModel.apply({now, MIDIChannelMapping::faderCC(channel.kind), 0, ChangeOrigin::zero});
+        consoleModel.apply({now, MIDIChannelMapping::switchCC(channel.kind), MIDIChannelMapping::encodeSwitchByte({}),
+                            ChangeOrigin::zero});
+    }
+    assertState(zeroed);
 }
 
 void MIDIOutputManager::ask(int cc, int value, Urgency urgency) {

@@ -39,9 +39,11 @@ public:
     using Urgency = DeskPacer::Urgency;
     void sendFader(ChannelKind kind, int value, Urgency urgency = Urgency::assertion);
     void sendSwitches(ChannelKind kind, ChannelSwitches switches, Urgency urgency = Urgency::assertion);
-    /// A whole state, in the order that is safe to the ear: the switches of channels that end muted, all faders, the
-    /// other switches.
+    void send(int cc, int value, Urgency urgency);
+    /// A whole state, or what is known of one, in the order that is safe to the ear: the switches of channels that end
+    /// muted, all faders, the other switches.
     void assertState(std::span<const DeskChannelState> channels);
+    void assertState(const ControllerValues& values);
 
     /// What the desk is believed to hold on a controller; none where nothing was ever sent or received.
     std::optional<int> believedValue(int cc) const { return _pacer.believed(cc); }

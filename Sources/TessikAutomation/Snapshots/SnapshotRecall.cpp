@@ -31,13 +31,15 @@ void SnapshotRecall::recallDefault(const SnapshotStore& store) {
 
 void SnapshotRecall::recallChannels(const QList<ChannelSnapshot>& channels) {
     std::vector<DeskChannelState> asserted;
+    const Uptime now = _clock.now();
     for (const ChannelSnapshot& entry : channels) {
         ChannelState* channel = _consoleModel.channelState(entry.kind);
         if (!channel || !_consoleModel.isVisible(*channel)) continue;
-        channel->faderValue = entry.faderPosition();
         channel->nullTarget = entry.faderPosition();
-        channel->setSwitches(entry.switches());
-        channel->lastUpdate = _clock.now();
+        _consoleModel.apply(
+            {now, MIDIChannelMapping::faderCC(entry.kind), entry.faderPosition(), ChangeOrigin::recall});
+        _consoleModel.apply({now, MIDIChannelMapping::switchCC(entry.kind),
+                             MIDIChannelMapping::encodeSwitchByte(entry.switches()), ChangeOrigin::recall});
         asserted.push_back({.kind = entry.kind, .faderValue = entry.faderPosition(), .switches = entry.switches()});
     }
     _output.assertState(asserted);

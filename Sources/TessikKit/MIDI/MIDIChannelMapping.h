@@ -2,6 +2,7 @@
 
 #include "TessikKit/Models/ChannelState.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -50,5 +51,14 @@ constexpr ChannelSwitches decodeSwitchByte(std::uint8_t byte) {
     return {.monMuted = !(byte & 1), .auxMuted = !(byte & 2), .eqOn = !(byte & 4), .chanMuted = !(byte & 32)};
 }
 
+/// A channel's fader or switch byte, as its controller carries it.
+inline int controllerValue(const ChannelState& channel, int cc) {
+    return cc < switchCCOffset ? channel.faderValue.value() : encodeSwitchByte(channel.switches());
+}
+
 } // namespace MIDIChannelMapping
+
+/// A value for each controller that has one.
+using ControllerValues = std::array<std::optional<int>, MIDIChannelMapping::controllerCount>;
+
 } // namespace tessik

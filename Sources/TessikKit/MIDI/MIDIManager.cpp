@@ -9,7 +9,7 @@ MIDIManager::MIDIManager(MIDIService& service, ConsoleModel& model, const QStrin
     connection.setTaskHandler([this](Uptime stamp, std::uint64_t payload) {
         const int cc = int(payload >> 8);
         const int value = int(payload & 0xFF);
-        consoleModel.handle(cc, value);
+        consoleModel.handle(stamp, cc, value);
         if (onControlChange) onControlChange(stamp, cc, value);
     });
 }

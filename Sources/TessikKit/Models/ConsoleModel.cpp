@@ -60,25 +60,37 @@ bool ConsoleModel::isVisible(const ChannelState& channel) const {
     return channel.kind.kind() != ChannelKind::Case::input || channel.kind.number() <= inputCount(modelSize.value());
 }
 
-void ConsoleModel::handle(int cc, int value) {
-    messageCount = messageCount.value() + 1;
-    const auto describe = [&](const ChannelState& channel, QLatin1String what) {
-        lastMessage = QStringLiteral("CC%1 -> %2 %3 = %4").arg(cc).arg(channel.displayName, what).arg(value);
-    };
+/// The channel written; null where the controller is none's.
+ChannelState* ConsoleModel::write(int cc, int value) {
+    ChannelState* channel = nullptr;
     if (const auto faderKind = MIDIChannelMapping::channelKindForFaderCC(cc)) {
-        if (ChannelState* channel = channelState(*faderKind)) {
-            channel->faderValue = value;
-            channel->lastUpdate = _clock.now();
-            noteFaderMessage(*channel, value);
-            describe(*channel, QLatin1String("fader"));
-        }
+        channel = channelState(*faderKind);
+        channel->faderValue = value;
     } else if (const auto switchKind = MIDIChannelMapping::channelKindForSwitchCC(cc)) {
-        if (ChannelState* channel = channelState(*switchKind)) {
-            channel->setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(value)));
-            channel->lastUpdate = _clock.now();
-            describe(*channel, QLatin1String("switches"));
-        }
+        channel = channelState(*switchKind);
+        channel->setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(value)));
     }
+    if (channel) channel->lastUpdate = _clock.now();
+    return channel;
+}
+
+void ConsoleModel::handle(Uptime stamp, int cc, int value) {
+    messageCount = messageCount.value() + 1;
+    ChannelState* channel = write(cc, value);
+    if (!channel) return;
+    const bool isFader = MIDIChannelMapping::channelKindForFaderCC(cc).has_value();
+    if (isFader) noteFaderMessage(*channel, value);
+    lastMessage = QStringLiteral("CC%1 -> %2 %3 = %4")
+                      .arg(cc)
+                      .arg(channel->displayName, isFader ? QLatin1String("fader") : QLatin1String("switches"))
+                      .arg(value);
+    // The flag outlives its dump until the next fader message: a switch pressed later is a hand's.
+    const bool isDump = isReceivingStateDump.value() && _clock.now() - lastFaderMessageAt.value() <= dumpWindow;
+    if (onChange) onChange({stamp, cc, value, isDump ? ChangeOrigin::dump : ChangeOrigin::desk});
+}
+
+void ConsoleModel::apply(const ConsoleChange& change) {
+    if (write(change.cc, change.value) && onChange) onChange(change);
 }
 
 void ConsoleModel::noteFaderMessage(ChannelState& channel, int value) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "TessikKit/Models/ChannelState.h"
+#include "TessikKit/Models/ConsoleChange.h"
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -41,7 +43,12 @@ public:
     QProperty<QString> lastMessage{QStringLiteral("No MIDI received yet")};
 
     /// Applies one Control Change from the console: `cc` 0 to 127, `value` 0 to 127. In arrival order.
-    void handle(int cc, int value);
+    void handle(int cc, int value) { handle(_clock.now(), cc, value); }
+    void handle(Uptime stamp, int cc, int value);
+    /// Writes what anyone but the console and playback changes. Controllers of no channel are ignored.
+    void apply(const ConsoleChange& change);
+    /// Called after each change made by `handle` and `apply`, also to an equal value.
+    std::function<void(const ConsoleChange&)> onChange;
 
     /// One fader message of the last half second.
     struct RecentFader {
@@ -56,6 +63,7 @@ public:
     QProperty<Uptime> lastFaderMessageAt{distantPast};
 
 private:
+    ChannelState* write(int cc, int value);
     void noteFaderMessage(ChannelState& channel, int value);
     void forgetRecentFaders(Uptime before);
 
