@@ -112,7 +112,7 @@ void MIDIInputConnection::disconnect() {
 
 void MIDIInputConnection::receive(const MIDIEventList& list) {
     if (list.dataLost) {
-        _sysExBuffer.clear();
+        _sysEx.reset();
         log(QStringLiteral("MIDI input overrun: messages were lost"));
         _queue.push({Kind::dataLost, {}, 0, {}});
     }
@@ -129,13 +129,14 @@ void MIDIInputConnection::receive(const MIDIEventList& list) {
                 _onWord({packet.stamp, type, std::uint8_t(word >> 16), int(word >> 8 & 0xFF), int(word & 0xFF)});
             } else if (type == 3 && i + 1 < words.size()) {
                 appendHex(hex, words[++i]);
-                assembleSysEx(packet.stamp, word, words[i]);
+                takeSysEx(packet.stamp, word, words[i]);
             }
         }
     }
     if (!list.packets.empty()) _queue.push({Kind::listCounters, {}, wordCount, std::move(hex)});
 }
 
+<<<<<<< HEAD
 void MIDIInputConnection::assembleSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second) {
     using MIDIWords::SysExPart;
     const MIDIWords::SysExBytes bytes(first, second);
@@ -160,6 +161,14 @@ void MIDIInputConnection::assembleSysEx(Uptime stamp, std::uint32_t first, std::
         const std::vector<std::uint8_t> whole = std::exchange(_sysExBuffer, {});
         if (!std::exchange(_sysExTooLong, false) && _onSysEx) _onSysEx(stamp, whole);
     }
+=======
+void MIDIInputConnection::takeSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second) {
+    const std::int64_t dropped = _sysEx.droppedCount();
+    const auto message = _sysEx.take(first, second);
+    if (dropped == 0 && _sysEx.droppedCount() > 0)
+        log(QStringLiteral("System Exclusive message longer than %1 bytes dropped").arg(SysExAssembler::maxBytes));
+    if (message && _onSysEx) _onSysEx(stamp, *message);
+>>>>>>> ea948da (Timecode clock with a lock to the tape, and the rig's recorder)
 }
 
 void MIDIInputConnection::run(Entry& entry) {

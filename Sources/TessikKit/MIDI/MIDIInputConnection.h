@@ -2,6 +2,7 @@
 
 #include "TessikKit/MIDI/MIDIPortInfo.h"
 #include "TessikKit/MIDI/MainThreadQueue.h"
+#include "TessikKit/MIDI/SysExAssembler.h"
 
 #include <QByteArray>
 #include <QProperty>
@@ -26,12 +27,10 @@ struct MIDIWord {
 class MIDIInputConnection {
 public:
     using WordHandler = std::function<void(const MIDIWord&)>;
-    /// Gets the data bytes of a whole message, without F0 and F7.
+    /// Gets the data bytes of a whole message, without F0 and F7. One that is too long is dropped, the first one logged.
     using SysExHandler = std::function<void(Uptime stamp, std::span<const std::uint8_t> bytes)>;
     using TaskHandler = std::function<void(Uptime stamp, std::uint64_t payload)>;
 
-    /// A longer System Exclusive message is dropped, and the first one logged.
-    static constexpr std::size_t maxSysExBytes = 64 * 1024;
     /// Words of one packet beyond these are dropped, which bounds the work of a callback.
     static constexpr std::size_t maxPacketWords = 64;
 
@@ -83,7 +82,7 @@ private:
 
     void setUpClient();
     void receive(const MIDIEventList& list);
-    void assembleSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second);
+    void takeSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second);
     void run(Entry& entry);
     void log(const QString& message) const;
 
@@ -96,9 +95,7 @@ private:
     std::function<void()> _onDataLost;
 
     // MIDI thread only
-    std::vector<std::uint8_t> _sysExBuffer;
-    bool _sysExTooLong = false;
-    bool _sysExTooLongLogged = false;
+    SysExAssembler _sysEx;
 
     MainThreadQueue<Entry> _queue;
     QObject _notifications; // receives the setup notices on the main thread

@@ -1,0 +1,66 @@
+#include "TessikKit/MIDI/MTCClock.h"
+
+namespace tessik {
+namespace {
+
+/// A payload is a quarter frame's data byte or, with this bit, the bytes of a full frame that tell its position.
+constexpr std::uint64_t fullFrameFlag = std::uint64_t(1) << 32;
+
+std::uint64_t uptimeNanoseconds(const UptimeClock& clock) { return std::uint64_t(clock.now().count()); }
+
+} // namespace
+
+MTCClock::MTCClock(MIDIService& service, const QString& clientName, const UptimeClock& clock)
+    : connection(service, clientName, [this](const MIDIWord& word) { receive(word); }),
+      lastUpdateHostTime(uptimeNanoseconds(clock)),
+      _clock(clock) {
+    connection.setSysExHandler(
+        [this](Uptime stamp, std::span<const std::uint8_t> sysEx) { receiveSysEx(stamp, sysEx); });
+    connection.setTaskHandler([this](Uptime stamp, std::uint64_t payload) {
+        if (payload & fullFrameFlag)
+            handleFullFrame(MTCDecoder::fullFramePosition(std::uint32_t(payload)));
+        else
+            handleQuarterFrame(stamp, std::uint8_t(payload));
+    });
+    connection.setDataLostHandler([this] { decoder = {}; });
+
+    _watchdog.setTimerType(Qt::PreciseTimer);
+    _watchdog.setInterval(250);
+    _watchdog.callOnTimeout([this] { checkStopped(); });
+    _watchdog.start();
+}
+
+void MTCClock::receive(const MIDIWord& word) {
+    if (word.messageType == 1 && word.status == 0xF1) connection.submit(word.stamp, std::uint64_t(word.data1));
+}
+
+void MTCClock::receiveSysEx(Uptime stamp, std::span<const std::uint8_t> sysEx) {
+    if (const std::optional<std::uint32_t> bytes = MTCDecoder::fullFrameBytes(sysEx))
+        connection.submit(stamp, fullFrameFlag | *bytes);
+}
+
+void MTCClock::handleQuarterFrame(Uptime stamp, std::uint8_t dataByte) {
+    const std::optional<TimecodePosition> completed = decoder.handleQuarterFrame(dataByte);
+    _lastQuarterFrameStamp = stamp;
+    _lock.quarterFrame(stamp, dataByte >> 4 & 7, completed);
+    if (!completed) return;
+    currentPosition = completed;
+    isRunning = true;
+    lastUpdateHostTime = uptimeNanoseconds(_clock);
+}
+
+void MTCClock::handleFullFrame(const TimecodePosition& position) {
+    decoder = {};
+    _lock.reset();
+    currentPosition = position;
+    if (onFullFrame) onFullFrame();
+}
+
+void MTCClock::checkStopped() {
+    if (!isRunning.value()) return;
+    if (uptimeNanoseconds(_clock) - lastUpdateHostTime.value() < 500'000'001) return;
+    _lock.reset();
+    isRunning = false;
+}
+
+} // namespace tessik

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "TessikKit/MIDI/MIDIInputConnection.h"
+#include "TessikKit/MIDI/MTCDecoder.h"
+#include "TessikKit/MIDI/MTCLock.h"
+
+#include <QTimer>
+
+namespace tessik {
+
+/// Receives MIDI Time Code on a connection of its own: publishes the last position that a run of quarter frames or a
+/// full frame told, whether timecode runs, and, through the lock, where the tape is between them. Main thread only.
+class MTCClock {
+public:
+    MTCClock(MIDIService& service, const QString& clientName, const UptimeClock& clock = UptimeClock::system());
+
+    MIDIInputConnection connection;
+
+    QProperty<std::optional<TimecodePosition>> currentPosition{std::nullopt}; ///< kept when timecode stops
+    QProperty<bool> isRunning{false};
+    QProperty<std::uint64_t> lastUpdateHostTime; ///< uptime in ns when quarter frames last completed a position
+
+    MTCDecoder decoder;
+
+    /// Where the tape is at an instant while timecode runs, in frames; none where that is not known.
+    std::optional<double> frame(Uptime at) { return _lock.frame(at); }
+    /// When the tape will be at a frame; none where that is not known.
+    std::optional<Uptime> instant(double frame) const { return _lock.instant(frame); }
+    /// Arrival of the last quarter frame, whatever it held; kept when timecode stops.
+    Uptime lastQuarterFrameStamp() const { return _lastQuarterFrameStamp; }
+
+    /// Called after a full frame moved the position: the machine was located.
+    std::function<void()> onFullFrame;
+
+    void handleQuarterFrame(Uptime stamp, std::uint8_t dataByte);
+    void handleFullFrame(const TimecodePosition& position);
+    /// Declares timecode stopped after more than half a second without a completed run. The clock's own timer calls it
+    /// four times a second.
+    void checkStopped();
+
+private:
+    void receive(const MIDIWord& word);                                   // MIDI thread
+    void receiveSysEx(Uptime stamp, std::span<const std::uint8_t> sysEx); // MIDI thread
+
+    const UptimeClock& _clock;
+    MTCLock _lock;
+    Uptime _lastQuarterFrameStamp = distantPast;
+    QTimer _watchdog;
+};
+
+} // namespace tessik

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "TessikKit/Models/TimecodePosition.h"
+
+#include <array>
+#include <span>
+
+namespace tessik {
+
+/// Puts the eight quarter-frame pieces of a position together. Only a run of pieces in ascending order completes one,
+/// so reverse play yields none.
+struct MTCDecoder {
+    std::array<std::uint8_t, 8> pieces{}; ///< the four bits last received for each piece
+    int expectedNextPiece = 0;            ///< 0 to 7
+
+    /// Takes the data byte of a quarter frame. A position comes with the piece that completes a run: the label carried,
+    /// which was two frames old by then, plus two frames.
+    std::optional<TimecodePosition> handleQuarterFrame(std::uint8_t dataByte);
+
+    /// The four bytes that tell the position in a full-frame message, the hours on top; none for any other message.
+    /// `sysEx` begins after F0.
+    static std::optional<std::uint32_t> fullFrameBytes(std::span<const std::uint8_t> sysEx);
+    static TimecodePosition fullFramePosition(std::uint32_t fullFrameBytes);
+
+    friend bool operator==(const MTCDecoder&, const MTCDecoder&) = default;
+};
+
+} // namespace tessik

@@ -1,0 +1,283 @@
+#include "TessikRig/SimulatedRecorder.h"
+
+#include "TessikKit/MIDI/MIDIWords.h"
+#include "TessikRig/TapeTimecode.h"
+
+#include <cmath>
+#include <ctime>
+
+namespace tessik {
+namespace {
+
+// MIDI Machine Control
+constexpr std::uint8_t allCall = 0x7F;
+constexpr std::uint8_t machineControlCommand = 0x06;
+constexpr std::uint8_t commandLocate = 0x44;
+constexpr std::uint8_t locateTarget = 0x01;
+/// From here to 0x77 a command is followed by the number of its data bytes.
+constexpr std::uint8_t firstCommandWithData = 0x40;
+
+/// Short, so that a key pressed in between is felt.
+constexpr Uptime longestSleep = std::chrono::milliseconds(20);
+
+void sleepUntil(Uptime deadline) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(deadline);
+    const timespec until{.tv_sec = time_t(seconds.count()), .tv_nsec = long((deadline - seconds).count())};
+    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
+    }
+}
+
+} // namespace
+
+const QString SimulatedRecorder::portName = QStringLiteral("Rig Recorder");
+
+SimulatedRecorder::SimulatedRecorder(MIDIService& service, const RecorderSettings& settings, Drive drive,
+                                     const UptimeClock& clock)
+    : _service(service),
+      _settings(settings),
+      _clock(clock),
+      _rate(settings.rate),
+      _jitter(settings.jitter),
+      _random(settings.seed),
+      _anchorTime(clock.now()) {
+    MIDIEndpointRef destination = 0;
+    _service.createClient(portName, nullptr, _client);
+    _service.createSource(_client, portName, _source);
+    _service.createDestination(
+        _client, portName, [this](const MIDIEventList& list) { receive(list); }, destination);
+    if (drive == Drive::thread) _thread = std::thread([this] { run(); });
+}
+
+SimulatedRecorder::~SimulatedRecorder() {
+    {
+        const std::lock_guard lock(_mutex);
+        _ending = true;
+    }
+    _changed.notify_all();
+    if (_thread.joinable()) _thread.join();
+    _service.disposeClient(_client);
+}
+
+// ---- Machine Control
+
+void SimulatedRecorder::receive(const MIDIEventList& list) {
+    if (list.dataLost) _sysEx.reset();
+    for (const MIDIEventPacket& packet : list.packets) {
+        for (std::size_t i = 0; i + 1 < packet.words.size(); ++i) {
+            if (packet.words[i] >> 28 != 3) continue;
+            if (const auto message = _sysEx.take(packet.words[i], packet.words[i + 1])) obey(*message);
+            ++i;
+        }
+    }
+}
+
+void SimulatedRecorder::obey(std::span<const std::uint8_t> sysEx) {
+    if (sysEx.size() < 4 || sysEx[0] != 0x7F || sysEx[2] != machineControlCommand) return;
+    if (sysEx[1] != _settings.deviceID && !(sysEx[1] == allCall && _settings.answersAllCall)) return;
+    auto commands = sysEx.subspan(3);
+    while (!commands.empty()) {
+        const std::uint8_t command = commands.front();
+        commands = commands.subspan(1);
+        std::span<const std::uint8_t> data;
+        if (command >= firstCommandWithData) {
+            if (commands.empty() || commands.front() >= commands.size()) return; // cut off
+            data = commands.subspan(1, commands.front());
+            commands = commands.subspan(1 + data.size());
+        }
+        obey(command, data);
+    }
+}
+
+void SimulatedRecorder::obey(std::uint8_t command, std::span<const std::uint8_t> data) {
+    switch (command) {
+    case 0x01: return stop();
+    case 0x02: return play();
+    case 0x04: return fastForward();
+    case 0x05: return rewind();
+    case 0x06: return recordStrobe();
+    case 0x07: return recordExit();
+    case 0x09: return pause();
+    case commandLocate:
+        if (data.size() < 6 || data[0] != locateTarget) return;
+        return locate({.hours = data[1] & 0x1F, .minutes = data[2], .seconds = data[3], .frames = data[4] & 0x1F});
+    default: return;
+    }
+}
+
+// ---- keys and settings
+
+void SimulatedRecorder::enter(State state) {
+    const std::lock_guard lock(_mutex);
+    enterLocked(state);
+}
+
+void SimulatedRecorder::enterLocked(State state) {
+    const Uptime now = _clock.now();
+    if (state != State::playing) _recording = false;
+    if (state == _state) return;
+    const double position = tapePosition(now);
+    _state = state;
+    moveTo(position, now);
+}
+
+void SimulatedRecorder::recordStrobe() {
+    const std::lock_guard lock(_mutex);
+    enterLocked(State::playing);
+    _recording = true;
+}
+
+void SimulatedRecorder::recordExit() {
+    const std::lock_guard lock(_mutex);
+    _recording = false;
+}
+
+void SimulatedRecorder::locate(const TimecodePosition& label) {
+    const std::lock_guard lock(_mutex);
+    if (_state == State::fastForwarding || _state == State::rewinding) _state = State::stopped;
+    const std::int64_t frame = TapeTimecode::tapeFrame(_rate, label);
+    moveTo(double(frame), _clock.now());
+    _fullFrame = TapeTimecode::label(_rate, frame);
+}
+
+void SimulatedRecorder::setSpeed(double speed) {
+    const std::lock_guard lock(_mutex);
+    const Uptime now = _clock.now();
+    _anchorFrame = tapePosition(now);
+    _anchorTime = now;
+    _playSpeed = speed;
+    _changed.notify_all();
+}
+
+void SimulatedRecorder::setRate(MTCFrameRate rate) {
+    const std::lock_guard lock(_mutex);
+    enterLocked(State::stopped);
+    _rate = rate;
+    moveTo(0, _clock.now());
+}
+
+void SimulatedRecorder::setJitter(Uptime jitter) {
+    const std::lock_guard lock(_mutex);
+    _jitter = jitter;
+}
+
+// ---- the tape
+
+/// In tape frames since zero; past 24 hours while it has rolled over them since it was last moved.
+double SimulatedRecorder::tapePosition(Uptime now) const {
+    double speed = 0;
+    switch (_state) {
+    case State::stopped:
+    case State::paused: break;
+    case State::playing: speed = _playSpeed; break;
+    case State::fastForwarding: speed = _settings.shuttleSpeed; break;
+    case State::rewinding: speed = -_settings.shuttleSpeed; break;
+    }
+    const double seconds = double((now - _anchorTime).count()) / 1e9;
+    return std::max(0.0, _anchorFrame + speed * seconds * realFramesPerSecond(_rate));
+}
+
+void SimulatedRecorder::moveTo(double tapeFrame, Uptime now) {
+    _anchorFrame = std::fmod(tapeFrame, double(TapeTimecode::framesPerDay(_rate)));
+    _anchorTime = now;
+    _nextQuarter = std::int64_t(std::ceil(_anchorFrame * 4));
+    scheduleNext();
+    _changed.notify_all();
+}
+
+void SimulatedRecorder::scheduleNext() {
+    const double evenly = 2.0 * double(_random()) / double(std::mt19937::max()) - 1;
+    _nextJitter = Uptime(std::llround(evenly * double(_jitter.count())));
+}
+
+std::optional<Uptime> SimulatedRecorder::deadline() const {
+    if (_fullFrame) return _anchorTime;
+    if (_state != State::playing) return std::nullopt;
+    const double seconds = (double(_nextQuarter) / 4 - _anchorFrame) / (realFramesPerSecond(_rate) * _playSpeed);
+    return _anchorTime + Uptime(std::llround(seconds * 1e9)) + _nextJitter;
+}
+
+/// The words of one message that is due; empty where none is.
+std::vector<std::uint32_t> SimulatedRecorder::takeDue(Uptime now) {
+    const std::optional<Uptime> due = deadline();
+    if (!due || *due > now) return {};
+    std::vector<std::uint32_t> words;
+    if (const auto fullFrame = std::exchange(_fullFrame, std::nullopt)) {
+        MIDIWords::appendSysEx(words, TapeTimecode::fullFrameMessage(*fullFrame));
+        return words;
+    }
+    const int piece = int(_nextQuarter % 8);
+    const TimecodePosition label = TapeTimecode::label(_rate, (_nextQuarter - piece) / 4);
+    words.push_back(MIDIWords::system(0xF1, TapeTimecode::quarterFrameByte(label, piece)));
+    ++_nextQuarter;
+    scheduleNext();
+    return words;
+}
+
+SimulatedRecorder::State SimulatedRecorder::state() const {
+    const std::lock_guard lock(_mutex);
+    return _state;
+}
+
+bool SimulatedRecorder::isRecording() const {
+    const std::lock_guard lock(_mutex);
+    return _recording;
+}
+
+double SimulatedRecorder::truePosition(Uptime now) const {
+    const std::lock_guard lock(_mutex);
+    const double position = tapePosition(now);
+    const double whole = std::floor(position);
+    return double(TapeTimecode::label(_rate, std::int64_t(whole)).totalFrames()) + position - whole;
+}
+
+TimecodePosition SimulatedRecorder::label(Uptime now) const {
+    const std::lock_guard lock(_mutex);
+    return TapeTimecode::label(_rate, std::int64_t(tapePosition(now)));
+}
+
+// ---- sending
+
+std::optional<Uptime> SimulatedRecorder::nextDeadline() const {
+    const std::lock_guard lock(_mutex);
+    return deadline();
+}
+
+void SimulatedRecorder::advance(Uptime now) {
+    std::unique_lock lock(_mutex);
+    while (true) {
+        const std::vector<std::uint32_t> words = takeDue(now);
+        if (words.empty()) return;
+        lock.unlock();
+        _service.transmit(_source, words);
+        lock.lock();
+    }
+}
+
+void SimulatedRecorder::roll(ManualUptimeClock& clock, Uptime duration) {
+    const Uptime end = clock.now() + duration;
+    for (auto due = nextDeadline(); due && *due <= end; due = nextDeadline()) {
+        clock.advance(std::max(Uptime(0), *due - clock.now()));
+        advance(clock.now());
+    }
+    clock.advance(end - clock.now());
+}
+
+void SimulatedRecorder::run() {
+    std::unique_lock lock(_mutex);
+    while (!_ending) {
+        const std::optional<Uptime> due = deadline();
+        if (!due) {
+            _changed.wait(lock);
+            continue;
+        }
+        lock.unlock();
+        const Uptime now = _clock.now();
+        if (*due > now)
+            sleepUntil(std::min(*due, now + longestSleep));
+        else
+            advance(now);
+        lock.lock();
+    }
+}
+
+} // namespace tessik
