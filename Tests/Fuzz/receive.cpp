@@ -29,7 +29,7 @@ public:
         require(_service.createClient(QStringLiteral("Desk"), {}, client) == 0);
         require(_service.createSource(client, QStringLiteral("Out"), _source) == 0);
         _manager.connection.setSysExHandler([](Uptime, std::span<const std::uint8_t> bytes) {
-            require(bytes.size() <= MIDIInputConnection::maxSysExBytes);
+            require(bytes.size() <= SysExAssembler::maxBytes);
         });
         MIDIEndpointRef destination = 0;
         require(_service.createDestination(

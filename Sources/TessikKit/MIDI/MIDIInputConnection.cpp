@@ -136,39 +136,12 @@ void MIDIInputConnection::receive(const MIDIEventList& list) {
     if (!list.packets.empty()) _queue.push({Kind::listCounters, {}, wordCount, std::move(hex)});
 }
 
-<<<<<<< HEAD
-void MIDIInputConnection::assembleSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second) {
-    using MIDIWords::SysExPart;
-    const MIDIWords::SysExBytes bytes(first, second);
-    const std::uint32_t part = first >> 20 & 0xF;
-    if (part == std::uint32_t(SysExPart::complete)) {
-        if (_onSysEx) _onSysEx(stamp, bytes);
-        return;
-    }
-    if (part > std::uint32_t(SysExPart::end)) return;
-    if (part == std::uint32_t(SysExPart::start)) {
-        _sysExBuffer.clear();
-        _sysExTooLong = false;
-    }
-    if (!_sysExTooLong && _sysExBuffer.size() + bytes.count > maxSysExBytes) {
-        _sysExTooLong = true;
-        _sysExBuffer = {};
-        if (!std::exchange(_sysExTooLongLogged, true))
-            log(QStringLiteral("System Exclusive message longer than %1 bytes dropped").arg(maxSysExBytes));
-    }
-    if (!_sysExTooLong) _sysExBuffer.insert(_sysExBuffer.end(), bytes.begin(), bytes.end());
-    if (part == std::uint32_t(SysExPart::end)) {
-        const std::vector<std::uint8_t> whole = std::exchange(_sysExBuffer, {});
-        if (!std::exchange(_sysExTooLong, false) && _onSysEx) _onSysEx(stamp, whole);
-    }
-=======
 void MIDIInputConnection::takeSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second) {
     const std::int64_t dropped = _sysEx.droppedCount();
     const auto message = _sysEx.take(first, second);
     if (dropped == 0 && _sysEx.droppedCount() > 0)
         log(QStringLiteral("System Exclusive message longer than %1 bytes dropped").arg(SysExAssembler::maxBytes));
     if (message && _onSysEx) _onSysEx(stamp, *message);
->>>>>>> ea948da (Timecode clock with a lock to the tape, and the rig's recorder)
 }
 
 void MIDIInputConnection::run(Entry& entry) {

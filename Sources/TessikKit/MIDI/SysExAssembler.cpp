@@ -2,16 +2,15 @@
 
 #include "TessikKit/MIDI/MIDIWords.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tessik {
 
 std::optional<std::span<const std::uint8_t>> SysExAssembler::take(std::uint32_t first, std::uint32_t second) {
     using MIDIWords::SysExPart;
-    _pair = {std::uint8_t(first >> 8),   std::uint8_t(first),       std::uint8_t(second >> 24),
-             std::uint8_t(second >> 16), std::uint8_t(second >> 8), std::uint8_t(second)};
-    const auto bytes = std::span(_pair).first(std::min<std::size_t>(first >> 16 & 0xF, _pair.size()));
+    const MIDIWords::SysExBytes pair(first, second);
+    _pair = pair.data;
+    const auto bytes = std::span(_pair).first(pair.count);
     const std::uint32_t part = first >> 20 & 0xF;
     if (part == std::uint32_t(SysExPart::complete)) return bytes;
     if (part > std::uint32_t(SysExPart::end)) return std::nullopt;
