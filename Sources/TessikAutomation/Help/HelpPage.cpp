@@ -65,10 +65,13 @@ void drawCode(QPainter& painter, const QTextBlock& block, const CodeRange& code,
     for (int i = 0; i < layout.lineCount(); ++i) {
         const QTextLine line = layout.lineAt(i);
         const int begin = std::max(code.begin, line.textStart());
-        const int end = std::min(code.end, line.textStart() + line.textLength());
+        int end = std::min(code.end, line.textStart() + line.textLength());
+        const bool goesOn = end < code.end;
+        while (goesOn && end > begin && block.text()[end - 1].isSpace())
+            --end; // the space at which the line broke
         if (begin >= end) continue;
         const double left = line.cursorToX(begin) - HelpStyle::chipPadding;
-        const double right = line.cursorToX(end);
+        const double right = line.cursorToX(end) + (goesOn ? HelpStyle::chipPadding : 0);
         const QRectF chip(left, line.y() + line.ascent() - metrics.ascent() - 1, right - left, metrics.height() + 2);
         painter.drawRoundedRect(chip.translated(origin(block)), 4, 4);
     }

@@ -1,58 +1,39 @@
 #include "TessikAutomation/Help/HelpStyle.h"
 
+#include "TessikAutomation/Views/Drawing/Type.h"
+
 #include <QFontDatabase>
 #include <QIconEngine>
 #include <QPainter>
 
 namespace tessik {
 
-const HelpColors& HelpColors::dark() {
-    static const HelpColors colors{.page = QColor(0x1c1c1c),
-                                   .sidebar = QColor(0x161616),
-                                   .field = QColor(0x262626),
-                                   .divider = QColor(0x303030),
-                                   .text = QColor(0xcfcdca),
-                                   .strongText = QColor(0xf3f1ee),
-                                   .dimText = QColor(0x98958f),
-                                   .accent = QColor(0xf0a63c),
-                                   .selection = QColor(0x33302a),
-                                   .selectionText = QColor(0xffcf86),
-                                   .quote = QColor(0x262420),
-                                   .chip = QColor(0x2b2b2b),
-                                   .chipEdge = QColor(0x434343),
-                                   .match = QColor(0x6b4e12)};
-    return colors;
-}
-
-const HelpColors& HelpColors::light() {
-    static const HelpColors colors{.page = QColor(0xf8f7f5),
-                                   .sidebar = QColor(0xe6e4e0),
-                                   .field = QColor(0xf8f7f5),
-                                   .divider = QColor(0xd3d0ca),
-                                   .text = QColor(0x36332f),
-                                   .strongText = QColor(0x161412),
-                                   .dimText = QColor(0x6c6761),
-                                   .accent = QColor(0xb06a0a),
-                                   .selection = QColor(0xd6d0c4),
-                                   .selectionText = QColor(0x3a2400),
-                                   .quote = QColor(0xefebe2),
-                                   .chip = QColor(0xecebe8),
-                                   .chipEdge = QColor(0xcdcac4),
-                                   .match = QColor(0xffdf9a)};
-    return colors;
+HelpColors HelpColors::of(const Look& look) {
+    const bool dark = look.isDark();
+    const QColor ground = look.palette.appBackground;
+    // A page is read for long: in the light theme it is lighter than the desk, and its ink warmer than black.
+    const QColor page = dark ? ground : QColor(0xf8f7f5);
+    const QColor accent = dark ? look.tints.display : look.tints.warning;
+    return {.page = page,
+            .sidebar = dark ? blend(ground, Qt::black, 0.22) : blend(ground, Qt::white, 0.18),
+            .field = dark ? blend(ground, Qt::white, 0.045) : page,
+            .divider = over(look.palette.dividerColor, ground),
+            .text = blend(look.tints.text, page, dark ? 0.17 : 0.12),
+            .strongText = look.tints.text,
+            .dimText = look.tints.secondaryText,
+            .accent = accent,
+            .focus = look.tints.focusRing,
+            .selection = dark ? over(withAlpha(accent, 0.15), ground) : blend(ground, Qt::white, 0.75),
+            .selectionText = dark ? blend(accent, look.tints.text, 0.35) : look.tints.text,
+            .quote = over(withAlpha(accent, 0.07), page),
+            .chip = blend(page, look.tints.text, 0.07),
+            .chipEdge = blend(page, look.tints.text, 0.2),
+            .match = over(withAlpha(look.tints.ledAmber, dark ? 0.36 : 0.6), page)};
 }
 
 namespace HelpStyle {
 
 namespace {
-
-QFont font(int pixelSize, QFont::Weight weight = QFont::Normal) {
-    QFont font;
-    font.setFamilies({QStringLiteral("Inter"), font.family()});
-    font.setPixelSize(pixelSize);
-    font.setWeight(weight);
-    return font;
-}
 
 /// Draws `Shape` in one colour at whatever size and resolution is asked for.
 class LineIcon final : public QIconEngine {
@@ -93,17 +74,13 @@ private:
 
 } // namespace
 
-QFont textFont() { return font(15); }
+QFont textFont() { return Type::font(15, QFont::Normal); }
 
-QFont titleFont() {
-    QFont title = font(28, QFont::DemiBold);
-    title.setLetterSpacing(QFont::AbsoluteSpacing, -0.4);
-    return title;
-}
+QFont titleFont() { return Type::font(28, QFont::DemiBold, -0.4); }
 
-QFont headingFont() { return font(17, QFont::DemiBold); }
+QFont headingFont() { return Type::font(17, QFont::DemiBold); }
 
-QFont tableFont() { return font(14); }
+QFont tableFont() { return Type::font(14, QFont::Normal); }
 
 QFont codeFont(const QFont& within) {
     QFont code = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -111,7 +88,7 @@ QFont codeFont(const QFont& within) {
     return code;
 }
 
-QFont listFont() { return font(13); }
+QFont listFont() { return Type::font(13, QFont::Normal); }
 
 QIcon magnifier(const QColor& color) { return QIcon(new LineIcon(LineIcon::Shape::magnifier, color)); }
 
@@ -122,17 +99,17 @@ QString sheet(const HelpColors& colors) {
 #help { background: @page; }
 #sidebar { background: @sidebar; border-right: 1px solid @divider; }
 #search { background: @field; color: @strongText; border: 1px solid @divider; border-radius: 7px; padding: 5px 6px; }
-#search:focus { border-color: @accent; }
+#search:focus { border-color: @focus; }
 #topics { background: transparent; color: @text; border: none; outline: none; }
 #topics::item { padding: 6px 8px; margin: 1px 8px; border-radius: 6px; border: 1px solid transparent; }
 #topics::item:hover { background: @field; }
 #topics::item:selected { background: @selection; color: @selectionText; }
-#topics::item:selected:focus { border-color: @accent; }
+#topics::item:selected:focus { border-color: @focus; }
 #page { background: @page; border: none; }
 #close { background: transparent; border: 1px solid transparent; border-radius: 6px; padding: 5px; }
 #close:hover { background: @chip; }
 #close:pressed { background: @selection; }
-#close:focus { border-color: @accent; }
+#close:focus { border-color: @focus; }
 #noResultsTitle { color: @strongText; }
 #noResultsText { color: @dimText; }
 QSplitter::handle { background: transparent; }
@@ -141,7 +118,6 @@ QScrollBar::handle:vertical { background: @chipEdge; min-height: 36px; border-ra
 QScrollBar::handle:vertical:hover { background: @dimText; }
 QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
-QToolTip { background: @chip; color: @strongText; border: 1px solid @chipEdge; padding: 4px 6px; }
 )");
     const std::pair<const char*, const QColor&> names[] = {
         {"@selectionText", colors.selectionText}, // before the name that it begins with
@@ -151,7 +127,7 @@ QToolTip { background: @chip; color: @strongText; border: 1px solid @chipEdge; p
         {"@field", colors.field},
         {"@divider", colors.divider},
         {"@text", colors.text},
-        {"@accent", colors.accent},
+        {"@focus", colors.focus},
         {"@strongText", colors.strongText},
         {"@dimText", colors.dimText},
         {"@chipEdge", colors.chipEdge},

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QColor>
+#include "TessikAutomation/Views/Theme/Look.h"
+
 #include <QFont>
 #include <QIcon>
 
@@ -15,7 +16,8 @@ struct HelpColors {
     QColor text;
     QColor strongText; ///< titles and bold
     QColor dimText;    ///< prompts, markers of lists, the header row of tables
-    QColor accent;
+    QColor accent;     ///< links and the numbers of steps
+    QColor focus;
     QColor selection; ///< behind the chosen topic
     QColor selectionText;
     QColor quote; ///< behind a quote
@@ -23,8 +25,7 @@ struct HelpColors {
     QColor chipEdge;
     QColor match; ///< behind what was searched for
 
-    static const HelpColors& dark();
-    static const HelpColors& light();
+    static HelpColors of(const Look& look);
 };
 
 namespace HelpStyle {

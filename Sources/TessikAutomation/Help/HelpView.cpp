@@ -18,7 +18,7 @@
 
 namespace tessik {
 
-HelpView::HelpView(const HelpColors& colors, HelpTopics topics, QWidget* parent)
+HelpView::HelpView(const Look& look, HelpTopics topics, QWidget* parent)
     : QWidget(parent, Qt::Window), _topics(std::move(topics)) {
     setObjectName(QStringLiteral("help"));
     setWindowTitle(QStringLiteral("TessikAutomation Manual"));
@@ -29,7 +29,7 @@ HelpView::HelpView(const HelpColors& colors, HelpTopics topics, QWidget* parent)
     splitter->setHandleWidth(4);
     splitter->setChildrenCollapsible(false);
     splitter->addWidget(makeSidebar());
-    splitter->addWidget(makeDetail(colors));
+    splitter->addWidget(makeDetail(look));
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({HelpStyle::sidebarWidth, width() - HelpStyle::sidebarWidth});
     auto* const layout = new QHBoxLayout(this);
@@ -49,7 +49,7 @@ HelpView::HelpView(const HelpColors& colors, HelpTopics topics, QWidget* parent)
         else
             setQuery({});
     });
-    setColors(colors);
+    setLook(look);
     refresh();
     _list->setFocus();
 }
@@ -92,14 +92,14 @@ QWidget* HelpView::makeSidebar() {
     return sidebar;
 }
 
-QWidget* HelpView::makeDetail(const HelpColors& colors) {
+QWidget* HelpView::makeDetail(const Look& look) {
     _close = new QToolButton;
     _close->setObjectName(QStringLiteral("close"));
     _close->setToolTip(QStringLiteral("Close the manual  (Esc)"));
     _close->setAccessibleName(QStringLiteral("Close the manual"));
     connect(_close, &QToolButton::clicked, this, &QWidget::close);
 
-    _page = new HelpPage(colors, visibleTitles());
+    _page = new HelpPage(HelpColors::of(look), visibleTitles());
     _page->onChapterWanted = [this](const QString& title) { showTopic(title); };
     _page->setObjectName(QStringLiteral("page"));
     _detail = new QStackedWidget;
@@ -142,12 +142,13 @@ QWidget* HelpView::makeNoResults() {
     return placeholder;
 }
 
-void HelpView::setColors(const HelpColors& colors) {
+void HelpView::setLook(const Look& look) {
+    const HelpColors colors = HelpColors::of(look);
     setStyleSheet(HelpStyle::sheet(colors));
     QPalette palette = this->palette();
     palette.setColor(QPalette::PlaceholderText, colors.dimText);
-    palette.setColor(QPalette::Highlight, colors.accent);
-    palette.setColor(QPalette::HighlightedText, colors.page);
+    palette.setColor(QPalette::Highlight, colors.focus);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
     _search->setPalette(palette);
     _page->setPalette(palette);
     _searchIcon->setIcon(HelpStyle::magnifier(colors.dimText));

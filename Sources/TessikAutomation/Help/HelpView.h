@@ -18,12 +18,12 @@ class HelpPage;
 /// The manual: a list of chapters with a search field at the left, the chosen chapter at the right.
 class HelpView final : public QWidget {
 public:
-    explicit HelpView(const HelpColors& colors, HelpTopics topics = manual(), QWidget* parent = nullptr);
+    explicit HelpView(const Look& look, HelpTopics topics = manual(), QWidget* parent = nullptr);
 
     /// Chooses the chapter of that title and ends a search that hides it. An unknown title changes nothing.
     void showTopic(const QString& title);
     void setQuery(const QString& query);
-    void setColors(const HelpColors& colors);
+    void setLook(const Look& look);
 
     /// The title of the chapter on show; empty where the search found none.
     QString shownTitle() const { return _shown.title; }
@@ -35,7 +35,7 @@ protected:
 
 private:
     QWidget* makeSidebar();
-    QWidget* makeDetail(const HelpColors& colors);
+    QWidget* makeDetail(const Look& look);
     QWidget* makeNoResults();
     void search(const QString& query);
     void select(const QString& title);

@@ -35,7 +35,7 @@ protected:
     }
     QString text() const { return page.toPlainText(); }
 
-    HelpView view{HelpColors::dark()};
+    HelpView view{Look::of(ColorScheme::dark)};
     QLineEdit& search = part<QLineEdit>("search");
     QListWidget& list = part<QListWidget>("topics");
     HelpPage& page = *static_cast<HelpPage*>(&part<QTextBrowser>("page"));
@@ -123,7 +123,7 @@ TEST_F(HelpViewTest, CloseButtonClosesAndEverythingHasAName) {
 TEST_F(HelpViewTest, KeepsItsPlaceWhenTheThemeChanges) {
     page.verticalScrollBar()->setValue(150);
     const QImage dark = view.grab().toImage();
-    view.setColors(HelpColors::light());
+    view.setLook(Look::of(ColorScheme::light));
     EXPECT_EQ(page.verticalScrollBar()->value(), 150);
     const QPoint inThePage(view.width() - 60, view.height() - 4);
     EXPECT_GT(view.grab().toImage().pixelColor(inThePage).lightness(), 200);
@@ -148,7 +148,7 @@ TEST_F(HelpViewTest, EveryChapterFitsItsColumn) {
 }
 
 TEST(HelpPage, DrawsEveryForm) {
-    HelpPage page(HelpColors::light(), {QStringLiteral("Other")});
+    HelpPage page(HelpColors::of(Look::of(ColorScheme::light)), {QStringLiteral("Other")});
     page.resize(600, 400);
     page.show({QStringLiteral("Title"), QStringLiteral("para\n- dot\n7. seven\n> said\n### Head\n| a | b |\n| - | - "
                                                        "|\n| 1 |\nend *Other* *else*")});
