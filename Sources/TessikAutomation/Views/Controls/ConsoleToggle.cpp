@@ -37,7 +37,7 @@ void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key
     if (on) {
         painter.save();
         painter.setClipRect(key.adjusted(canvas.line(), canvas.line(), -canvas.line(), -canvas.line()));
-        Parts::glow(painter, lamp, canvas.px(9), color, look.isDark() ? 0.36 : 0.5);
+        Parts::glow(painter, lamp, canvas.px(9), color, look.isDark() ? 0.36 : 0.75);
         painter.restore();
     }
     Parts::lamp(painter, lamp, canvas.scale, color, on);
@@ -59,8 +59,7 @@ void ConsoleToggle::paintMoving(Canvas& canvas, const QRect& rect, const Control
     canvas.sprite(this, variant, key.topLeft() - QPoint(reach, reach), key.size() + 2 * QSize(reach, reach),
                   [&](QPainter& painter) {
                       const QRect own(QPoint(reach, reach), key.size());
-                      if (on && !_showsLED)
-                          Parts::glow(painter, own, reach, canvas.look.tints.*_color, 0.3);
+                      if (on && !_showsLED) Parts::glow(painter, own, reach, canvas.look.tints.*_color, 0.3);
                       paintKey(canvas, painter, own, on, state.pressed, state.hovered);
                   });
 }

@@ -35,7 +35,8 @@ void paintArrow(QPainter& painter, const QRect& window, qreal u, bool up, const 
     arrow.lineTo(centre + QPointF(width / 2, -tip));
     arrow.lineTo(centre + QPointF(-width / 2, -tip));
     arrow.closeSubpath();
-    if (lit) Parts::glow(painter, QRectF(centre, QSizeF()).adjusted(-2 * u, -1.5 * u, 2 * u, 1.5 * u), 7 * u, color, 0.4);
+    if (lit)
+        Parts::glow(painter, QRectF(centre, QSizeF()).adjusted(-2 * u, -1.5 * u, 2 * u, 1.5 * u), 7 * u, color, 0.4);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     painter.drawPath(arrow);
@@ -45,8 +46,7 @@ void paintArrow(QPainter& painter, const QRect& window, qreal u, bool up, const 
 
 void NullIndicatorRow::paintStatic(Canvas& canvas, const QRect& rect) const {
     const QRect row = canvas.px(QRectF(rect));
-    const QColor floor = canvas.look.isDark() ? QColor(0x2A, 0x2A, 0x2A) : QColor(0x8E, 0x8A, 0x85);
-    Parts::recess(canvas.painter, row, canvas.scale, floor, 3 * canvas.scale, canvas.look);
+    Parts::recess(canvas.painter, row, canvas.scale, canvas.look.tints.arrowWindow, 3 * canvas.scale, canvas.look);
     const int seam = row.x() + row.width() / 2;
     canvas.painter.fillRect(QRect(seam, row.y() + canvas.line(3), canvas.line(), row.height() - 2 * canvas.line(3)),
                             withAlpha(Qt::black, 0.35));

@@ -1,6 +1,7 @@
 #include "TessikAutomation/Views/Desk/DeskView.h"
 
 #include "TessikAutomation/Views/Metrics.h"
+#include "TessikAutomation/Views/Theme/AppStyle.h"
 
 #include <QPainter>
 
@@ -9,8 +10,12 @@ namespace tessik {
 using namespace Metrics;
 
 DeskView::DeskView(ConsoleModel& consoleModel, DeskEditor& editor, DrawingContext& drawing, QWidget* parent)
-    : QWidget(parent), _consoleModel(consoleModel), _editor(editor), _drawing(drawing),
-      _inputs(new HorizontalOnlyScrollView(this)), _blank(new ControlHost(blankStripKind(), {}, drawing, _inputs->content())) {
+    : QWidget(parent),
+      _consoleModel(consoleModel),
+      _editor(editor),
+      _drawing(drawing),
+      _inputs(new HorizontalOnlyScrollView(this)),
+      _blank(new ControlHost(blankStripKind(), {}, drawing, _inputs->content())) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     for (ChannelState* channel : consoleModel.inputs()) {
         ControlHost* host = addStrip(*channel, _inputs->content());
@@ -19,12 +24,15 @@ DeskView::DeskView(ConsoleModel& consoleModel, DeskEditor& editor, DrawingContex
     }
     // The keyboard goes over the strips as they stand: stereo is the first of those that stay.
     ControlHost* stereo = addStrip(consoleModel.stereo(), this);
-    for (ChannelState* channel : consoleModel.groups()) addStrip(*channel, this);
+    for (ChannelState* channel : consoleModel.groups())
+        addStrip(*channel, this);
     std::rotate(_strips.begin() + maxInputs, _strips.begin() + maxInputs + 1, _strips.end());
     Q_ASSERT(_strips.back() == stereo);
     Q_UNUSED(stereo)
     _inputs->scrollBar()->setParent(this);
-    _sizeObserver = consoleModel.modelSize.addNotifier([this] { layOut(); });
+    _observers.push_back(consoleModel.modelSize.addNotifier([this] { layOut(); }));
+    _observers.push_back(drawing.look.addNotifier([this] { applyLook(); }));
+    applyLook();
 }
 
 ControlHost* DeskView::addStrip(ChannelState& channel, QWidget* parent) {
@@ -45,13 +53,32 @@ ControlHost* DeskView::strip(ChannelKind kind) const {
     return _strips.back();
 }
 
-int DeskView::fixedWidth() { return deskDivider + stereoStripWidth + groupCount * (groupStripWidth + channelStripSpacing); }
+int DeskView::fixedWidth() {
+    return deskDivider + stereoStripWidth + groupCount * (groupStripWidth + channelStripSpacing);
+}
 
-int DeskView::stripHeight() const { return toGrid(height() - scrollBarHeight); }
+int DeskView::stripHeight() const { return toGrid(height() - railHeight); }
 
 void DeskView::pageInputs(bool forward) {
     const int step = _inputs->scrollBar()->singleStep();
     _inputs->scrollTo(_inputs->left() + (forward ? step : -step), true);
+}
+
+void DeskView::setStatusView(QWidget* view) {
+    _status = view;
+    _status->setParent(this);
+    layOut();
+}
+
+void DeskView::applyLook() {
+    AppStyle::applySheet(*_inputs->scrollBar(),
+                         QStringLiteral("QScrollBar { background: @rail; border: none; }"
+                                        "QScrollBar::handle { background: @handle; border-radius: 4px; min-width: 60px;"
+                                        "  margin: 6px 4px; }"
+                                        "QScrollBar::handle:hover { background: @secondary; }"
+                                        "QScrollBar::add-line, QScrollBar::sub-line { width: 0; }"),
+                         *_drawing.look.value());
+    update();
 }
 
 void DeskView::resizeEvent(QResizeEvent*) { layOut(); }
@@ -73,8 +100,10 @@ void DeskView::layOut() {
     _blank->setGeometry(content, 0, std::max(0, visible - content), height);
     _blank->setVisible(visible > content);
     _inputs->setContentWidth(content, pitch);
-    _inputs->scrollBar()->setGeometry(0, height, visible, scrollBarHeight);
+    _inputs->scrollBar()->setGeometry(0, height, visible, railHeight);
     _inputs->scrollBar()->setVisible(content > visible);
+
+    if (_status) _status->setGeometry(toGrid(width() - fixedWidth() + deskDivider), height, fixedWidth(), railHeight);
 
     // What the grid leaves over is a wider divider, so that the strips end at the window's edge.
     int x = width() - fixedWidth() + deskDivider;
@@ -89,7 +118,7 @@ void DeskView::layOut() {
 void DeskView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const Look& look = *_drawing.look.value();
-    painter.fillRect(rect(), blend(look.palette.appBackground, Qt::black, look.isDark() ? 0.45 : 0.12));
+    painter.fillRect(rect(), look.railColor());
     // Between the two blocks the frame of the desk shows.
     const int x = _inputs->width();
     painter.fillRect(QRect(x, 0, strip(ChannelKind::stereo())->x() - x, stripHeight()), QColor(8, 8, 8));

@@ -15,6 +15,8 @@ public:
 
     ControlHost* strip(ChannelKind kind) const; ///< null for no channel
     HorizontalOnlyScrollView& inputs() const { return *_inputs; }
+    /// Places a small view in the lower right corner, below the strips that stay.
+    void setStatusView(QWidget* view);
     /// Moves the inputs by one strip.
     void pageInputs(bool forward);
     /// The width of the strips that do not scroll.
@@ -28,14 +30,16 @@ protected:
 private:
     ControlHost* addStrip(ChannelState& channel, QWidget* parent);
     void layOut();
+    void applyLook();
 
     ConsoleModel& _consoleModel;
     DeskEditor& _editor;
     DrawingContext& _drawing;
     HorizontalOnlyScrollView* _inputs;
     ControlHost* _blank; ///< beyond the last input, where the window is wider
+    QWidget* _status = nullptr;
     std::vector<ControlHost*> _strips; ///< inputs, groups, stereo
-    QPropertyNotifier _sizeObserver;
+    std::vector<QPropertyNotifier> _observers;
 };
 
 } // namespace tessik

@@ -10,12 +10,12 @@ namespace {
 constexpr struct {
     double at;
     int level;
-} profile[]{{0.00, 118}, {0.04, 94}, {0.10, 84}, {0.22, 66},  {0.36, 43}, {0.46, 29},
+} profile[]{{0.00, 118}, {0.04, 94}, {0.10, 84}, {0.22, 66}, {0.36, 43}, {0.46, 29},
             {0.54, 54},  {0.64, 64}, {0.78, 78}, {0.86, 66}, {0.95, 50}, {1.00, 30}};
 
 void ridge(QPainter& painter, int x, int y, int width, int thickness) {
-    painter.fillRect(QRect(x, y, width, thickness), QColor(0, 0, 0, 132));
-    painter.fillRect(QRect(x, y + thickness, width, thickness), QColor(255, 255, 255, 44));
+    painter.fillRect(QRect(x, y, width, thickness), QColor(0, 0, 0, 140));
+    painter.fillRect(QRect(x, y + thickness, width, thickness), QColor(255, 255, 255, 58));
 }
 
 } // namespace
@@ -39,7 +39,8 @@ void faderCap(QPainter& painter, const QRect& cap, qreal u, const QColor& line) 
     painter.setClipPath(outline);
 
     QLinearGradient body(cap.topLeft(), QPointF(cap.x(), cap.y() + cap.height()));
-    for (const auto& stop : profile) body.setColorAt(stop.at, QColor(stop.level, stop.level, stop.level + 1));
+    for (const auto& stop : profile)
+        body.setColorAt(stop.at, QColor(stop.level, stop.level, stop.level + 1));
     painter.fillRect(cap, body);
 
     const int ridgeX = cap.x() + px(3);
@@ -62,8 +63,8 @@ void faderCap(QPainter& painter, const QRect& cap, qreal u, const QColor& line) 
     painter.fillRect(cap, flanks);
 
     // The lit upper edge.
-    painter.fillRect(QRect(cap.x() + hair, cap.y(), cap.width() - 2 * hair, hair), QColor(255, 255, 255, 112));
-    painter.fillRect(QRect(cap.x(), cap.y() + hair, cap.width(), hair), QColor(255, 255, 255, 22));
+    painter.fillRect(QRect(cap.x() + hair, cap.y(), cap.width() - 2 * hair, hair), QColor(255, 255, 255, 138));
+    painter.fillRect(QRect(cap.x(), cap.y() + hair, cap.width(), hair), QColor(255, 255, 255, 30));
 
     const int band = 2 * hair + px(2);
     const int bandTop = cap.y() + (cap.height() - band) / 2;

@@ -50,15 +50,14 @@ void raisedPlate(QPainter& painter, const QRect& rect, qreal u, const QColor& fi
 void litPlate(QPainter& painter, const QRect& rect, qreal u, const QColor& light, bool pressed) {
     const int line = hairline(u);
     const qreal radius = 3 * u;
-    fillRounded(painter, rect, radius, withAlpha(blend(light, Qt::black, 0.9), 0.9));
+    fillRounded(painter, rect, radius, blend(light, Qt::black, 0.92));
     const QRect body = inset(rect, line);
     QLinearGradient face(body.topLeft(), body.bottomLeft());
-    face.setColorAt(0, blend(light, Qt::black, pressed ? 0.2 : 0.06));
-    face.setColorAt(0.5, blend(light, Qt::black, 0.12));
-    face.setColorAt(1, blend(light, Qt::black, 0.3));
+    face.setColorAt(0, blend(light, Qt::black, pressed ? 0.22 : 0.05));
+    face.setColorAt(1, blend(light, Qt::black, 0.34));
     fillRounded(painter, body, radius - line, face);
     QRadialGradient heart(QRectF(body).center(), body.width() * 0.55);
-    heart.setColorAt(0, withAlpha(Qt::white, 0.18));
+    heart.setColorAt(0, withAlpha(Qt::white, 0.1));
     heart.setColorAt(1, withAlpha(Qt::white, 0));
     fillRounded(painter, body, radius - line, heart);
     edgeLight(painter, body.adjusted(line, 0, -line, 0), line, withAlpha(Qt::white, 0.42));

@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QFrame>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -25,17 +26,32 @@ const QString sheet = QStringLiteral(
     "QLabel#status { color: @secondary; }"
     "QComboBox { color: @text; background: @field; border: 1px solid @fieldEdge; border-radius: 5px;"
     "  padding: 3px 10px; min-height: 18px; }"
-    "QComboBox:hover { background: @hover; }"
     "QComboBox:focus, QPushButton:focus, QToolButton:focus { border: 1px solid @accent; }"
     "QComboBox::drop-down { border: none; width: 22px; }"
     "QComboBox QAbstractItemView { color: @text; background: @card; border: 1px solid @fieldEdge; padding: 4px;"
-    "  selection-background-color: @accent; selection-color: white; outline: none; }"
+    "  selection-background-color: @primary; selection-color: white; outline: none; }"
     "QToolButton { color: @text; background: @field; border: 1px solid @fieldEdge; border-radius: 5px;"
     "  min-width: 28px; min-height: 24px; }"
-    "QToolButton:hover, QPushButton:hover { background: @hover; }"
+    "QToolButton:hover, QComboBox:hover { background: @hover; }"
     "QToolButton:disabled { color: @secondary; background: @card; }"
-    "QPushButton { color: white; background: @accent; border: 1px solid @fieldEdge; border-radius: 6px;"
+    "QPushButton { color: white; background: @primary; border: 1px solid @fieldEdge; border-radius: 6px;"
     "  padding: 5px 22px; }");
+
+/// A combo box with an arrow in the colour of its text, which a style sheet cannot draw.
+class Picker final : public QComboBox {
+public:
+    explicit Picker(QWidget* parent) : QComboBox(parent) { setFixedWidth(pickerWidth); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        QComboBox::paintEvent(event);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(palette().color(QPalette::Text), 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        const QPointF tip(width() - 15, height() / 2.0 + 2);
+        painter.drawPolyline(QPolygonF{tip + QPointF(-4, -4), tip, tip + QPointF(4, -4)});
+    }
+};
 
 } // namespace
 
@@ -58,9 +74,10 @@ SettingsView::SettingsView(const AppObjects& objects, QWidget* parent) : QDialog
                   destinationChoice(SavedSettings::Key::midiOutDestinationID, objects.midiOutput.port));
     addMIDIChannel(console);
     QStringList sizes;
-    for (const ConsoleModel::ModelSize size : ConsoleModel::allModelSizes) sizes << ConsoleModel::rawValue(size);
-    addPicker(console, QStringLiteral("Model"), QStringLiteral("Sets the channel count -- not a MIDI connection"), sizes,
-              int(objects.consoleModel.modelSize.value()), [this](int index) {
+    for (const ConsoleModel::ModelSize size : ConsoleModel::allModelSizes)
+        sizes << ConsoleModel::rawValue(size);
+    addPicker(console, QStringLiteral("Model"), QStringLiteral("Sets the channel count -- not a MIDI connection"),
+              sizes, int(objects.consoleModel.modelSize.value()), [this](int index) {
                   const ConsoleModel::ModelSize size = ConsoleModel::allModelSizes[std::size_t(index)];
                   _objects.consoleModel.modelSize = size;
                   SavedSettings::setString(SavedSettings::Key::modelSize, ConsoleModel::rawValue(size));
@@ -126,17 +143,16 @@ void SettingsView::addRow(QBoxLayout* group, const QString& label, QWidget* cont
 
 void SettingsView::addPicker(QBoxLayout* group, const QString& label, const QString& help, const QStringList& choices,
                              int current, std::function<void(int)> choose) {
-    auto* picker = new QComboBox(this);
-    picker->setFixedWidth(pickerWidth);
+    auto* picker = new Picker(this);
     picker->addItems(choices);
     picker->setCurrentIndex(current);
     connect(picker, &QComboBox::activated, this, choose);
     addRow(group, label, picker, help);
 }
 
-void SettingsView::addPortPicker(QBoxLayout* group, const QString& label, const QString& help, const PortChoice& choice) {
-    auto* picker = new QComboBox(this);
-    picker->setFixedWidth(pickerWidth);
+void SettingsView::addPortPicker(QBoxLayout* group, const QString& label, const QString& help,
+                                 const PortChoice& choice) {
+    auto* picker = new Picker(this);
     const auto show = [picker, choice] {
         picker->clear();
         picker->addItem(QStringLiteral("None"));

@@ -14,7 +14,7 @@ namespace {
 ColorScheme reported = ColorScheme::dark;
 
 struct SheetColors {
-    QColor sheet, card, line, field, fieldEdge, hover, text, secondary, accent, handle, rail;
+    QColor sheet, card, line, field, fieldEdge, hover, text, secondary, accent, primary, handle, rail;
 };
 
 SheetColors sheetColors(const Look& look) {
@@ -30,8 +30,9 @@ SheetColors sheetColors(const Look& look) {
             .text = look.tints.text,
             .secondary = look.tints.secondaryText,
             .accent = look.tints.focusRing,
+            .primary = QColor(0x16, 0x6F, 0xDE),
             .handle = blend(ground, dark ? Qt::white : Qt::black, 0.3),
-            .rail = blend(ground, Qt::black, dark ? 0.45 : 0.12)};
+            .rail = look.railColor()};
 }
 
 } // namespace
@@ -61,7 +62,7 @@ void apply(const Look& look) {
     palette.setColor(QPalette::Base, colors.card);
     palette.setColor(QPalette::AlternateBase, colors.sheet);
     palette.setColor(QPalette::PlaceholderText, colors.secondary);
-    palette.setColor(QPalette::Highlight, colors.accent);
+    palette.setColor(QPalette::Highlight, colors.primary);
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::Disabled, QPalette::Text, withAlpha(colors.text, 0.4));
     palette.setColor(QPalette::Disabled, QPalette::ButtonText, withAlpha(colors.text, 0.4));
@@ -75,11 +76,12 @@ void apply(const Look& look) {
 void applySheet(QWidget& widget, QString sheet, const Look& look) {
     const SheetColors colors = sheetColors(look);
     const std::pair<const char*, QColor> names[]{
-        {"@sheet", colors.sheet},       {"@card", colors.card},   {"@line", colors.line},
-        {"@fieldEdge", colors.fieldEdge}, {"@field", colors.field}, {"@hover", colors.hover},
-        {"@text", colors.text},         {"@secondary", colors.secondary}, {"@accent", colors.accent},
-        {"@handle", colors.handle},     {"@rail", colors.rail}};
-    for (const auto& [name, color] : names) sheet.replace(QLatin1String(name), color.name());
+        {"@sheet", colors.sheet},         {"@card", colors.card},           {"@line", colors.line},
+        {"@fieldEdge", colors.fieldEdge}, {"@field", colors.field},         {"@hover", colors.hover},
+        {"@text", colors.text},           {"@secondary", colors.secondary}, {"@accent", colors.accent},
+        {"@primary", colors.primary},     {"@handle", colors.handle},       {"@rail", colors.rail}};
+    for (const auto& [name, color] : names)
+        sheet.replace(QLatin1String(name), color.name());
     widget.setStyleSheet(sheet);
 }
 

@@ -13,7 +13,7 @@ Tints darkTints() {
         .litLegend = hex(0xFFFFFF),
         .scaleZero = hex(0xF4F4F4),
         .edgeLight = withAlpha(Qt::white, 0.22),
-        .edgeShadow = withAlpha(Qt::black, 0.62),
+        .edgeShadow = hex(0x0F0F0F),
         .headerTop = hex(0x2B2B2B),
         .headerBottom = hex(0x1E1E1E),
         .aluminium = hex(0xBEBEBE),
@@ -29,6 +29,7 @@ Tints darkTints() {
         .ledYellow = hex(0xFFE04A),
         .ledBlue = hex(0x7DB8FF),
         .unlitArrow = withAlpha(Qt::black, 0.4),
+        .arrowWindow = hex(0x2A2A2A),
         .capLine = hex(0xF7F7F7),
         .groupLine = hex(0x74B4FF),
         .stereoLine = hex(0xFF6A58),
@@ -38,16 +39,20 @@ Tints darkTints() {
 Tints lightTints() {
     Tints tints = darkTints();
     tints.text = hex(0x1C1B1A);
-    tints.secondaryText = hex(0x55524F);
+    tints.secondaryText = hex(0x4C4946);
     tints.legend = hex(0x2E2C2A);
     tints.scaleZero = hex(0x000000);
     tints.edgeLight = withAlpha(Qt::white, 0.75);
-    tints.edgeShadow = withAlpha(Qt::black, 0.42);
+    tints.edgeShadow = hex(0x6E6A66);
     tints.headerTop = hex(0xECEBE9);
     tints.headerBottom = hex(0xD6D4D1);
     tints.aluminium = hex(0xD2D2D2);
     tints.focusRing = hex(0x0A6CE0);
     tints.warning = hex(0xB65A00);
+    tints.ledGreen = hex(0x2BD45E);
+    tints.ledAmber = hex(0xFFA81F);
+    tints.ledRed = hex(0xF0402C);
+    tints.arrowWindow = hex(0x4A4744);
     return tints;
 }
 
@@ -59,10 +64,12 @@ const Look& Look::of(ColorScheme scheme) {
     return scheme == ColorScheme::dark ? dark : light;
 }
 
+QColor Look::railColor() const { return blend(palette.appBackground, Qt::black, isDark() ? 0.45 : 0.14); }
+
 QColor blend(const QColor& from, const QColor& to, double t) {
     const auto mix = [t](float a, float b) { return float(a + (b - a) * t); };
-    return QColor::fromRgbF(mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()),
-                            mix(from.blueF(), to.blueF()), mix(from.alphaF(), to.alphaF()));
+    return QColor::fromRgbF(mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()), mix(from.blueF(), to.blueF()),
+                            mix(from.alphaF(), to.alphaF()));
 }
 
 QColor over(const QColor& top, const QColor& bottom) {

@@ -29,7 +29,8 @@ struct Tints {
     QColor ledRed;
     QColor ledYellow;
     QColor ledBlue;
-    QColor unlitArrow; ///< a NULL arrow that says nothing
+    QColor unlitArrow;  ///< a NULL arrow that says nothing
+    QColor arrowWindow; ///< behind the NULL arrows
 
     QColor capLine;   ///< the index line of a fader cap
     QColor groupLine; ///< of the groups
@@ -42,6 +43,8 @@ struct Look {
     const Palette& palette;
     Tints tints;
 
+    /// The frame of the desk, around and between the strips.
+    QColor railColor() const;
     bool isDark() const { return scheme == ColorScheme::dark; }
     static const Look& of(ColorScheme scheme);
 };

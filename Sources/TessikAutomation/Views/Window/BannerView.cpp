@@ -12,7 +12,10 @@
 namespace tessik {
 
 BannerView::BannerView(DrawingContext& drawing, QWidget* parent)
-    : QWidget(parent), _drawing(drawing), _text(new QLabel(this)), _actionButton(new QPushButton(this)),
+    : QWidget(parent),
+      _drawing(drawing),
+      _text(new QLabel(this)),
+      _actionButton(new QPushButton(this)),
       _dismiss(new QPushButton(QStringLiteral("✕"), this)),
       _lookObserver(drawing.look.addNotifier([this] { applyLook(); })) {
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -26,12 +29,12 @@ BannerView::BannerView(DrawingContext& drawing, QWidget* parent)
     layout->addWidget(_dismiss);
     _dismiss->setObjectName(QStringLiteral("dismiss"));
     _dismiss->setAccessibleName(QStringLiteral("Dismiss"));
-    for (QPushButton* button : {_actionButton, _dismiss}) button->setFocusPolicy(Qt::TabFocus);
+    for (QPushButton* button : {_actionButton, _dismiss})
+        button->setFocusPolicy(Qt::TabFocus);
     connect(_actionButton, &QPushButton::clicked, this, [this] {
         if (_action) _action();
     });
     connect(_dismiss, &QPushButton::clicked, this, &BannerView::dismissed);
-    applyLook();
 }
 
 void BannerView::applyLook() {
@@ -54,6 +57,7 @@ void BannerView::setMessage(const QString& text, const QString& actionText, std:
     _actionButton->setText(actionText);
     _actionButton->setVisible(!actionText.isEmpty());
     _action = std::move(action);
+    applyLook(); // a sheet set before the line was ever shown would not reach its children
 }
 
 void BannerView::paintEvent(QPaintEvent*) {

@@ -4,6 +4,7 @@
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 #include "TessikAutomation/Views/Window/BannerView.h"
 #include "TessikAutomation/Views/Window/HeaderView.h"
+#include "TessikAutomation/Views/Window/StatusView.h"
 
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -16,6 +17,8 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent) : QMainWindow
     _header = new HeaderView(_drawing, central);
     _banner = new BannerView(_drawing, central);
     _desk = new DeskView(objects.consoleModel, objects.deskEditor, _drawing, central);
+    auto* status = new StatusView(objects, _drawing, _desk);
+    _desk->setStatusView(status);
     auto* layout = new QVBoxLayout(central);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -26,8 +29,12 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent) : QMainWindow
     setMinimumSize(Metrics::minWindowWidth, Metrics::minWindowHeight);
     setWindowTitle(QStringLiteral("TessikAutomation"));
     _banner->hide();
+    // No control has the keyboard before someone asks for one.
+    central->setFocusPolicy(Qt::StrongFocus);
+    central->setFocus();
 
     connect(_header, &HeaderView::settingsRequested, this, &MainWindow::openSettings);
+    connect(status, &StatusView::clicked, this, &MainWindow::openSettings);
     connect(_banner, &BannerView::dismissed, this, &MainWindow::hideBanner);
     connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+,")), this), &QShortcut::activated, this,
             &MainWindow::openSettings);

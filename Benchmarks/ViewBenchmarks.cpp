@@ -1,0 +1,118 @@
+// What it costs to show the desk. Faders move in real time; the rest is the median of single steps.
+#include "Bench.h"
+#include "TessikAutomation/Views/Window/MainWindow.h"
+#include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+
+#include <algorithm>
+#include <cmath>
+#include <sys/resource.h>
+
+namespace tessik {
+namespace {
+
+using bench::Benchmark;
+using bench::Report;
+
+struct Desk {
+    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
+    ConsoleModel model;
+    MIDIManager manager{service, model, QStringLiteral("TessikAutomation Console")};
+    MIDIOutputManager output{service};
+    DeskEditor editor{output};
+    ThemeStore theme;
+    MainWindow window{{theme, model, manager, output, editor}};
+
+    explicit Desk(QSize size) {
+        window.resize(size);
+        window.show();
+        QApplication::processEvents();
+    }
+    void moveFaders(double seconds) {
+        int i = 0;
+        for (ChannelState* channel : model.allVisibleChannels())
+            channel->faderValue = 64 + int(std::lround(60 * std::sin(seconds * 1.7 + 0.5 * i++)));
+    }
+};
+
+double processorSeconds() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& time) { return double(time.tv_sec) + double(time.tv_usec) * 1e-6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+/// Share of one core, in percent, while all 41 faders move 30 times a second.
+double repaintLoad(QSize size) {
+    Desk desk(size);
+    QElapsedTimer time;
+    time.start();
+    QTimer mover;
+    mover.setTimerType(Qt::PreciseTimer);
+    mover.callOnTimeout([&] { desk.moveFaders(double(time.elapsed()) / 1000); });
+    mover.start(1000 / 30);
+    const auto run = [&](qint64 milliseconds) {
+        const qint64 end = time.elapsed() + milliseconds;
+        while (time.elapsed() < end)
+            QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    };
+    run(500);
+    const double before = processorSeconds();
+    const qint64 start = time.nsecsElapsed();
+    run(5000);
+    return 100 * (processorSeconds() - before) / (double(time.nsecsElapsed() - start) * 1e-9);
+}
+
+template <typename Step>
+double medianMilliseconds(int count, Step step) {
+    std::vector<double> times;
+    for (int i = 0; i < count; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        step(i);
+        QApplication::processEvents();
+        times.push_back(double(timer.nsecsElapsed()) * 1e-6);
+    }
+    std::nth_element(times.begin(), times.begin() + count / 2, times.end());
+    return times[std::size_t(count / 2)];
+}
+
+const Benchmark repaint("repaint_cpu_percent", [](const Report& report) {
+    report({"repaint_cpu_percent", repaintLoad({1600, 900}), "%", 7});
+    report({"repaint_cpu_percent.2560x1440", repaintLoad({2560, 1440}), "%", 9});
+});
+
+const Benchmark fullRepaint("full_repaint_ms", [](const Report& report) {
+    Desk desk({1600, 900});
+    const QList<QWidget*> widgets = desk.window.findChildren<QWidget*>();
+    report({"full_repaint_ms",
+            medianMilliseconds(101,
+                               [&](int) {
+                                   for (QWidget* widget : widgets)
+                                       widget->update();
+                               }),
+            "ms", 8});
+});
+
+const Benchmark themeSwitch("theme_switch_ms", [](const Report& report) {
+    Desk desk({1600, 900});
+    report({"theme_switch_ms",
+            medianMilliseconds(21, [&](int i) { desk.theme.setTheme(i % 2 ? AppTheme::dark : AppTheme::light); }), "ms",
+            100});
+});
+
+const Benchmark scrollFrame("scroll_frame_ms", [](const Report& report) {
+    Desk desk({1600, 900});
+    HorizontalOnlyScrollView& inputs = desk.window.desk().inputs();
+    const int step = inputs.scrollBar()->singleStep();
+    report({"scroll_frame_ms",
+            medianMilliseconds(
+                101, [&](int i) { inputs.scrollTo(i / 10 % 2 ? inputs.left() - step : inputs.left() + step); }),
+            "ms", 1});
+});
+
+} // namespace
+} // namespace tessik

@@ -1,0 +1,280 @@
+#include "TessikAutomation/Views/WindowFixture.h"
+
+#include <QAccessible>
+#include <QHelpEvent>
+#include <QToolTip>
+
+namespace tessik {
+namespace {
+
+const ChannelKind in5 = ChannelKind::input(5);
+
+struct ChannelStripTest : WindowTest {
+    ChannelStripTest() {
+        output.selectDestination(destinationID());
+        show();
+    }
+    ChannelState& channel(ChannelKind kind = in5) { return *model.channelState(kind); }
+    void press(ControlHost& host, const char* id, Qt::Key key) {
+        host.focusControl(control(host, id), Qt::TabFocusReason);
+        QTest::keyClick(&host, key);
+    }
+};
+
+TEST_F(ChannelStripTest, DraggingAFaderMovesTheModelAndTheDesk) {
+    ControlHost& host = strip(in5);
+    channel().faderValue = 100;
+    const QRect rect = host.controlRect(control(host, "fader"));
+    const QPoint start = rect.center();
+    QTest::mousePress(&host, Qt::LeftButton, {}, start);
+    QTest::mouseMove(&host, start + QPoint(1, 1));
+    EXPECT_EQ(channel().faderValue.value(), 100) << "a click with a trembling hand leaves a fader alone";
+    QTest::mouseMove(&host, QPoint(start.x(), rect.bottom() + 300));
+    EXPECT_EQ(channel().faderValue.value(), 0);
+    QTest::mouseMove(&host, QPoint(start.x(), rect.top() + 27 + (rect.height() - 54) / 2));
+    EXPECT_EQ(channel().faderValue.value(), 64) << "the cap's centre follows the pointer, rounded";
+    QTest::mouseMove(&host, QPoint(start.x() + 500, rect.top() - 300));
+    QTest::mouseRelease(&host, Qt::LeftButton, {}, start);
+    EXPECT_EQ(channel().faderValue.value(), 127);
+    EXPECT_EQ(received, (std::vector<std::pair<int, int>>{{4, 0}, {4, 64}, {4, 127}}));
+    EXPECT_EQ(channel().lastUpdate.value(), distantPast) << "the screen is no message from the desk";
+    QTest::mouseMove(&host, start);
+    EXPECT_EQ(channel().faderValue.value(), 127) << "released";
+}
+
+TEST_F(ChannelStripTest, ClickingASwitchTurnsItAndTellsTheDesk) {
+    const struct {
+        const char* id;
+        QProperty<bool> ChannelState::*field;
+        int byte;
+    } rows[]{{"eqOn", &ChannelState::eqOn, 59},
+             {"monMuted", &ChannelState::monMuted, 62},
+             {"auxMuted", &ChannelState::auxMuted, 61},
+             {"chanMuted", &ChannelState::chanMuted, 31}};
+    for (const ChannelKind kind : {in5, ChannelKind::group(3), ChannelKind::stereo()}) {
+        ControlHost& host = strip(kind);
+        const int cc = MIDIChannelMapping::switchCC(kind);
+        for (const auto& row : rows) {
+            received.clear();
+            clock.advance(std::chrono::seconds(1)); // the cable is free again
+            QTest::mouseClick(&host, Qt::LeftButton, {}, centre(host, row.id));
+            EXPECT_TRUE((channel(kind).*row.field).value()) << row.id;
+            QTest::mousePress(&host, Qt::LeftButton, {}, centre(host, row.id));
+            QTest::mouseMove(&host, centre(host, "fader"));
+            QTest::mouseRelease(&host, Qt::LeftButton, {}, centre(host, "fader"));
+            EXPECT_TRUE((channel(kind).*row.field).value()) << "released outside " << row.id;
+            QTest::mouseClick(&host, Qt::LeftButton, {}, centre(host, row.id));
+            EXPECT_FALSE((channel(kind).*row.field).value()) << row.id;
+            EXPECT_EQ(received, (std::vector<std::pair<int, int>>{{cc, row.byte}, {cc, 63}})) << row.id;
+        }
+    }
+}
+
+TEST_F(ChannelStripTest, KeysOperateWhatHasTheFocusAndLeaveTheWindowsKeys) {
+    ControlHost& host = strip(in5);
+    press(host, "fader", Qt::Key_End);
+    EXPECT_EQ(channel().faderValue.value(), 127);
+    press(host, "fader", Qt::Key_Down);
+    EXPECT_EQ(channel().faderValue.value(), 126);
+    press(host, "chanMuted", Qt::Key_Up);
+    press(host, "chanMuted", Qt::Key_Up);
+    EXPECT_TRUE(channel().chanMuted.value());
+    press(host, "chanMuted", Qt::Key_Down);
+    EXPECT_FALSE(channel().chanMuted.value());
+    for (const int key :
+         {int(Qt::Key_Left), int(Qt::Key_Right), int(Qt::Key_Space), int(Qt::Key_Return), int(Qt::Key_A)}) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(&host, &event);
+        EXPECT_FALSE(event.isAccepted()) << key;
+    }
+    QKeyEvent shortcut(QEvent::KeyPress, Qt::Key_Up, Qt::ControlModifier);
+    QApplication::sendEvent(&host, &shortcut);
+    EXPECT_FALSE(shortcut.isAccepted());
+    EXPECT_FALSE(channel().chanMuted.value());
+}
+
+TEST_F(ChannelStripTest, TabGoesOverEveryControlInOrder) {
+    strip(ChannelKind::input(1)).focusControl(control(strip(ChannelKind::input(1)), "eqOn"), Qt::TabFocusReason);
+    QStringList names;
+    for (int i = 0; i < 11; ++i) {
+        auto* host = qobject_cast<ControlHost*>(QApplication::focusWidget());
+        ASSERT_TRUE(host);
+        ASSERT_GE(host->focusedControl(), 0);
+        names << host->name(host->focusedControl());
+        QTest::keyClick(host, Qt::Key_Tab);
+    }
+    const auto of = [](const QString& channel) {
+        return QStringList{channel + QLatin1String(" EQ"), channel + QLatin1String(" monitor MUTE"),
+                           channel + QLatin1String(" aux MUTE"), channel + QLatin1String(" fader"),
+                           channel + QLatin1String(" MUTE")};
+    };
+    EXPECT_EQ(names, of(QStringLiteral("Channel 1")) + of(QStringLiteral("Channel 2")) +
+                         QStringList{QStringLiteral("Channel 3 EQ")});
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    auto* host = qobject_cast<ControlHost*>(QApplication::focusWidget());
+    ASSERT_TRUE(host);
+    EXPECT_EQ(host->name(host->focusedControl()), QStringLiteral("Channel 2 MUTE"));
+}
+
+TEST_F(ChannelStripTest, FocusBringsAStripIntoViewAndShowsItself) {
+    ControlHost& host = strip(ChannelKind::input(32));
+    ASSERT_GT(host.x(), window->desk().inputs().width());
+    const QImage before = host.grab().toImage();
+    host.focusControl(control(host, "fader"), Qt::TabFocusReason);
+    EXPECT_NE(host.grab().toImage(), before);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window->desk().inputs().left() == window->desk().inputs().maxLeft(); }));
+    host.focusControl(control(host, "fader"), Qt::MouseFocusReason);
+    EXPECT_EQ(host.grab().toImage(), before) << "a click shows no ring";
+}
+
+TEST_F(ChannelStripTest, ToolTipsGiveNameAndValue) {
+    channel().faderValue = 97;
+    channel().auxMuted = true;
+    const std::pair<const char*, const char*> texts[]{{"fader", "Channel 5 fader, -3.0 dB"},
+                                                      {"auxMuted", "Channel 5 aux MUTE, on"},
+                                                      {"chanMuted", "Channel 5 MUTE, off"},
+                                                      {"null", "Channel 5 NULL, no target"},
+                                                      {"readout", "Channel 5 level, -3.0 dB"}};
+    ControlHost& host = strip(in5);
+    for (const auto& [id, text] : texts) {
+        const QPoint at = centre(host, id);
+        QHelpEvent event(QEvent::ToolTip, at, host.mapToGlobal(at));
+        QApplication::sendEvent(&host, &event);
+        EXPECT_EQ(QToolTip::text(), QLatin1String(text));
+    }
+}
+
+TEST_F(ChannelStripTest, ScreenReadersSeeEachControl) {
+    channel().faderValue = 0;
+    channel().eqOn = true;
+    ControlHost& host = strip(in5);
+    QAccessibleInterface* group = QAccessible::queryAccessibleInterface(&host);
+    ASSERT_TRUE(group);
+    EXPECT_EQ(group->text(QAccessible::Name), QStringLiteral("Channel 5"));
+    ASSERT_EQ(group->childCount(), host.controlCount());
+
+    const auto child = [&](const char* id) { return group->child(control(host, id)); };
+    const struct {
+        const char* id;
+        QAccessible::Role role;
+        const char *name, *value;
+        bool checked;
+    } rows[]{{"fader", QAccessible::Slider, "Channel 5 fader", "-∞ dB", false},
+             {"eqOn", QAccessible::CheckBox, "Channel 5 EQ", "on", true},
+             {"chanMuted", QAccessible::CheckBox, "Channel 5 MUTE", "off", false},
+             {"null", QAccessible::Indicator, "Channel 5 NULL", "no target", false}};
+    for (const auto& row : rows) {
+        QAccessibleInterface* one = child(row.id);
+        EXPECT_EQ(one->role(), row.role) << row.id;
+        EXPECT_EQ(one->text(QAccessible::Name), QLatin1String(row.name));
+        EXPECT_EQ(one->text(QAccessible::Value), QString::fromUtf8(row.value));
+        EXPECT_EQ(one->state().checked, row.checked) << row.id;
+        EXPECT_EQ(group->indexOfChild(one), control(host, row.id));
+        EXPECT_EQ(group->childAt(one->rect().center().x(), one->rect().center().y()), one) << row.id;
+    }
+
+    QAccessibleValueInterface* value = child("fader")->valueInterface();
+    ASSERT_TRUE(value);
+    EXPECT_EQ(value->maximumValue().toDouble(), 127);
+    value->setCurrentValue(500);
+    EXPECT_EQ(channel().faderValue.value(), 127);
+    child("chanMuted")->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(channel().chanMuted.value());
+    EXPECT_FALSE(child("null")->actionInterface()) << "only shows";
+}
+
+TEST_F(ChannelStripTest, NullArrowsSayWhichWay) {
+    channel().faderValue = 60;
+    ControlHost& host = strip(in5);
+    const QRect row = host.controlRect(control(host, "null"));
+    const QPoint up(row.x() + row.width() / 4, row.center().y()), down(row.x() + row.width() * 3 / 4, row.center().y());
+    const auto hue = [](const QColor& color) {
+        if (color.value() < 80) return "dim";
+        return color.hue() > 90 ? "green" : "yellow";
+    };
+    const struct {
+        std::optional<int> target;
+        const char *up, *down, *spoken;
+    } rows[]{{std::nullopt, "dim", "dim", "no target"},
+             {80, "yellow", "dim", "move up"},
+             {40, "dim", "yellow", "move down"},
+             {60, "green", "green", "matched"}};
+    for (const ColorScheme scheme : {ColorScheme::dark, ColorScheme::light}) {
+        theme.setTheme(scheme == ColorScheme::dark ? AppTheme::dark : AppTheme::light);
+        for (const auto& expected : rows) {
+            channel().nullTarget = expected.target;
+            const QImage picture = host.grab().toImage();
+            EXPECT_STREQ(hue(picture.pixelColor(up)), expected.up) << expected.spoken;
+            EXPECT_STREQ(hue(picture.pixelColor(down)), expected.down) << expected.spoken;
+            EXPECT_EQ(host.valueText(control(host, "null")), QLatin1String(expected.spoken));
+        }
+    }
+}
+
+/// Writes down which strips are painted, and where.
+struct PaintWatch : QObject {
+    QHash<QObject*, QRegion> painted;
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::Paint) painted[object] += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+};
+
+TEST_F(ChannelStripTest, AChangePaintsWhatChangedAndNothingElse) {
+    PaintWatch watch;
+    for (ChannelState* state : model.allVisibleChannels())
+        strip(state->kind).installEventFilter(&watch);
+    QApplication::processEvents();
+    ControlHost& host = strip(in5);
+    const QRect fader = host.controlRect(control(host, "fader"));
+    const QRect mute = host.controlRect(control(host, "chanMuted"));
+    const auto area = [](const QRegion& region) {
+        int sum = 0;
+        for (const QRect& rect : region)
+            sum += rect.width() * rect.height();
+        return sum;
+    };
+
+    channel().faderValue = 64;
+    QApplication::processEvents();
+    ASSERT_EQ(watch.painted.keys(), QList<QObject*>{&host});
+    QRegion region = watch.painted.take(&host);
+    EXPECT_FALSE(region.intersects(QRect(fader.topLeft(), QSize(fader.width(), 60)))) << "the cap was never up there";
+    EXPECT_TRUE(region.intersects(host.controlRect(control(host, "readout"))));
+    EXPECT_LT(area(region), 2 * 52 * 78 + 76 * 22);
+
+    channel().faderValue = 64;
+    channel().chanMuted = false;
+    channel().lastUpdate = std::chrono::seconds(5);
+    QApplication::processEvents();
+    EXPECT_TRUE(watch.painted.isEmpty()) << "equal values paint nothing";
+
+    channel().chanMuted = true;
+    QApplication::processEvents();
+    ASSERT_EQ(watch.painted.keys(), QList<QObject*>{&host});
+    region = watch.painted.take(&host);
+    EXPECT_TRUE(mute.adjusted(-9, -9, 9, 9).contains(region.boundingRect()));
+}
+
+TEST_F(ChannelStripTest, PartialPaintingGivesTheSamePictureAsPaintingAll) {
+    ControlHost& host = strip(in5);
+    QImage kept = host.grab().toImage();
+    for (int i = 0; i < 40; ++i) {
+        channel().faderValue = (i * 37) % 128;
+        channel().chanMuted = i % 3 == 0;
+        channel().eqOn = i % 4 == 0;
+        channel().nullTarget = i % 5 == 0 ? std::optional(channel().faderValue + i - 20) : std::nullopt;
+        PaintWatch watch;
+        host.installEventFilter(&watch);
+        QApplication::processEvents();
+        host.removeEventFilter(&watch);
+        const QRegion painted = watch.painted[&host];
+        host.render(&kept, painted.boundingRect().topLeft(), painted, {});
+        const QImage region = kept;
+        ASSERT_EQ(kept, host.grab().toImage().convertToFormat(kept.format())) << "step " << i;
+    }
+}
+
+} // namespace
+} // namespace tessik

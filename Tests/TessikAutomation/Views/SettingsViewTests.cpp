@@ -1,0 +1,139 @@
+#include "TessikAutomation/Views/WindowFixture.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+
+namespace tessik {
+namespace {
+
+namespace Key = SavedSettings::Key;
+
+struct SettingsViewTest : WindowTest {
+    SettingsViewTest() {
+        show();
+        window->openSettings();
+        QApplication::processEvents();
+    }
+    SettingsView& sheet() { return *window->settingsView(); }
+    template <typename Widget>
+    Widget& find(const char* name) {
+        auto* widget = sheet().findChild<Widget*>(QLatin1String(name));
+        EXPECT_TRUE(widget) << name;
+        return *widget;
+    }
+    QComboBox& picker(const char* name) { return find<QComboBox>(name); }
+    /// What a person does: the row becomes current, then is activated.
+    void pick(const char* name, int row) {
+        picker(name).setCurrentIndex(row);
+        Q_EMIT picker(name).activated(row);
+    }
+    static QStringList rows(const QComboBox& box) {
+        QStringList texts;
+        for (int i = 0; i < box.count(); ++i)
+            texts << box.itemText(i);
+        return texts;
+    }
+};
+
+TEST_F(SettingsViewTest, PortChoicesTakeEffectAndAreRemembered) {
+    EXPECT_EQ(rows(picker("MIDI In")), (QStringList{QStringLiteral("None"), QStringLiteral("Desk Out")}));
+    EXPECT_EQ(rows(picker("MIDI Out")), (QStringList{QStringLiteral("None"), QStringLiteral("Desk In")}));
+    EXPECT_EQ(picker("MIDI In").currentIndex(), 0);
+
+    pick("MIDI In", 1);
+    EXPECT_EQ(manager.connection.connectedSourceID.value(), sourceID());
+    EXPECT_EQ(SavedSettings::uniqueID(Key::consoleSourceID), sourceID());
+    EXPECT_EQ(find<QLabel>("status").text(), QStringLiteral("Connected: Desk Out"));
+    pick("MIDI Out", 1);
+    EXPECT_EQ(output.port.connectedDestinationID.value(), destinationID());
+    EXPECT_EQ(SavedSettings::uniqueID(Key::midiOutDestinationID), destinationID());
+
+    pick("MIDI In", 0);
+    pick("MIDI Out", 0);
+    EXPECT_FALSE(manager.connection.connectedSourceID.value());
+    EXPECT_FALSE(SavedSettings::uniqueID(Key::consoleSourceID));
+    EXPECT_FALSE(SavedSettings::uniqueID(Key::midiOutDestinationID));
+    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Not connected"));
+    EXPECT_EQ(find<QLabel>("status").text(), QStringLiteral("Not connected"));
+}
+
+TEST_F(SettingsViewTest, ListsFollowWhatIsPluggedInAndAMissingChoiceShowsNoRow) {
+    pick("MIDI Out", 1);
+    pick("MIDI In", 1);
+    const std::int32_t chosen = destinationID();
+    service.unplug(QStringLiteral("Desk In"));
+    service.unplug(QStringLiteral("Desk Out"));
+    QApplication::processEvents();
+    for (const char* name : {"MIDI In", "MIDI Out"}) {
+        EXPECT_EQ(rows(picker(name)), QStringList{QStringLiteral("None")}) << name;
+        EXPECT_EQ(picker(name).currentIndex(), -1) << name;
+    }
+    EXPECT_EQ(SavedSettings::uniqueID(Key::midiOutDestinationID), chosen) << "unplugging forgets nothing";
+    service.plug(QStringLiteral("Desk In"));
+    QApplication::processEvents();
+    EXPECT_EQ(picker("MIDI Out").currentIndex(), 1);
+    EXPECT_EQ(picker("MIDI Out").currentText(), QStringLiteral("Desk In"));
+}
+
+TEST_F(SettingsViewTest, TheChannelStepsFrom1To16) {
+    auto& up = find<QToolButton>("MIDI Channel up");
+    auto& down = find<QToolButton>("MIDI Channel down");
+    auto& label = find<QLabel>("midiChannel");
+    EXPECT_EQ(label.text(), QStringLiteral("MIDI Channel: 1"));
+    EXPECT_FALSE(down.isEnabled());
+    for (int i = 0; i < 20; ++i)
+        up.click();
+    EXPECT_EQ(output.midiChannel.value(), 16);
+    EXPECT_EQ(SavedSettings::midiChannel(), 16);
+    EXPECT_EQ(label.text(), QStringLiteral("MIDI Channel: 16"));
+    EXPECT_FALSE(up.isEnabled());
+    down.click();
+    EXPECT_EQ(SavedSettings::midiChannel(), 15);
+    output.midiChannel = 99; // stored by hand
+    down.click();
+    EXPECT_EQ(output.midiChannel.value(), 16);
+}
+
+TEST_F(SettingsViewTest, ModelAndThemeActAtOnceAndAreRemembered) {
+    EXPECT_EQ(rows(picker("Model")), (QStringList{QStringLiteral("24-Channel"), QStringLiteral("32-Channel")}));
+    EXPECT_EQ(picker("Model").currentText(), QStringLiteral("32-Channel"));
+    pick("Model", 0);
+    EXPECT_FALSE(strip(ChannelKind::input(25)).isVisible());
+    EXPECT_EQ(SavedSettings::modelSize(), ConsoleModel::ModelSize::ch24);
+
+    EXPECT_EQ(rows(picker("Theme")),
+              (QStringList{QStringLiteral("System"), QStringLiteral("Dark"), QStringLiteral("Light")}));
+    EXPECT_EQ(picker("Theme").currentText(), QStringLiteral("Dark"));
+    const auto lightness = [this] { return sheet().grab().toImage().pixelColor(4, 260).lightness(); };
+    EXPECT_LT(lightness(), 80);
+    pick("Theme", 2);
+    EXPECT_EQ(SavedSettings::appTheme(), AppTheme::light);
+    EXPECT_GT(lightness(), 180) << "the open sheet follows";
+}
+
+TEST_F(SettingsViewTest, ToolTipsSizeAndClosing) {
+    const std::pair<const char*, const char*> helps[]{
+        {"MIDI In", "Receives fader/mute/EQ moves from the console"},
+        {"MIDI Out", "Sends snapshot recall and Zero Console data to the console"},
+        {"MIDI Channel up", "Must match the console's own Basic Channel setting"},
+        {"Model", "Sets the channel count -- not a MIDI connection"},
+        {"Theme", ""}};
+    for (const auto& [name, help] : helps)
+        EXPECT_EQ(find<QWidget>(name).toolTip(), QLatin1String(help)) << name;
+    EXPECT_EQ(sheet().size(), QSize(460, 520));
+    auto* done = sheet().findChild<QPushButton*>();
+    ASSERT_EQ(done->text(), QStringLiteral("Done"));
+    done->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(window->settingsView());
+
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    QTest::keyClick(window.get(), Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_TRUE(window->settingsView()) << "Ctrl+, opens it again";
+}
+
+} // namespace
+} // namespace tessik

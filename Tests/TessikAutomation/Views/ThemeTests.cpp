@@ -1,0 +1,107 @@
+#include "TessikAutomation/Persistence/SavedSettings.h"
+#include "TessikAutomation/Views/Theme/ThemeStore.h"
+
+#include <gtest/gtest.h>
+
+namespace tessik {
+namespace {
+
+/// 16-bit RGBA, as a colour keeps it.
+QColor grey(double w) { return QColor::fromRgbF(float(w), float(w), float(w)); }
+QColor white(double a) { return QColor::fromRgbF(1, 1, 1, float(a)); }
+QColor black(double a) { return QColor::fromRgbF(0, 0, 0, float(a)); }
+
+TEST(PaletteTest, HasTheSeventeenColoursOfBothSchemes) {
+    const QColor warm(0x7C, 0x78, 0x75);
+    const struct {
+        const char* name;
+        QColor Palette::*field;
+        QColor dark, light;
+    } rows[]{
+        {"appBackground", &Palette::appBackground, grey(0.11), grey(0.88)},
+        {"panelBackground", &Palette::panelBackground, grey(0.11), grey(0.88)},
+        {"inputPanelBackground", &Palette::inputPanelBackground, white(0.02), black(0.02)},
+        {"masterPanelBackground", &Palette::masterPanelBackground, QColor::fromRgbF(0.09f, 0.11f, 0.15f), warm},
+        {"stripBackground", &Palette::stripBackground, white(0.03), black(0.03)},
+        {"channelStripBackground", &Palette::channelStripBackground, white(0.03), warm},
+        {"faderBankBackground", &Palette::faderBankBackground, white(0.03), QColor(0xC1, 0xBC, 0xB6)},
+        {"stripBorder", &Palette::stripBorder, white(0.06), black(0.12)},
+        {"panelBorder", &Palette::panelBorder, white(0.08), black(0.15)},
+        {"dividerColor", &Palette::dividerColor, white(0.12), black(0.15)},
+        {"switchOffFill", &Palette::switchOffFill, grey(0.15), grey(0.78)},
+        {"switchStroke", &Palette::switchStroke, grey(0.55), grey(0.40)},
+        {"tickColor", &Palette::tickColor, grey(0.55), grey(0.35)},
+        {"knurlColor", &Palette::knurlColor, black(0.35), black(0.25)},
+        {"knobStroke", &Palette::knobStroke, black(0.70), black(0.50)},
+        {"grooveColor", &Palette::grooveColor, black(0.55), black(0.35)},
+        {"faderTickColor", &Palette::faderTickColor, white(0.15), black(0.15)},
+    };
+    EXPECT_EQ(sizeof(Palette), std::size(rows) * sizeof(QColor));
+    for (const auto& row : rows) {
+        EXPECT_EQ(Palette::dark().*row.field, row.dark) << row.name;
+        EXPECT_EQ(Palette::light().*row.field, row.light) << row.name;
+    }
+}
+
+TEST(ThemeStoreTest, StartsFromTheSavedThemeAndFallsBackToDark) {
+    const struct {
+        const char* saved;
+        AppTheme theme;
+        const Palette* inDarkSystem;
+        const Palette* inLightSystem;
+    } rows[]{
+        {nullptr, AppTheme::dark, &Palette::dark(), &Palette::dark()},
+        {"dark", AppTheme::dark, &Palette::dark(), &Palette::dark()},
+        {"light", AppTheme::light, &Palette::light(), &Palette::light()},
+        {"system", AppTheme::system, &Palette::dark(), &Palette::light()},
+        {"Light", AppTheme::dark, &Palette::dark(), &Palette::dark()},
+        {"", AppTheme::dark, &Palette::dark(), &Palette::dark()},
+    };
+    for (const auto& row : rows) {
+        SavedSettings::remove(SavedSettings::Key::appTheme);
+        if (row.saved) SavedSettings::setString(SavedSettings::Key::appTheme, QLatin1String(row.saved));
+        const ThemeStore store;
+        const char* name = row.saved ? row.saved : "nothing saved";
+        EXPECT_EQ(store.theme(), row.theme) << name;
+        EXPECT_EQ(&store.palette(ColorScheme::dark), row.inDarkSystem) << name;
+        EXPECT_EQ(&store.palette(ColorScheme::light), row.inLightSystem) << name;
+        EXPECT_EQ(store.preferredColorScheme().has_value(), row.theme != AppTheme::system) << name;
+    }
+}
+
+TEST(ThemeStoreTest, StoresOnEveryAssignmentAndNotifiesOnChangeOnly) {
+    ThemeStore store;
+    store.setTheme(AppTheme::dark);
+    int changes = 0;
+    const auto observer = store.bindableTheme().addNotifier([&] { ++changes; });
+    store.setTheme(AppTheme::light);
+    EXPECT_EQ(SavedSettings::appTheme(), AppTheme::light);
+    SavedSettings::remove(SavedSettings::Key::appTheme);
+    store.setTheme(AppTheme::light); // equal, and stored all the same
+    EXPECT_EQ(SavedSettings::appTheme(), AppTheme::light);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST(LookTest, LegendsKeepAContrastOf4_5) {
+    const auto luminance = [](const QColor& color) {
+        const auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+        return 0.2126 * linear(double(color.redF())) + 0.7152 * linear(double(color.greenF())) +
+               0.0722 * linear(double(color.blueF()));
+    };
+    const auto contrast = [&](const QColor& a, const QColor& b) {
+        const double x = luminance(a), y = luminance(b);
+        return (std::max(x, y) + 0.05) / (std::min(x, y) + 0.05);
+    };
+    for (const ColorScheme scheme : {ColorScheme::dark, ColorScheme::light}) {
+        const Look& look = Look::of(scheme);
+        const QColor bank = over(look.palette.faderBankBackground, look.palette.appBackground);
+        EXPECT_GE(contrast(look.tints.legend, look.palette.switchOffFill), 4.5);
+        EXPECT_GE(contrast(over(withAlpha(look.tints.legend, 0.85), bank), bank), 4.5);
+        EXPECT_GE(contrast(look.tints.secondaryText, look.tints.headerTop), 4.5);
+        EXPECT_GE(contrast(look.tints.secondaryText, look.railColor()), 4.5);
+        EXPECT_GE(contrast(look.tints.aluminiumPrint, look.tints.aluminium), 4.5);
+    }
+}
+
+} // namespace
+} // namespace tessik
