@@ -15,10 +15,14 @@ class ManualChannelSettingsBox {
 public:
     explicit ManualChannelSettingsBox(const ManualChannelSettings& settings = {}) { setSettings(settings); }
 
-    /// To read or observe one field.
     template <typename Value>
-    const QProperty<Value>& property(Value ManualChannelSettings::*member) const {
-        return find(*this, member);
+    Value value(Value ManualChannelSettings::*member) const {
+        return find(*this, member).value();
+    }
+    /// Calls `notify` whenever that field changes, as long as what is returned lives.
+    template <typename Value, typename Notify>
+    [[nodiscard]] QPropertyNotifier addNotifier(Value ManualChannelSettings::*member, Notify notify) {
+        return find(*this, member).addNotifier(std::move(notify));
     }
     /// A user's edit: writes one field and, where that changes it, calls `onEdit`. A value that is no number is
     /// ignored.
@@ -62,7 +66,7 @@ private:
     static auto& find(Box& box, Value ManualChannelSettings::*wanted) {
         std::conditional_t<std::is_const_v<Box>, const QProperty<Value>, QProperty<Value>>* found = nullptr;
         forEach(box, [&](auto member, auto& field) {
-            if constexpr (std::is_same_v<decltype(member), decltype(wanted)>)
+            if constexpr (std::is_same_v<decltype(member), Value ManualChannelSettings::*>)
                 if (member == wanted) found = &field;
         });
         return *found;

@@ -11,8 +11,13 @@ namespace tessik {
 /// The session's master section. Main thread only.
 class MasterSectionStore {
 public:
-    /// The current record; edited by writing back a changed copy with `setSettings`.
-    const QProperty<MasterSectionSettings>& settings() const { return _settings; }
+    /// The current record; edited by writing back a changed copy.
+    const MasterSectionSettings& settings() const { return _settings.value(); }
+    /// Calls `notify` whenever the record changes, as long as what is returned lives.
+    template <typename Notify>
+    [[nodiscard]] QPropertyNotifier addNotifier(Notify notify) {
+        return _settings.addNotifier(std::move(notify));
+    }
 
     /// Writes the record and calls `onChange`; an equal one does nothing. A record with a value that is no number is
     /// ignored.

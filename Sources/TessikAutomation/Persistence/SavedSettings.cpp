@@ -27,7 +27,7 @@ namespace SavedSettings {
 namespace {
 
 QSettings& defaults() {
-    static const std::unique_ptr<QSettings> shared = [] {
+    thread_local const std::unique_ptr<QSettings> shared = [] {
         auto suite =
             std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("TessikAutomation"),
                                         QStringLiteral("TessikAutomation"));
@@ -80,6 +80,15 @@ std::optional<ConsoleModel::ModelSize> modelSize() {
 std::optional<int> midiOutMessagesPerSecond() {
     const std::optional<std::int64_t> stored = integer(Key::midiOutMessagesPerSecond);
     return stored && *stored >= 1 && *stored <= 100'000 ? std::optional(int(*stored)) : std::nullopt;
+}
+
+QStringList recentSessions() { return defaults().value(Key::recentSessions).toStringList(); }
+
+void addRecentSession(const QString& path) {
+    QStringList paths = recentSessions();
+    paths.removeAll(path);
+    paths.prepend(path);
+    write(Key::recentSessions, QStringList(paths.mid(0, maxRecentSessions)));
 }
 
 void setInteger(QLatin1String key, std::int64_t value) { write(key, qlonglong(value)); }

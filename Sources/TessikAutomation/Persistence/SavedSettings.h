@@ -3,10 +3,13 @@
 #include "TessikAutomation/Persistence/AppTheme.h"
 #include "TessikKit/Models/ConsoleModel.h"
 
+#include <QStringList>
+
 namespace tessik {
 
 /// What belongs to the user's room and not to the mix: kept per machine and user, never in a session.
-/// A write that fails is logged; the program goes on with the value for this run.
+/// A write that fails is logged; the program goes on with the value for this run. A write waits for the disk; every
+/// call may be made on any thread.
 namespace SavedSettings {
 
 namespace Key {
@@ -18,6 +21,7 @@ inline constexpr QLatin1String appTheme{"appTheme"};
 inline constexpr QLatin1String transportDestinationID{"transportDestinationID"};
 inline constexpr QLatin1String mmcDeviceID{"mmcDeviceID"};
 inline constexpr QLatin1String lastSessionPath{"lastSessionPath"};
+inline constexpr QLatin1String recentSessions{"recentSessions"};
 inline constexpr QLatin1String modelSize{"modelSize"};
 inline constexpr QLatin1String midiOutMessagesPerSecond{"midiOutMessagesPerSecond"};
 } // namespace Key
@@ -33,6 +37,12 @@ std::optional<std::uint8_t> mmcDeviceID();
 std::optional<ConsoleModel::ModelSize> modelSize();
 /// Messages a second to the desk, 1 to 100,000; none where absent or out of range.
 std::optional<int> midiOutMessagesPerSecond();
+
+inline constexpr qsizetype maxRecentSessions = 10;
+/// Paths of session files, the one opened or saved last first. A file may be gone by now.
+QStringList recentSessions();
+/// Puts a path in front; cleared with `remove`.
+void addRecentSession(const QString& path);
 
 void setInteger(QLatin1String key, std::int64_t value);
 void setString(QLatin1String key, const QString& value);

@@ -54,28 +54,29 @@ public:
     template <SavedRecord Record>
     bool decode(Value value, Record& out);
 
+    /// One field of a record, by its place in the table.
+    template <SavedRecord Record>
+    bool decodeField(std::size_t index, Value value, Record& out);
+
     /// Reads a value that nobody wants, to see that it is JSON.
     bool walk(Value value);
 
     /// Calls `visit(key, value)` for each member, and fails where it returns false or the object is no JSON. The key
-    /// stays valid until the next text is read.
-    template <typename Visit>
-    bool members(simdjson::ondemand::object object, Visit visit);
+    /// stays valid until the next text is read. `expected()` names the key that mostly comes next.
+    template <typename Expected, typename Visit>
+    bool members(simdjson::ondemand::object object, Expected expected, Visit visit);
 
     /// "passes[1].name: not a string", below the value that was asked for: "[1].name: not a string".
     QString error() const { return _where + QStringLiteral(": ") + _what; }
     QString what() const { return _what; }
 
 private:
+    template <typename Expected, typename Visit>
+    bool members(Value value, Expected expected, Visit visit);
     template <typename Visit>
     bool members(Value value, Visit visit);
     template <typename Visit>
     bool elements(Value value, Visit visit);
-    template <SavedRecord Record, std::size_t I>
-    static bool decodeField(JSONDecoder& decoder, Value value, Record& out);
-    template <SavedRecord Record, std::size_t... I>
-    static constexpr auto fieldDecoders(std::index_sequence<I...>);
-
     bool text(Value value, std::string_view& out);
     bool plain(simdjson::ondemand::raw_json_string raw, std::string_view& out);
     bool fail(const char* what);
@@ -89,20 +90,28 @@ private:
     QString _where;
 };
 
-template <typename Visit>
-bool JSONDecoder::members(Value value, Visit visit) {
+template <typename Expected, typename Visit>
+bool JSONDecoder::members(Value value, Expected expected, Visit visit) {
     simdjson::ondemand::object object;
-    return value.get_object().get(object) ? fail("not an object") : members(object, visit);
+    return value.get_object().get(object) ? fail("not an object") : members(object, expected, visit);
 }
 
 template <typename Visit>
-bool JSONDecoder::members(simdjson::ondemand::object object, Visit visit) {
+bool JSONDecoder::members(Value value, Visit visit) {
+    return members(
+        value, [] { return std::string_view(); }, visit);
+}
+
+template <typename Expected, typename Visit>
+bool JSONDecoder::members(simdjson::ondemand::object object, Expected expected, Visit visit) {
     if (++_depth > maxSessionDepth) return fail("nested too deep");
     for (auto member : object) {
         simdjson::ondemand::field field;
-        std::string_view key;
         if (const auto code = std::move(member).get(field)) return failJSON(code);
-        if (!plain(field.key(), key) || !visit(key, field.value())) return false;
+        std::string_view key = expected();
+        const bool asExpected = !key.empty() && field.key().unsafe_is_equal(key);
+        if (!asExpected && !plain(field.key(), key)) return false;
+        if (!visit(key, field.value())) return false;
     }
     --_depth;
     return true;
@@ -161,14 +170,14 @@ bool JSONDecoder::decode(Value value, QMap<QString, T>& out) {
     });
 }
 
-template <SavedRecord Record, std::size_t I>
-bool JSONDecoder::decodeField(JSONDecoder& decoder, Value value, Record& out) {
-    return decoder.decode(value, out.*std::get<I>(recordFields<Record>).member);
-}
-
-template <SavedRecord Record, std::size_t... I>
-constexpr auto JSONDecoder::fieldDecoders(std::index_sequence<I...>) {
-    return std::array{&JSONDecoder::decodeField<Record, I>...};
+template <SavedRecord Record>
+bool JSONDecoder::decodeField(std::size_t index, Value value, Record& out) {
+    return [&]<std::size_t... I>(std::index_sequence<I...>) {
+        bool decoded = false;
+        (void)((I == index && ((decoded = decode(value, out.*std::get<I>(recordFields<Record>).member)), true)) || ...);
+        return decoded;
+    }
+    (std::make_index_sequence<std::tuple_size_v<std::remove_const_t<decltype(recordFields<Record>)>>>());
 }
 
 template <typename T>
@@ -194,9 +203,11 @@ struct RecordKeys {
         },
         recordFields<Record>);
 
-    /// The field of a key, `count` where there is none. Keys mostly come in their order, so `expected` is tried first.
+    /// Keys mostly come in their order.
+    static std::string_view name(std::size_t index) { return index < count ? names[index] : std::string_view(); }
+    /// The field of a key, `count` where there is none.
     static std::size_t find(std::string_view key, std::size_t expected) {
-        if (expected < count && names[expected] == key) return expected;
+        if (key.data() == name(expected).data()) return expected;
         return std::size_t(std::find(names.begin(), names.end(), key) - names.begin());
     }
 };
@@ -204,16 +215,16 @@ struct RecordKeys {
 template <SavedRecord Record>
 bool JSONDecoder::decode(Value value, Record& out) {
     using Keys = RecordKeys<Record>;
-    static constexpr auto decoders = fieldDecoders<Record>(std::make_index_sequence<Keys::count>());
     std::uint64_t seen = 0;
     std::size_t expected = 0;
-    const bool decoded = members(value, [&](std::string_view key, Value inner) {
+    const auto next = [&] { return Keys::name(expected); };
+    const bool decoded = members(value, next, [&](std::string_view key, Value inner) {
         const std::size_t index = Keys::find(key, expected);
         if (index == Keys::count || (seen >> index & 1)) return walk(inner);
         seen |= std::uint64_t(1) << index;
         expected = index + 1;
         const std::string_view name = Keys::names[index];
-        return decoders[index](*this, inner, out) ||
+        return decodeField(index, inner, out) ||
                failInside(QLatin1Char('.') + QString::fromUtf8(name.data(), qsizetype(name.size())));
     });
     if (!decoded) return false;

@@ -22,6 +22,7 @@ QString keepPrevious(const QString& target) {
     if (link(QFile::encodeName(target).constData(), QFile::encodeName(fresh).constData()) != 0 &&
         !QFile::copy(target, fresh)) {
         QFile::remove(fresh);
+        if (!QFile::exists(target)) return {}; // somebody took it away meanwhile
         return QStringLiteral("The previous file cannot be kept as %1.").arg(kept);
     }
     if (std::rename(QFile::encodeName(fresh).constData(), QFile::encodeName(kept).constData()) != 0) {

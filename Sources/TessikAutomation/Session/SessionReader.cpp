@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -48,14 +49,15 @@ public:
         if (const auto code = document.get_object().get(top)) return noSession(result, describe(code));
         JSONDecoder decoder(parser);
         bool keyFailed = false;
-        const bool walked = decoder.members(top, [&](std::string_view key, JSONDecoder::Value value) {
+        const auto next = [this] { return Keys::name(_expected); };
+        const bool walked = decoder.members(top, next, [&](std::string_view key, JSONDecoder::Value value) {
             const std::size_t index = Keys::find(key, _expected);
             if (index == Keys::count) result.unknownKeys += QString::fromUtf8(key.data(), qsizetype(key.size()));
             if (index == Keys::count || (_seen >> index & 1)) return decoder.walk(value);
             _seen |= std::uint64_t(1) << index;
             _expected = index + 1;
             if (_failures[index]) return decoder.walk(value);
-            if (decodeField(decoder, index, value, *result.document)) return true;
+            if (decoder.decodeField(index, value, *result.document)) return true;
             const std::string_view name = Keys::names[index];
             _failures[index] = QString::fromUtf8(name.data(), qsizetype(name.size())) + decoder.error();
             keyFailed = true;
@@ -74,16 +76,6 @@ private:
     static Attempt noSession(SessionReadResult& result, const QString& error) {
         result = cannotOpen(error);
         return Attempt::noSession;
-    }
-
-    static bool decodeField(JSONDecoder& decoder, std::size_t wanted, JSONDecoder::Value value, SessionDocument& out) {
-        return [&]<std::size_t... I>(std::index_sequence<I...>) {
-            bool decoded = false;
-            ((I == wanted && (decoded = decoder.decode(value, out.*std::get<I>(recordFields<SessionDocument>).member))),
-             ...);
-            return decoded;
-        }
-        (std::make_index_sequence<Keys::count>());
     }
 
     QString notJSON(simdjson::ondemand::document& document, const QString& what) const {
@@ -122,13 +114,25 @@ SessionReadResult parsePadded(simdjson::padded_string_view json, const QDateTime
     return result;
 }
 
+struct FreeBytes {
+    void operator()(char* bytes) const { std::free(bytes); }
+};
+
 /// Bytes with the room behind them that the parser reads into.
 struct PaddedBytes {
-    std::unique_ptr<char[]> bytes;
+    std::unique_ptr<char, FreeBytes> bytes;
     std::size_t size = 0;
 
-    explicit PaddedBytes(std::size_t wanted)
-        : bytes(new (std::nothrow) char[wanted + simdjson::SIMDJSON_PADDING]), size(wanted) {
+    explicit PaddedBytes(std::size_t wanted) : size(wanted) {
+        constexpr std::size_t hugePage = std::size_t(2) << 20; // far fewer page faults for a large file
+        const std::size_t room = wanted + simdjson::SIMDJSON_PADDING;
+        void* memory = nullptr;
+        if (room < hugePage) {
+            memory = std::malloc(room);
+        } else if (posix_memalign(&memory, hugePage, room) == 0) {
+            madvise(memory, room, MADV_HUGEPAGE);
+        }
+        bytes.reset(static_cast<char*>(memory));
         if (bytes) std::fill_n(bytes.get() + wanted, simdjson::SIMDJSON_PADDING, '\0');
     }
     simdjson::padded_string_view view() const {

@@ -26,8 +26,14 @@ public:
         append(c);
     }
     void Flush() {
-        if (_failure.isEmpty() && _device.write(_buffer.get(), qint64(_used)) != qint64(_used))
-            _failure = _device.errorString();
+        const char* next = _buffer.get();
+        // A short write says nothing yet: trying the rest tells why.
+        for (auto left = qint64(_used); left > 0 && _failure.isEmpty();) {
+            const qint64 written = _device.write(next, left);
+            if (written <= 0) fail(_device.errorString());
+            next += written;
+            left -= written;
+        }
         _used = 0;
     }
 

@@ -46,5 +46,18 @@ TEST(SavedSettingsDeathTest, StopsOnANumberThatIsNoPort) {
     remove(Key::timecodeSourceID);
 }
 
+TEST(SavedSettings, RecentSessionsAreFewAndTheLatestFirst) {
+    EXPECT_TRUE(recentSessions().isEmpty());
+    const QString odd = QStringLiteral("/a, \"b\"/Mix; 3 ü.tessik");
+    addRecentSession(odd);
+    EXPECT_EQ(recentSessions(), QStringList(odd));
+    for (int n = 0; n < 12; ++n)
+        addRecentSession(QStringLiteral("/%1").arg(n));
+    addRecentSession(QStringLiteral("/5"));
+    EXPECT_EQ(recentSessions().join(QLatin1Char(' ')), QStringLiteral("/5 /11 /10 /9 /8 /7 /6 /4 /3 /2"));
+    remove(Key::recentSessions);
+    EXPECT_TRUE(recentSessions().isEmpty());
+}
+
 } // namespace
 } // namespace tessik

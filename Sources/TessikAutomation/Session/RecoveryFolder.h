@@ -1,0 +1,61 @@
+#pragma once
+
+#include "TessikAutomation/Session/FileStamp.h"
+#include "TessikAutomation/Session/PendingTake.h"
+#include "TessikAutomation/Session/SessionDocument.h"
+
+#include <memory>
+#include <vector>
+
+namespace tessik {
+
+/// One running copy's folder of recovery files, locked as long as this lives: the kernel frees the lock of a copy that
+/// crashed. A folder without recovery files goes with its lock.
+class RecoveryFolder {
+public:
+    /// Where recovery files are kept: in the user's state folder.
+    static QString defaultRoot();
+    /// A new folder below `root`, which is made where it is missing; null where that fails.
+    static std::shared_ptr<RecoveryFolder> create(const QString& root);
+    /// A folder that a copy left behind; null where a running copy holds it.
+    static std::shared_ptr<RecoveryFolder> take(const QString& path);
+    ~RecoveryFolder();
+    RecoveryFolder(const RecoveryFolder&) = delete;
+    RecoveryFolder& operator=(const RecoveryFolder&) = delete;
+
+    const QString path;
+
+private:
+    RecoveryFolder(QString folder, int lock) : path(std::move(folder)), _lock(lock) {}
+
+    const int _lock; // open file whose lock is held
+};
+
+/// Where the session of a recovery file belongs.
+struct RecoveryOrigin {
+    QString sessionPath;            ///< empty for one that was never saved
+    std::optional<FileStamp> stamp; ///< of that file when it was opened or saved last
+
+    friend bool operator==(const RecoveryOrigin&, const RecoveryOrigin&) = default;
+};
+
+/// The recovery file of one session. Reading and writing block on the disk; callable on any thread.
+struct RecoveryFile {
+    std::shared_ptr<RecoveryFolder> folder; ///< keeps it ours; null where no folder could be made
+    QString path;
+
+    /// Writes the session with its pending take among the passes. Returns why it failed, empty where it did not.
+    QString write(SessionDocument document, const std::optional<PendingTake>& take, const RecoveryOrigin& origin) const;
+    RecoveryOrigin origin() const;
+    void remove() const;
+};
+
+/// What copies that are no longer running left below `root`, newest first. Nobody else is offered them meanwhile.
+struct RecoveryOffer {
+    RecoveryFile file;
+    RecoveryOrigin origin;
+    QDateTime writtenAt;
+};
+std::vector<RecoveryOffer> findRecoveries(const QString& root);
+
+} // namespace tessik

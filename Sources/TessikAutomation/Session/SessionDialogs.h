@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace tessik {
+
+/// What the session's flows ask and tell the user. Each call returns when the user has answered.
+class SessionDialogs {
+public:
+    virtual ~SessionDialogs() = default;
+
+    /// The path of one file to open, of any type; none where the user cancels.
+    virtual std::optional<QString> chooseSessionToOpen(const QString& message) = 0;
+    /// The path to save to; `proposed` is the current path, or only a file name. None where the user cancels.
+    virtual std::optional<QString> chooseWhereToSave(const QString& proposed) = 0;
+    /// With the one button "OK".
+    virtual void alert(const QString& title, const QString& text) = 0;
+    /// Whether to write over a file all the same.
+    virtual bool confirmOverwrite(const QString& title, const QString& text) = 0;
+
+    enum class Unsaved { save, discard, cancel };
+    virtual Unsaved askUnsaved(const QString& title, const QString& text) = 0;
+
+    enum class Recovery {
+        recover,
+        discard,
+        later ///< leaves it for the next start
+    };
+    virtual Recovery askRecovery(const QString& title, const QString& text) = 0;
+};
+
+} // namespace tessik

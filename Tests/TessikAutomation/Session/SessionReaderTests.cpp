@@ -1,0 +1,360 @@
+#include "Support/Sessions.h"
+#include "TessikAutomation/Session/SessionReader.h"
+#include "TessikAutomation/Session/SessionWriter.h"
+
+#include <QBuffer>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace tessik {
+namespace {
+
+const QDateTime now = second(99'000'000);
+
+SessionReadResult parse(const QByteArray& json) { return parseSession(json, now); }
+
+QByteArray written(const SessionDocument& document) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    EXPECT_EQ(writeSession(document, buffer), QString());
+    return buffer.data();
+}
+
+QStringList fallenBack(const SessionReadResult& result) {
+    QStringList keys;
+    for (const auto& fallback : result.fallbacks)
+        keys += fallback.key;
+    return keys;
+}
+
+/// The one reason why `json` as the value of a key made it fall back; empty where it did not.
+QString reason(const char* key, const QByteArray& json) {
+    const SessionReadResult result = parse(QByteArray("{\"") + key + "\":" + json + "}");
+    EXPECT_TRUE(result.document) << qUtf8Printable(result.error);
+    for (const auto& fallback : result.fallbacks)
+        if (fallback.key == QLatin1String(key) && fallback.reason != QLatin1String("the key is missing"))
+            return fallback.reason;
+    return {};
+}
+
+TEST(SessionReader, ReadsEveryRecordAndWritesTheSameBack) {
+    const QByteArray text = contentsOf(testData("full.tessik"));
+    const SessionReadResult result = parse(text);
+    ASSERT_TRUE(result.document) << qUtf8Printable(result.error);
+    EXPECT_EQ(fallenBack(result), QStringList());
+    EXPECT_EQ(result.unknownKeys, QStringList());
+
+    const SessionDocument& session = *result.document;
+    const AutomationPass& pass = session.passes[0];
+    EXPECT_EQ(pass.events[1], (TimedEvent{0, ChannelKind::input(32), PassEventValue::fader(96)}));
+    EXPECT_EQ(pass.events[4],
+              (TimedEvent{1802, ChannelKind::input(7), PassEventValue::switches({false, true, true, false})}));
+    EXPECT_EQ(pass.startTimecode, (TimecodePosition{MTCFrameRate::fps30Drop, 1, 0, 0, 0}));
+    EXPECT_EQ(pass.initialState->first().faderValue, 64);
+    EXPECT_FALSE(session.passes[1].initialState);
+    EXPECT_EQ(session.snapshots[1].name, QStringLiteral("Refrain “groß” \\ \"2\""));
+    EXPECT_EQ(session.snapshots[1].createdAt, QDateTime(QDate(2026, 1, 7), QTime(15, 0), Qt::UTC));
+    EXPECT_EQ(session.snapshots[0].channels[0].manualSettings->micTrim, -16.25);
+    EXPECT_EQ(session.defaultSnapshotID, session.snapshots[0].id);
+    EXPECT_EQ(session.channelLabels.value(QStringLiteral("group-3")).colorHex, QStringLiteral("123ABC"));
+
+    // What other readers see is the same too, but for dates in UTC and UUIDs in upper case.
+    QByteArray expected = text;
+    expected.replace("2026-03-04T21:05:00+01:00", "2026-03-04T20:05:00Z")
+        .replace("2026-01-07T10:00:00-05:00", "2026-01-07T15:00:00Z")
+        .replace("0f8fad5b-d9cb-469f-a165-70867728950e", "0F8FAD5B-D9CB-469F-A165-70867728950E");
+    EXPECT_EQ(QJsonDocument::fromJson(written(session)), QJsonDocument::fromJson(expected));
+}
+
+TEST(SessionReader, ReadsBackWhatWasWritten) {
+    for (unsigned seed = 0; seed < 50; ++seed) {
+        const SessionDocument session = sampleSession(seed);
+        const SessionReadResult result = parse(written(session));
+        ASSERT_TRUE(result.document) << qUtf8Printable(result.error);
+        ASSERT_EQ(fallenBack(result), QStringList());
+        ASSERT_EQ(*result.document, session) << "seed " << seed;
+    }
+    SessionDocument extremes = SessionDocument::empty(second(0));
+    extremes.formatVersion = std::numeric_limits<std::int64_t>::min();
+    extremes.masterSection.aux1Level = std::numeric_limits<double>::denorm_min();
+    extremes.masterSection.aux2Level = -std::numeric_limits<double>::max();
+    extremes.masterSection.aux3Level = 0.1;
+    extremes.passes.append({.name = QString::fromUtf8("a\nb\0c😀", 9), .createdAt = second(1)});
+    extremes.passes[0].events = {{std::numeric_limits<std::int64_t>::max(), ChannelKind::input(-7),
+                                  PassEventValue::fader(std::numeric_limits<std::int64_t>::min())}};
+    EXPECT_EQ(*parse(written(extremes)).document, extremes);
+}
+
+TEST(SessionReader, MissingKeysTakeTheirDefaults) {
+    const SessionReadResult result = parse("{}");
+    ASSERT_TRUE(result.document);
+    EXPECT_EQ(*result.document, SessionDocument::empty(now));
+    EXPECT_EQ(result.document->masterSection.effectsReturns.size(), 4);
+    EXPECT_EQ(result.fallbacks.size(), 8u); // the optional three are not missed
+
+    const SessionReadResult later = parse(R"({"formatVersion": 7, "colour": [1, {"a": null}], "endLocator": null})");
+    EXPECT_EQ(later.document->formatVersion, 7);
+    EXPECT_EQ(later.unknownKeys, QStringList(QStringLiteral("colour")));
+    EXPECT_FALSE(fallenBack(later).contains(QStringLiteral("endLocator")));
+}
+
+TEST(SessionReader, EachKeyFallsBackAlone) {
+    QByteArray text = contentsOf(testData("full.tessik"));
+    const SessionDocument whole = *parse(text).document;
+    text.replace("2026-01-05T14:03:22Z", "yesterday").replace("{\"_0\": 96}", "{\"_1\": 96}");
+    text.replace("\"colorHex\": \"E0553F\"", "\"color\": \"E0553F\"");
+    const SessionReadResult result = parse(text);
+    ASSERT_TRUE(result.document);
+    SessionDocument expected = whole;
+    expected.createdAt = now;
+    expected.passes = {};
+    expected.channelLabels = {};
+    EXPECT_EQ(*result.document, expected);
+    ASSERT_EQ(result.fallbacks.size(), 3u);
+    EXPECT_EQ(result.fallbacks[0].reason, QStringLiteral("createdAt: not a date in ISO 8601 without fractions"));
+    EXPECT_EQ(result.fallbacks[1].reason, QStringLiteral("passes[0].events[1].value.fader: the key \"_0\" is missing"));
+    EXPECT_EQ(result.fallbacks[2].reason, QStringLiteral("channelLabels.input-1: the key \"colorHex\" is missing"));
+}
+
+TEST(SessionReader, IsStrictInsideAKey) {
+    struct Case {
+        const char* key;
+        const char* json;
+        bool decodes;
+    };
+    const auto kind = [](const char* json) {
+        return QByteArray(
+                   R"([{"id":"6F9619FF-8B86-D011-B42D-00C04FC964FF","name":"","createdAt":"2026-01-05T14:03:22Z",)") +
+               R"("channels":[{"kind":)" + json +
+               R"(,"faderValue":1,"monMuted":false,"auxMuted":false,"eqOn":false,"chanMuted":false}]}])";
+    };
+    const auto value = [](const char* json) {
+        return QByteArray(
+                   R"([{"id":"6F9619FF-8B86-D011-B42D-00C04FC964FF","name":"","createdAt":"2026-01-05T14:03:22Z",)") +
+               R"("frameRate":0,"startTimecode":{"frameRate":0,"hours":0,"minutes":0,"seconds":0,"frames":0},)" +
+               R"("events":[{"frameOffset":0,"kind":{"stereo":{}},"value":)" + json + "}]}]";
+    };
+    const std::vector<Case> cases{
+        {"formatVersion", "5", true},
+        {"formatVersion", "5.0", true},
+        {"formatVersion", "-2e2", true},
+        {"formatVersion", "9223372036854775807", true},
+        {"formatVersion", "9223372036854775808", false},
+        {"formatVersion", "9007199254740992.0", false}, // 2^53: its neighbours are no doubles
+        {"formatVersion", "5.5", false},
+        {"formatVersion", "\"5\"", false},
+        {"formatVersion", "true", false},
+        {"formatVersion", "null", false},
+        {"createdAt", "\"2026-01-05T14:03:22+05:30\"", true},
+        {"createdAt", "\"2026-01-05T14:03:22-00:00\"", true},
+        {"createdAt", "\"\\u0032026-01-05T14:03:22Z\"", true},
+        {"createdAt", "\"2026-01-05T14:03:22.5Z\"", false},
+        {"createdAt", "\"2026-01-05T14:03:22\"", false},
+        {"createdAt", "\"2026-01-05T14:03:22+05\"", false},
+        {"createdAt", "\"2026-01-05T14:03:22+0530\"", false},
+        {"createdAt", "\"2026-01-05T14:03:22+24:00\"", false},
+        {"createdAt", "\"2026-01-05 14:03:22Z\"", false},
+        {"createdAt", "\"2026-02-30T14:03:22Z\"", false},
+        {"createdAt", "\"2026-01-05T24:00:00Z\"", false},
+        {"createdAt", "\"+026-01-05T14:03:22Z\"", false},
+        {"createdAt", "\"0001-01-01T00:00:00+01:00\"", false},
+        {"createdAt", "1767621802", false},
+        {"defaultSnapshotID", "\"6f9619ff-8b86-d011-b42d-00c04fc964fF\"", true},
+        {"defaultSnapshotID", "\"{6F9619FF-8B86-D011-B42D-00C04FC964FF}\"", false},
+        {"defaultSnapshotID", "\"6F9619FF8B86D011B42D00C04FC964FF\"", false},
+        {"defaultSnapshotID", "\"6F9619FF-8B86-D011-B42D-00C04FC964FG\"", false},
+        {"startLocator", R"({"frameRate":3,"hours":0,"minutes":0,"seconds":99,"frames":-4,"x":1})", true},
+        {"startLocator", R"({"frameRate":3,"hours":0,"hours":"","minutes":0,"seconds":0,"frames":0})", true},
+        {"startLocator", R"({"frameRate":3,"hours":"","hours":0,"minutes":0,"seconds":0,"frames":0})", false},
+        {"startLocator", R"({"frameRate":4,"hours":0,"minutes":0,"seconds":0,"frames":0})", false},
+        {"startLocator", R"({"frameRate":3,"hours":0,"minutes":0,"seconds":0})", false},
+        {"startLocator", R"({"frameRate":3,"hours":null,"minutes":0,"seconds":0,"frames":0})", false},
+        {"channelLabels", R"({"input-1":{"name":"","colorHex":"zz"}})", true},
+        {"channelLabels", R"({"input-1":{"name":null,"colorHex":"zz"}})", false},
+        {"channelLabels", "[]", false},
+        {"manualSettings", R"({"input-1":{"pad":false}})", false},
+        {"masterSection", "{}", false},
+        {"snapshots", "{}", false},
+    };
+    for (const Case& one : cases)
+        EXPECT_EQ(reason(one.key, one.json).isEmpty(), one.decodes) << one.key << ": " << one.json;
+
+    const std::vector<std::pair<const char*, bool>> kinds{
+        {R"({"input":{"_0":5}})", true},
+        {R"({"input":{"_0":5.0,"x":0},"colour":{"input":1}})", true},
+        {R"({"input":{"_0":33}})", true}, // names no channel, and is kept
+        {R"({"stereo":{}})", true},
+        {R"({"stereo":null})", false},
+        {R"({"stereo":0})", false},
+        {R"({"input":5})", false},
+        {R"({"group":{}})", false},
+        {R"({"colour":{}})", false},
+        {R"({})", false},
+        {R"({"input":{"_0":5},"stereo":{}})", false},
+        {R"("stereo")", false},
+    };
+    for (const auto& [json, decodes] : kinds)
+        EXPECT_EQ(reason("snapshots", kind(json)).isEmpty(), decodes) << json;
+    EXPECT_EQ(reason("snapshots", kind("{}")),
+              QStringLiteral("snapshots[0].channels[0].kind: Invalid number of keys found, expected one."));
+
+    const std::vector<std::pair<const char*, bool>> values{
+        {R"({"fader":{"_0":500}})", true},
+        {R"({"switches":{"monMuted":true,"auxMuted":true,"eqOn":true,"chanMuted":false,"more":1}})", true},
+        {R"({"switches":{"monMuted":true,"auxMuted":true,"eqOn":true}})", false},
+        {R"({"fader":{"_0":5},"colour":1})", false}, // unlike a channel kind
+        {R"({"colour":1,"fader":{"_0":5}})", false},
+        {R"({"fader":{"_0":5},"switches":{"monMuted":true,"auxMuted":true,"eqOn":true,"chanMuted":false}})", false},
+        {R"({"fader":{"_0":5.5}})", false},
+        {R"({"fader":5})", false},
+        {R"({})", false},
+    };
+    for (const auto& [json, decodes] : values)
+        EXPECT_EQ(reason("passes", value(json)).isEmpty(), decodes) << json;
+    EXPECT_EQ(reason("passes", value(R"({"mute":1})")),
+              QStringLiteral("passes[0].events[0].value: Invalid number of keys found, expected one."));
+}
+
+TEST(SessionReader, TheFirstOfEqualKeysWins) {
+    EXPECT_EQ(parse(R"({"formatVersion":2,"formatVersion":3})").document->formatVersion, 2);
+    EXPECT_EQ(parse(R"({"formatVersion":"","formatVersion":3})").document->formatVersion, 1);
+    EXPECT_EQ(parse(R"({"format\u0056ersion":2})").document->formatVersion, 2);
+    const auto labels =
+        parse(R"({"channelLabels":{"a":{"name":"1","colorHex":""},"a":{"name":"2","colorHex":""}}})").document;
+    EXPECT_EQ(labels->channelLabels.value(QStringLiteral("a")).name, QStringLiteral("1"));
+}
+
+TEST(SessionReader, InvalidJSONOpensNothingWhereverItStands) {
+    // What stands in a key's value: one that is decoded, one that fails to decode, and one that nobody knows.
+    for (const char* nonsense :
+         {"tru",     "nul", "truex",       "1.2.3",    "01",   "1.",   "-",         "+1",       ".5",    "1e",
+          "0x1",     "NaN", "[1,2}",       "[1 2]",    "[1,]", "[,1]", "{\"a\" 1}", "{\"a\":}", "{a:1}", "{\"a\":1,}",
+          "\"\\x\"", "'a'", "\"\\ud800\"", "\"a\nb\"", "\"a",  "[",    "{",         ",",        "1 2",   "/* */ 1"}) {
+        for (const char* around : {"{\"formatVersion\":%}", "{\"passes\":[{\"id\":%}]}", "{\"startLocator\":{\"x\":%}}",
+                                   "{\"snapshots\":[%]}", "{\"x\":[%]}", "{\"x\":{\"%\":1},\"y\":%}"}) {
+            const QByteArray text = QByteArray(around).replace("%", nonsense);
+            const SessionReadResult result = parse(text);
+            EXPECT_FALSE(result.document) << text.constData();
+            EXPECT_FALSE(result.error.isEmpty());
+        }
+    }
+    // Numbers that JSON allows and no machine holds are no reason to open nothing.
+    EXPECT_TRUE(parse(R"({"x":[1e999,123456789012345678901234567890,-0.0e-0]})").document);
+    EXPECT_NE(reason("masterSection", R"({"aux1Level":1e999})"), QString());
+}
+
+TEST(SessionReader, SaysWhyAFileCannotBeOpened) {
+    const auto deep = [](int depth) {
+        return QByteArray("{\"x\":") + QByteArray(depth, '[') + QByteArray(depth, ']') + "}";
+    };
+    EXPECT_TRUE(parse(deep(maxSessionDepth - 1)).document);
+    const std::vector<std::pair<QByteArray, const char*>> cases{
+        {"", "The file is empty."},
+        {"[1]", "The file is not a session: its top level is not an object."},
+        {"5", "The file is not a session: its top level is not an object."},
+        {"\xEF\xBB\xBF{}", "The file begins with a byte-order mark, which is not valid JSON."},
+        {"{\"x\":\"\xff\"}", "The file holds bytes that are not valid UTF-8 text."},
+        {"{} {}", "Something follows the end of the session."},
+        {"{}\n}", "Something follows the end of the session."},
+        {deep(maxSessionDepth), "The file is not valid JSON near line 1: nested too deep"},
+        {deep(10'000), "The file is not valid JSON near line 1: nested too deep"},
+        {QByteArray("{\"x\":1}").append(4, '\0'), "The file is not valid JSON"},
+        {"{\n\"x\": 1,\n\"y\": [tru]}", "The file is not valid JSON near line 3"},
+        {"{\"x\": 1", "The file is not valid JSON"},
+        {"not json", "The file is not"},
+        {QByteArray(100'000, '['), "The file is not"},
+        {QByteArray("{\"passes\":") + QByteArray(10'000, '['), "The file is not"},
+        {QByteArray("{\"x\":") + QByteArray("{\"x\":").repeated(10'000), "The file is not"},
+    };
+    for (const auto& [text, error] : cases) {
+        const SessionReadResult result = parse(text);
+        EXPECT_FALSE(result.document) << text.left(60).constData();
+        EXPECT_TRUE(result.error.startsWith(QLatin1String(error)))
+            << text.left(60).constData() << ": " << qUtf8Printable(result.error);
+    }
+}
+
+TEST(SessionReader, ReadsOnlyRegularFiles) {
+    const QTemporaryDir folder;
+    const auto error = [&](const char* name) { return readSession(folder.filePath(QLatin1String(name)), now).error; };
+    EXPECT_TRUE(error("absent").contains(QStringLiteral("No such file")));
+    EXPECT_EQ(error("."), QStringLiteral("This is a folder, not a session file."));
+    ASSERT_EQ(mkfifo(QFile::encodeName(folder.filePath(QStringLiteral("pipe"))).constData(), 0600), 0);
+    EXPECT_EQ(error("pipe"), QStringLiteral("This is not a regular file."));
+    EXPECT_EQ(readSession(QStringLiteral("/dev/zero"), now).error, QStringLiteral("This is not a regular file."));
+    ASSERT_TRUE(writeFile(folder.filePath(QStringLiteral("empty")), {}));
+    EXPECT_EQ(error("empty"), QStringLiteral("The file is empty."));
+    QFile large(folder.filePath(QStringLiteral("large")));
+    ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(5'000'000'000));
+    EXPECT_EQ(error("large"), QStringLiteral("The file is too large: a session is smaller than 4 GiB."));
+}
+
+template <SavedRecord Record>
+bool fieldsStandInDeclaredOrder() {
+    const Record record{};
+    const char* last = nullptr;
+    bool ordered = true;
+    const auto check = [&](const auto& field) {
+        const auto* at = reinterpret_cast<const char*>(&(record.*field.member));
+        ordered = ordered && at > last;
+        last = at;
+    };
+    std::apply([&](const auto&... field) { (check(field), ...); }, recordFields<Record>);
+    return ordered;
+}
+
+// A key that names the wrong member would be read and written the same wrong way.
+TEST(SessionReader, KeysStandInTheOrderOfTheirMembers) {
+    EXPECT_TRUE(fieldsStandInDeclaredOrder<ManualChannelSettings>());
+    EXPECT_TRUE(fieldsStandInDeclaredOrder<MasterSectionSettings>());
+    EXPECT_TRUE(fieldsStandInDeclaredOrder<EffectsReturnSettings>());
+    EXPECT_TRUE(fieldsStandInDeclaredOrder<ChannelSwitches>());
+    EXPECT_TRUE(fieldsStandInDeclaredOrder<ChannelSnapshot>());
+    EXPECT_TRUE(fieldsStandInDeclaredOrder<TimecodePosition>());
+    EXPECT_TRUE(fieldsStandInDeclaredOrder<AutomationPass>());
+}
+
+TEST(SessionWriter, WritesKeysInOrderAndRecordsByTheLine) {
+    SessionDocument session = SessionDocument::empty(second(0));
+    session.passes.append({.id = QUuid(QStringLiteral("{0f8fad5b-d9cb-469f-a165-70867728950e}")),
+                           .name = QStringLiteral("a"),
+                           .createdAt = second(0)});
+    session.passes[0].events = {{0, ChannelKind::input(5), PassEventValue::fader(96)},
+                                {7, ChannelKind::stereo(), PassEventValue::switches({true, false, false, false})}};
+    session.channelLabels[QStringLiteral("input-1")] = {QStringLiteral("Kick"), QStringLiteral("E0553F")};
+    const QByteArray text = written(session);
+    EXPECT_TRUE(text.startsWith(R"({
+"formatVersion":1,
+"createdAt":"2026-01-05T14:03:22Z",
+"modifiedAt":"2026-01-05T14:03:22Z",
+"snapshots":[],
+"passes":[
+{"id":"0F8FAD5B-D9CB-469F-A165-70867728950E","name":"a","createdAt":"2026-01-05T14:03:22Z","frameRate":3,"startTimecode":{"frameRate":3,"hours":0,"minutes":0,"seconds":0,"frames":0},"events":[
+{"frameOffset":0,"kind":{"input":{"_0":5}},"value":{"fader":{"_0":96}}},
+{"frameOffset":7,"kind":{"stereo":{}},"value":{"switches":{"monMuted":true,"auxMuted":false,"eqOn":false,"chanMuted":false}}}
+]}
+],
+"channelLabels":{
+"input-1":{"name":"Kick","colorHex":"E0553F"}
+},
+"manualSettings":{},
+"masterSection":{"aux1Level":0.0,)"))
+        << text.constData();
+    EXPECT_TRUE(text.endsWith("\"solo\":false,\"mute\":false}\n]}\n}\n"));
+    EXPECT_FALSE(text.contains("Locator") || text.contains("initialState") || text.contains("defaultSnapshotID"));
+}
+
+TEST(SessionWriter, RefusesWhatJSONCannotHold) {
+    SessionDocument session = SessionDocument::empty(second(0));
+    session.masterSection.aux1Level = std::nan("");
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    EXPECT_NE(writeSession(session, buffer), QString());
+}
+
+} // namespace
+} // namespace tessik
