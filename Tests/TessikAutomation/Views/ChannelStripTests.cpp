@@ -42,6 +42,18 @@ TEST_F(ChannelStripTest, DraggingAFaderMovesTheModelAndTheDesk) {
     EXPECT_EQ(channel().faderValue.value(), 127) << "released";
 }
 
+TEST_F(ChannelStripTest, ADragWhoseReleaseWentElsewhereIsOver) {
+    ControlHost& host = strip(in5);
+    QTest::mousePress(&host, Qt::LeftButton, {}, centre(host, "fader"));
+    QTest::mouseMove(&host, centre(host, "fader") + QPoint(0, 20));
+    const int value = channel().faderValue;
+    ASSERT_NE(value, 0);
+    const QPointF at = centre(host, "fader") - QPoint(0, 60);
+    QMouseEvent hover(QEvent::MouseMove, at, host.mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&host, &hover);
+    EXPECT_EQ(channel().faderValue.value(), value);
+}
+
 TEST_F(ChannelStripTest, ClickingASwitchTurnsItAndTellsTheDesk) {
     const struct {
         const char* id;

@@ -87,6 +87,21 @@ TEST_F(DeskViewTest, TheWheelMovesTheInputsSidewaysByOneStripANotch) {
     EXPECT_EQ(model.channelState(ChannelKind::input(3))->faderValue.value(), 50) << "no fader moved under the wheel";
 }
 
+TEST_F(DeskViewTest, ArrowKeysMoveByOneStripWhateverHasTheFocus) {
+    show();
+    const int pitch = inputs().scrollBar()->singleStep();
+    ControlHost& host = strip(ChannelKind::input(2));
+    host.focusControl(control(host, "fader"), Qt::MouseFocusReason);
+    const auto comesTo = [&](int left) { return QTest::qWaitFor([&, left] { return inputs().left() == left; }); };
+    QTest::keyClick(&host, Qt::Key_Right);
+    EXPECT_TRUE(comesTo(pitch));
+    QTest::keyClick(window.get(), Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_TRUE(comesTo(2 * pitch));
+    QTest::keyClick(&host, Qt::Key_Left, Qt::ControlModifier);
+    QTest::keyClick(&host, Qt::Key_Left);
+    EXPECT_TRUE(comesTo(pitch));
+}
+
 TEST_F(DeskViewTest, ScrollToAndRevealStayWithinWhatThereIs) {
     show();
     const int page = inputs().width();

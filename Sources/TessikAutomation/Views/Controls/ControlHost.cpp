@@ -145,6 +145,8 @@ void ControlHost::mousePressEvent(QMouseEvent* event) {
 
 void ControlHost::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = event->position();
+    // A release that went elsewhere, to a dialog say, ends the drag all the same.
+    if (_pressed >= 0 && !(event->buttons() & Qt::LeftButton)) updateControl(std::exchange(_pressed, -1));
     if (_pressed < 0) {
         const int control = controlAt(at.toPoint());
         setHovered(control >= 0 && isOperable(control) ? control : -1);

@@ -62,6 +62,7 @@ void HeaderView::setAutomationPanel(QWidget* panel) { place(_automation, panel, 
 void HeaderView::setTitle(const QString& title, const QString& detail) {
     _title = title;
     _detail = detail;
+    setAccessibleName(title + QStringLiteral(", ") + detail);
     update();
 }
 

@@ -6,6 +6,7 @@
 #include "TessikAutomation/Views/Window/HeaderView.h"
 #include "TessikAutomation/Views/Window/StatusView.h"
 
+#include <QKeyEvent>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -66,6 +67,14 @@ void MainWindow::openSettings() {
         _settings->setAttribute(Qt::WA_DeleteOnClose);
     }
     _settings->open();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    if (plain && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right))
+        _desk->pageInputs(event->key() == Qt::Key_Right);
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 void MainWindow::applyTheme() {

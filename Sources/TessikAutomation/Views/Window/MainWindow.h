@@ -36,6 +36,10 @@ public:
     /// What a panel in the header draws with.
     DrawingContext& drawing() { return _drawing; }
 
+protected:
+    /// The keys that belong to the window, wherever the focus is.
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     void applyTheme();
 
