@@ -10,8 +10,9 @@ namespace {
 constexpr double millisecond = 1e6;
 constexpr double second = 1e9;
 
-constexpr int maxAhead = 8; // quarter frames answered past the last one: two frames
-constexpr double outlierBound = 12 * millisecond;
+constexpr int maxAhead = 8;                      // quarter frames answered past the last one: two frames
+constexpr double outlierBound = 5 * millisecond; // and four deviations at least
+constexpr double firstDeviation = 3 * millisecond;
 constexpr double regularBound = 6 * millisecond; // outliers that keep step with each other are a new beat
 constexpr int outliersToRelock = 3;
 constexpr int outliersToLose = 16; // two runs that fit nothing: a speed that the loop cannot follow
@@ -80,7 +81,7 @@ void MTCLock::start(const Arrival& arrival, std::int64_t count) {
     _accepted = 1;
     _widenedAt = arrival.time;
     _meanError = 0;
-    _variance = std::pow(outlierBound / 4, 2);
+    _variance = std::pow(firstDeviation, 2);
     _outliers = _regularOutliers = 0;
 }
 
@@ -95,7 +96,7 @@ void MTCLock::track(const Arrival& arrival) {
     const double n = ++_accepted;
     const double age = (arrival.time - _widenedAt) / second;
     const double bandwidth = 1 + 2 * std::exp(-3 * age);
-    const double w = 2 * std::numbers::pi * bandwidth * steps * _period / second;
+    const double w = 2 * std::numbers::pi * bandwidth * _period / second;
     const double phaseGain = std::min(1.0, std::max(std::numbers::sqrt2 * w, 2 * (2 * n - 1) / (n * (n + 1))));
     const double periodGain = std::min(1.0, std::max(w * w, 6 / (n * (n + 1))));
     _time = predicted + phaseGain * error;
@@ -121,13 +122,16 @@ void MTCLock::noteOutlier(const Arrival& arrival) {
     if (_regularOutliers == outliersToRelock) relock();
 }
 
-/// The quarter frames keep step, but with another beat than the loop's: it starts again on theirs. The count goes on by
-/// the time gone by; after a silence longer than is bridged, the next completed run says where the tape is.
+/// The quarter frames keep step, but with another beat than the loop's: it starts again on theirs. The count goes on
+/// with the pieces or, where they jumped too, by the time gone by; after a silence longer than is bridged, the next
+/// completed run says where the tape is.
 void MTCLock::relock() {
     const std::array<Arrival, 3> arrivals = _outlierRun;
     const double gone = (arrivals.front().time - _time) / _period;
     if (gone > maxAhead) standStill(arrivals.front().time);
-    start(arrivals.front(), _count + std::max<std::int64_t>(1, std::llround(gone)));
+    const int steps = stepsTo(arrivals.front().piece, _piece);
+    const std::int64_t byTime = std::max<std::int64_t>(1, std::llround(gone));
+    start(arrivals.front(), _count + (std::abs(steps - gone) < 1.5 ? steps : byTime));
     std::for_each(arrivals.begin() + 1, arrivals.end(), [this](const Arrival& arrival) { track(arrival); });
 }
 
