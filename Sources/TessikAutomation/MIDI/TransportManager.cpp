@@ -1,0 +1,66 @@
+#include "TessikAutomation/MIDI/TransportManager.h"
+
+#include "TessikAutomation/Persistence/SavedSettings.h"
+#include "TessikKit/MIDI/Log.h"
+#include "TessikKit/MIDI/MIDIWords.h"
+
+namespace tessik {
+namespace {
+
+constexpr std::uint8_t realTime = 0x7F;
+constexpr std::uint8_t machineControlCommand = 0x06;
+
+} // namespace
+
+std::vector<std::uint8_t> MMCMessage::command(std::uint8_t deviceID, MMCCommand command) {
+    return {realTime, std::uint8_t(deviceID & 0x7F), machineControlCommand, std::uint8_t(command)};
+}
+
+std::vector<std::uint8_t> MMCMessage::locate(std::uint8_t deviceID, const TimecodePosition& position) {
+    constexpr std::uint8_t locateCode = 0x44;
+    constexpr std::uint8_t byteCount = 6;
+    constexpr std::uint8_t target = 0x01;
+    constexpr std::uint8_t subframes = 0;
+    return {realTime,
+            std::uint8_t(deviceID & 0x7F),
+            machineControlCommand,
+            locateCode,
+            byteCount,
+            target,
+            std::uint8_t(std::uint8_t(position.frameRate) << 5 | (position.hours & 0x1F)),
+            std::uint8_t(position.minutes & 0x7F),
+            std::uint8_t(position.seconds & 0x7F),
+            std::uint8_t(position.frames & 0x7F),
+            subframes};
+}
+
+TransportManager::TransportManager(MIDIService& service)
+    : port(service, QStringLiteral("TessikAutomation Transport"), QStringLiteral("Transport")),
+      _deviceID(SavedSettings::mmcDeviceID().value_or(allCall)) {
+    setupClient();
+    refreshDestinations();
+}
+
+void TransportManager::setupClient() {
+    if (const MIDIStatus status = port.setupClient())
+        log(QStringLiteral("MIDIOutputPortCreate FAILED OSStatus=%1").arg(status));
+}
+
+void TransportManager::setDeviceID(std::uint8_t deviceID) {
+    _deviceID = deviceID;
+    SavedSettings::setInteger(SavedSettings::Key::mmcDeviceID, deviceID);
+}
+
+void TransportManager::send(MMCCommand command) { send(MMCMessage::command(deviceID(), command)); }
+void TransportManager::locate(const TimecodePosition& position) { send(MMCMessage::locate(deviceID(), position)); }
+
+void TransportManager::send(std::span<const std::uint8_t> message) {
+    if (!port.isReachable()) return;
+    std::vector<std::uint32_t> words;
+    MIDIWords::appendSysEx(words, message);
+    if (const MIDIStatus status = port.send(words)) log(QStringLiteral("MMC not sent: OSStatus=%1").arg(status));
+}
+
+void TransportManager::log(const QString& message) const { logLine(QStringLiteral("TransportManager"), message); }
+
+} // namespace tessik

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "TessikAutomation/MIDI/MIDIDestinationPort.h"
+#include "TessikKit/Models/TimecodePosition.h"
+
+namespace tessik {
+
+/// The commands of MIDI Machine Control that a recorder is driven with, by their codes (MMC 1.0, RP-013).
+enum class MMCCommand : std::uint8_t {
+    stop = 0x01,
+    play = 0x02,
+    fastForward = 0x04,
+    rewind = 0x05,
+    recordStrobe = 0x06,
+    recordExit = 0x07,
+    pause = 0x09,
+};
+
+/// The bytes between F0 and F7, each of seven bits whatever was given.
+namespace MMCMessage {
+std::vector<std::uint8_t> command(std::uint8_t deviceID, MMCCommand command);
+std::vector<std::uint8_t> locate(std::uint8_t deviceID, const TimecodePosition& position);
+} // namespace MMCMessage
+
+/// Drives the recorder by MIDI Machine Control, on a port of its own. Nothing comes back: timecode alone tells what the
+/// machine does. Main thread only.
+class TransportManager {
+public:
+    /// Every machine obeys it, or none.
+    static constexpr std::uint8_t allCall = 127;
+
+    /// Creates the client "TessikAutomation Transport" and lists the destinations.
+    explicit TransportManager(MIDIService& service);
+
+    void setupClient();
+    void refreshDestinations() { port.refreshDestinations(); }
+    void selectDestination(std::optional<std::int32_t> uniqueID) { port.selectDestination(uniqueID); }
+
+    /// Availability, choice and status text of "Send To".
+    MIDIDestinationPort port;
+
+    /// Whom the messages address; `allCall` until something else was chosen on this machine.
+    std::uint8_t deviceID() const { return _deviceID; }
+    /// Stores the choice, also an equal one.
+    void setDeviceID(std::uint8_t deviceID);
+    /// For watching; the setter is the way to write.
+    QBindable<std::uint8_t> bindableDeviceID() const { return QBindable<std::uint8_t>(&_deviceID); }
+
+    /// Nothing happens while the destination is not there.
+    void send(MMCCommand command);
+    void locate(const TimecodePosition& position);
+
+private:
+    void send(std::span<const std::uint8_t> message);
+    void log(const QString& message) const;
+
+    QProperty<std::uint8_t> _deviceID;
+};
+
+} // namespace tessik
