@@ -19,10 +19,10 @@ public:
     Value value(Value ManualChannelSettings::*member) const {
         return find(*this, member).value();
     }
-    /// Calls `notify` whenever that field changes, as long as what is returned lives.
-    template <typename Value, typename Notify>
-    [[nodiscard]] QPropertyNotifier addNotifier(Value ManualChannelSettings::*member, Notify notify) {
-        return find(*this, member).addNotifier(std::move(notify));
+    /// For watching one field; `edit` is the way to write.
+    template <typename Value>
+    QBindable<Value> bindable(Value ManualChannelSettings::*member) const {
+        return QBindable<Value>(&find(*this, member));
     }
     /// A user's edit: writes one field and, where that changes it, calls `onEdit`. A value that is no number is
     /// ignored.

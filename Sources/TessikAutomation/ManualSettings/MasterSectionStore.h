@@ -13,11 +13,8 @@ class MasterSectionStore {
 public:
     /// The current record; edited by writing back a changed copy.
     const MasterSectionSettings& settings() const { return _settings.value(); }
-    /// Calls `notify` whenever the record changes, as long as what is returned lives.
-    template <typename Notify>
-    [[nodiscard]] QPropertyNotifier addNotifier(Notify notify) {
-        return _settings.addNotifier(std::move(notify));
-    }
+    /// For watching; the setter is the way to write.
+    QBindable<MasterSectionSettings> bindableSettings() const { return QBindable<MasterSectionSettings>(&_settings); }
 
     /// Writes the record and calls `onChange`; an equal one does nothing. A record with a value that is no number is
     /// ignored.

@@ -32,8 +32,8 @@ TEST(ManualSettingsStore, AnEditNotifiesItsFieldAlone) {
     int gains = 0;
     store.onChange = [&] { ++changes; };
     ManualChannelSettingsBox& box = store.box(five);
-    const auto trim = box.addNotifier(&M::micTrim, [&] { ++trims; });
-    const auto gain = box.addNotifier(&M::eq10kGain, [&] { ++gains; });
+    const auto trim = box.bindable(&M::micTrim).addNotifier([&] { ++trims; });
+    const auto gain = box.bindable(&M::eq10kGain).addNotifier([&] { ++gains; });
     box.edit(&M::micTrim, -30.0);
     box.edit(&M::micTrim, -30.0);
     box.edit(&M::micTrim, std::numeric_limits<double>::quiet_NaN());
@@ -63,7 +63,7 @@ TEST(ManualSettingsStore, LoadingAndResettingWriteOnlyWhatDiffers) {
     M muted;
     muted.manualMute = true;
     store.load({{five, loud}, {QStringLiteral("stereo"), muted}});
-    const auto notifier = store.box(five).addNotifier(&M::monitorFaderLevel, [&] { ++notices; });
+    const auto notifier = store.box(five).bindable(&M::monitorFaderLevel).addNotifier([&] { ++notices; });
     store.load({{five, loud}});
     EXPECT_EQ(notices, 0);
     EXPECT_EQ(store.settings(QStringLiteral("stereo")), M());
@@ -87,7 +87,7 @@ TEST(MasterSectionStore, TakesEveryChangeButAnEqualOne) {
     int changes = 0;
     int notices = 0;
     store.onChange = [&] { ++changes; };
-    const auto notifier = store.addNotifier([&] { ++notices; });
+    const auto notifier = store.bindableSettings().addNotifier([&] { ++notices; });
     MasterSectionSettings settings = store.settings();
     EXPECT_EQ(settings.effectsReturns, QList<EffectsReturnSettings>(4));
     store.setSettings(settings);

@@ -115,7 +115,10 @@ TEST_F(RecallTest, PutsBackWhatWasCaptured) {
     input.setSwitches({});
     manual.resetAll();
     clock.advance(5s);
+    int told = 0;
+    model.onChange = [&](const ConsoleChange& change) { told += change.origin == ChangeOrigin::recall; };
     recall.recall(taken);
+    EXPECT_EQ(told, 82);
     EXPECT_EQ(input.faderValue.value(), 96);
     EXPECT_EQ(input.nullTarget.value(), 96);
     EXPECT_EQ(input.switches(), (ChannelSwitches{true, false, true, true}));

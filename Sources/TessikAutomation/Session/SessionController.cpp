@@ -1,0 +1,224 @@
+#include "TessikAutomation/Session/SessionController.h"
+
+#include "TessikAutomation/Persistence/SavedSettings.h"
+#include "TessikAutomation/Session/SessionFile.h"
+#include "TessikAutomation/Session/SessionReader.h"
+
+#include <QFileInfo>
+
+#include <utility>
+
+namespace tessik {
+
+SessionController::SessionController(const SessionStores& stores, SessionDialogs& dialogs, QString recoveryRoot,
+                                     WallClock clock)
+    : _stores(stores),
+      _dialogs(dialogs),
+      _recoveryRoot(std::move(recoveryRoot)),
+      _clock(std::move(clock)),
+      _createdAt(_clock()) {
+    const auto changed = [this] { noteChange(); };
+    _stores.snapshots.onChange = changed;
+    _stores.passes.onChange = changed;
+    _stores.manualSettings.onChange = changed;
+    _stores.channelLabels.onChange = changed;
+    _stores.masterSection.onChange = changed;
+    _stores.locators.onChange = changed;
+    _recoveryTimer.callOnTimeout([this] { recoveryTick(); });
+    _recoveryTimer.start(recoveryInterval);
+}
+
+SessionController::~SessionController() {
+    for (std::function<void()>* onChange :
+         {&_stores.snapshots.onChange, &_stores.passes.onChange, &_stores.manualSettings.onChange,
+          &_stores.channelLabels.onChange, &_stores.masterSection.onChange, &_stores.locators.onChange})
+        *onChange = nullptr;
+}
+
+void SessionController::noteChange() {
+    ++_changes;
+    hasUnsavedChanges = true;
+}
+
+QString SessionController::displayName() const {
+    const std::optional<QUrl> url = fileURL.value();
+    if (!url) return QStringLiteral("Untitled");
+    const QFileInfo file(url->toLocalFile());
+    const QString name = file.completeBaseName();
+    return name.isEmpty() ? file.fileName() : name;
+}
+
+// MARK: the document and the stores
+
+SessionDocument SessionController::document() const {
+    SessionDocument document = SessionDocument::empty(_clock());
+    document.createdAt = _createdAt;
+    document.snapshots = _stores.snapshots.snapshots.value();
+    document.passes = _stores.passes.passes.value();
+    document.channelLabels = _stores.channelLabels.labelsByChannelID.value();
+    document.manualSettings = _stores.manualSettings.contents();
+    document.masterSection = _stores.masterSection.settings();
+    document.defaultSnapshotID = _stores.snapshots.defaultSnapshotID.value();
+    document.startLocator = _stores.locators.start();
+    document.endLocator = _stores.locators.end();
+    return document;
+}
+
+void SessionController::apply(const SessionDocument& document) {
+    _stores.snapshots.load(document.snapshots, document.defaultSnapshotID);
+    _stores.passes.load(document.passes);
+    _stores.channelLabels.labelsByChannelID = document.channelLabels;
+    _stores.manualSettings.load(document.manualSettings);
+    _stores.masterSection.load(document.masterSection);
+    std::function<void()> onChange = std::exchange(_stores.locators.onChange, nullptr);
+    _stores.locators.setStart(document.startLocator);
+    _stores.locators.setEnd(document.endLocator);
+    _stores.locators.onChange = std::move(onChange);
+    if (onSessionLoaded) onSessionLoaded();
+}
+
+/// Makes `next` the current session, which counts as clean. What stands there unsaved is kept aside.
+void SessionController::replace(const ReplacedSession& next) {
+    const bool wasUnsaved = hasUnsavedChanges.value();
+    if (wasUnsaved) {
+        writeRecovery(std::nullopt);
+        _replaced.push_back({.document = document(), .url = fileURL.value(), .stamp = _stamp, .recovery = _recovery});
+    }
+    const RecoveryFile old = _recovery;
+    _recovery = next.recovery;
+    _recovered.reset();
+    apply(next.document);
+    fileURL = next.url;
+    _stamp = next.stamp;
+    _createdAt = next.document.createdAt;
+    hasUnsavedChanges = false;
+    hasReplacedSession = !_replaced.empty();
+    // A take that waits moves along, before the old file goes.
+    if (const std::optional<PendingTake> take = pendingTake ? pendingTake() : std::nullopt) writeRecovery(take);
+    if (!wasUnsaved) removeRecovery(old);
+}
+
+void SessionController::fail(const QString& title, const QString& why) { _dialogs.alert(title, why); }
+
+// MARK: New and Open
+
+void SessionController::newSession() {
+    finishSaving();
+    replace({.document = SessionDocument::empty(_clock()), .url = {}, .stamp = {}, .recovery = {}});
+}
+
+void SessionController::open() {
+    if (const std::optional<QString> path = _dialogs.chooseSessionToOpen(QStringLiteral("Open an Tessik session")))
+        open(QUrl::fromLocalFile(*path));
+}
+
+void SessionController::open(const QUrl& url) {
+    finishSaving(); // the file may be the one being written
+    const QString title = QStringLiteral("Couldn't open session");
+    if (!url.isLocalFile())
+        return fail(title, QStringLiteral("“%1” is not a file of this computer.").arg(url.toDisplayString()));
+    const QString path = url.toLocalFile();
+    SessionReadResult read = readSession(path, _clock());
+    if (!read.document) return fail(title, QStringLiteral("“%1”: %2").arg(path, read.error));
+    replace({.document = std::move(*read.document), .url = url, .stamp = read.stamp, .recovery = {}});
+    _writer.post([path]() -> BackgroundWriter::Completion {
+        SavedSettings::setString(SavedSettings::Key::lastSessionPath, path);
+        SavedSettings::addRecentSession(path);
+        return {};
+    });
+}
+
+void SessionController::reopenReplacedSession() {
+    if (_replaced.empty()) return;
+    finishSaving();
+    const ReplacedSession last = std::move(_replaced.back());
+    _replaced.pop_back();
+    replace(last);
+    noteChange();
+}
+
+// MARK: saving
+
+void SessionController::save() {
+    const std::optional<QUrl> url = fileURL.value();
+    if (!url) return saveAs();
+    const QString path = url->toLocalFile();
+    const std::optional<FileStamp> now = FileStamp::of(path);
+    const bool isOurs = isSaving.value() || !now || now == _stamp;
+    if (isOurs || _dialogs.confirmOverwrite(
+                      QStringLiteral("“%1” was changed by another program").arg(displayName()),
+                      QStringLiteral("The file is not as it was when this session was opened or saved last. Saving "
+                                     "replaces it; what is there now is kept as “%1~”.")
+                          .arg(QFileInfo(path).fileName())))
+        saveTo(path);
+}
+
+void SessionController::saveAs() {
+    const std::optional<QUrl> url = fileURL.value();
+    const QLatin1String extension(".tessik");
+    const std::optional<QString> chosen =
+        _dialogs.chooseWhereToSave(url ? url->toLocalFile() : displayName() + extension);
+    if (!chosen) return;
+    if (chosen->endsWith(extension)) return saveTo(*chosen);
+    const QString path = *chosen + extension;
+    // The panel has asked about the name as it was typed.
+    if (!QFileInfo::exists(path) ||
+        _dialogs.confirmOverwrite(QStringLiteral("“%1” already exists").arg(QFileInfo(path).fileName()),
+                                  QStringLiteral("Saving replaces it.")))
+        saveTo(path);
+}
+
+void SessionController::saveTo(const QString& path) {
+    if (isSaving.value()) {
+        _nextSave = path;
+        return;
+    }
+    isSaving = true;
+    _writer.post([this, path, changes = _changes, copy = document()]() -> BackgroundWriter::Completion {
+        const SafeFileResult result = writeSessionFile(path, PreviousFile::keep, copy);
+        if (result.error.isEmpty()) SavedSettings::addRecentSession(path);
+        return [this, path, changes, result] { finishSave(path, changes, result); };
+    });
+}
+
+void SessionController::finishSave(const QString& path, std::int64_t changes, const SafeFileResult& result) {
+    isSaving = false;
+    if (result.error.isEmpty()) {
+        fileURL = QUrl::fromLocalFile(path);
+        _stamp = result.stamp;
+        if (changes == _changes) hasUnsavedChanges = false;
+        recoveryTick();
+    }
+    if (const std::optional<QString> next = std::exchange(_nextSave, std::nullopt)) saveTo(*next);
+    if (!result.error.isEmpty()) fail(QStringLiteral("Couldn't save session"), result.error);
+}
+
+bool SessionController::prepareToQuit() {
+    finishSaving();
+    const bool hasTake = pendingTake && pendingTake();
+    if (hasUnsavedChanges.value() || hasTake) {
+        const QString text = hasTake ? QStringLiteral("A take is not in the session yet. Saving adds it; if you don't "
+                                                      "save, it is lost with all other changes.")
+                                     : QStringLiteral("Your changes are lost if you don't save them.");
+        switch (_dialogs.askUnsaved(QStringLiteral("Save the changes of “%1”?").arg(displayName()), text)) {
+        case SessionDialogs::Unsaved::cancel: return false;
+        case SessionDialogs::Unsaved::discard: break;
+        case SessionDialogs::Unsaved::save:
+            if (hasTake && storePendingTake) storePendingTake();
+            save();
+            finishSaving();
+            if (hasUnsavedChanges.value()) return false;
+            break;
+        }
+    }
+    _recoveryTimer.stop();
+    removeRecovery(std::exchange(_recovery, {}));
+    for (const ReplacedSession& session : _replaced)
+        removeRecovery(session.recovery);
+    _replaced.clear();
+    hasReplacedSession = false;
+    _writer.finish();
+    return true;
+}
+
+} // namespace tessik
