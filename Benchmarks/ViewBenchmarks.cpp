@@ -22,7 +22,7 @@ struct Desk {
     ConsoleModel model;
     MIDIManager manager{service, model, QStringLiteral("TessikAutomation Console")};
     MIDIOutputManager output{service};
-    DeskEditor editor{output};
+    DeskEditor editor{model, output};
     ThemeStore theme;
     MainWindow window{{theme, model, manager, output, editor}};
 

@@ -6,12 +6,15 @@
 namespace tessik {
 
 void DeskEditor::setFader(ChannelState& channel, double value) {
-    channel.faderValue = int(std::lround(std::clamp(value, 0.0, 127.0)));
-    _output.sendFader(channel.kind, channel.faderValue, MIDIOutputManager::Urgency::playback);
+    const int rounded = int(std::lround(std::clamp(value, 0.0, 127.0)));
+    _consoleModel.apply(MIDIChannelMapping::faderCC(channel.kind), rounded, ChangeOrigin::screen);
+    _output.sendFader(channel.kind, rounded, MIDIOutputManager::Urgency::playback);
 }
 
 void DeskEditor::setSwitch(ChannelState& channel, Switch which, bool on) {
     (channel.*which).setValue(on);
+    _consoleModel.apply(MIDIChannelMapping::switchCC(channel.kind),
+                        MIDIChannelMapping::encodeSwitchByte(channel.switches()), ChangeOrigin::screen);
     _output.sendSwitches(channel.kind, channel.switches(), MIDIOutputManager::Urgency::playback);
 }
 

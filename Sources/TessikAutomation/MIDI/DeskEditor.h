@@ -8,7 +8,7 @@ namespace tessik {
 /// neither can run ahead of the other.
 class DeskEditor {
 public:
-    explicit DeskEditor(MIDIOutputManager& output) : _output(output) {}
+    DeskEditor(ConsoleModel& consoleModel, MIDIOutputManager& output) : _consoleModel(consoleModel), _output(output) {}
 
     /// `value` is rounded and held to 0 to 127. Sent unless the desk is believed to stand there.
     void setFader(ChannelState& channel, double value);
@@ -17,6 +17,7 @@ public:
     void setSwitch(ChannelState& channel, Switch which, bool on);
 
 private:
+    ConsoleModel& _consoleModel;
     MIDIOutputManager& _output;
 };
 

@@ -60,21 +60,18 @@ void MIDIOutputManager::noteReceived(Uptime stamp, int cc, int value) {
 }
 
 void MIDIOutputManager::resetChannels(ConsoleModel& consoleModel, bool sendToConsole) {
-    std::vector<DeskChannelState> zeroed;
-    const Uptime now = _clock.now();
+    ControllerValues zeroed;
     for (ChannelState* channel : consoleModel.allVisibleChannels()) {
         channel->faderValue = 0;
         channel->nullTarget = std::nullopt;
         channel->setSwitches({});
-        channel->lastUpdate = now;
-        zeroed.push_back({channel->kind, 0, {}});
+        channel->lastUpdate = _clock.now();
+        zeroed[std::size_t(MIDIChannelMapping::faderCC(channel->kind))] = 0;
+        zeroed[std::size_t(MIDIChannelMapping::switchCC(channel->kind))] = MIDIChannelMapping::encodeSwitchByte({});
     }
     if (!sendToConsole) return;
-    for (const DeskChannelState& channel : zeroed) {
-        consoleModel.apply({now, MIDIChannelMapping::faderCC(channel.kind), 0, ChangeOrigin::zero});
-        consoleModel.apply({now, MIDIChannelMapping::switchCC(channel.kind), MIDIChannelMapping::encodeSwitchByte({}),
-                            ChangeOrigin::zero});
-    }
+    for (std::size_t cc = 0; cc < zeroed.size(); ++cc)
+        if (zeroed[cc]) consoleModel.apply(int(cc), *zeroed[cc], ChangeOrigin::zero);
     assertState(zeroed);
 }
 

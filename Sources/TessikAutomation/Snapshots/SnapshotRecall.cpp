@@ -3,8 +3,8 @@
 namespace tessik {
 
 SnapshotRecall::SnapshotRecall(ConsoleModel& consoleModel, ManualSettingsStore& manualSettings,
-                               MIDIOutputManager& output, const UptimeClock& clock)
-    : _consoleModel(consoleModel), _manualSettings(manualSettings), _output(output), _clock(clock) {}
+                               MIDIOutputManager& output)
+    : _consoleModel(consoleModel), _manualSettings(manualSettings), _output(output) {}
 
 Snapshot SnapshotRecall::capture(const QString& name, const QDateTime& createdAt) const {
     Snapshot snapshot{.id = QUuid::createUuid(), .name = name, .createdAt = createdAt, .channels = {}};
@@ -31,15 +31,13 @@ void SnapshotRecall::recallDefault(const SnapshotStore& store) {
 
 void SnapshotRecall::recallChannels(const QList<ChannelSnapshot>& channels) {
     std::vector<DeskChannelState> asserted;
-    const Uptime now = _clock.now();
     for (const ChannelSnapshot& entry : channels) {
         ChannelState* channel = _consoleModel.channelState(entry.kind);
         if (!channel || !_consoleModel.isVisible(*channel)) continue;
         channel->nullTarget = entry.faderPosition();
-        _consoleModel.apply(
-            {now, MIDIChannelMapping::faderCC(entry.kind), entry.faderPosition(), ChangeOrigin::recall});
-        _consoleModel.apply({now, MIDIChannelMapping::switchCC(entry.kind),
-                             MIDIChannelMapping::encodeSwitchByte(entry.switches()), ChangeOrigin::recall});
+        _consoleModel.apply(MIDIChannelMapping::faderCC(entry.kind), entry.faderPosition(), ChangeOrigin::recall);
+        _consoleModel.apply(MIDIChannelMapping::switchCC(entry.kind),
+                            MIDIChannelMapping::encodeSwitchByte(entry.switches()), ChangeOrigin::recall);
         asserted.push_back({.kind = entry.kind, .faderValue = entry.faderPosition(), .switches = entry.switches()});
     }
     _output.assertState(asserted);

@@ -9,8 +9,7 @@ namespace tessik {
 /// Takes snapshots of the console and puts them back: on screen, into the manual settings and out to the desk.
 class SnapshotRecall {
 public:
-    SnapshotRecall(ConsoleModel& consoleModel, ManualSettingsStore& manualSettings, MIDIOutputManager& output,
-                   const UptimeClock& clock = UptimeClock::system());
+    SnapshotRecall(ConsoleModel& consoleModel, ManualSettingsStore& manualSettings, MIDIOutputManager& output);
 
     /// Every visible channel with its manual settings, under a new id.
     Snapshot capture(const QString& name, const QDateTime& createdAt) const;
@@ -25,7 +24,6 @@ private:
     ConsoleModel& _consoleModel;
     ManualSettingsStore& _manualSettings;
     MIDIOutputManager& _output;
-    const UptimeClock& _clock;
 };
 
 } // namespace tessik

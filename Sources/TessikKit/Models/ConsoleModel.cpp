@@ -89,8 +89,8 @@ void ConsoleModel::handle(Uptime stamp, int cc, int value) {
     if (onChange) onChange({stamp, cc, value, isDump ? ChangeOrigin::dump : ChangeOrigin::desk});
 }
 
-void ConsoleModel::apply(const ConsoleChange& change) {
-    if (write(change.cc, change.value) && onChange) onChange(change);
+void ConsoleModel::apply(int cc, int value, ChangeOrigin origin) {
+    if (write(cc, value) && onChange) onChange({_clock.now(), cc, value, origin});
 }
 
 void ConsoleModel::noteFaderMessage(ChannelState& channel, int value) {

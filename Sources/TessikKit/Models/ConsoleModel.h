@@ -45,8 +45,8 @@ public:
     /// Applies one Control Change from the console: `cc` 0 to 127, `value` 0 to 127. In arrival order.
     void handle(int cc, int value) { handle(_clock.now(), cc, value); }
     void handle(Uptime stamp, int cc, int value);
-    /// Writes what anyone but the console and playback changes. Controllers of no channel are ignored.
-    void apply(const ConsoleChange& change);
+    /// Writes what neither the console nor playback changes. Controllers of no channel are ignored.
+    void apply(int cc, int value, ChangeOrigin origin);
     /// Called after each change made by `handle` and `apply`, also to an equal value.
     std::function<void(const ConsoleChange&)> onChange;
 

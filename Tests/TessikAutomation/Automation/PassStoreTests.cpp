@@ -1,7 +1,7 @@
 #include "Support/Sessions.h"
 #include "TessikAutomation/Automation/AutomationMode.h"
 #include "TessikAutomation/Automation/PassStore.h"
-#include "TessikAutomation/Session/PendingTake.h"
+#include "TessikAutomation/Automation/PendingTake.h"
 
 #include <gtest/gtest.h>
 

@@ -68,7 +68,7 @@ struct RecallTest : testing::Test {
     ConsoleModel model{clock};
     ManualSettingsStore manual;
     MIDIOutputManager output{service, clock};
-    SnapshotRecall recall{model, manual, output, clock};
+    SnapshotRecall recall{model, manual, output};
     std::vector<std::pair<int, int>> sent; // controller and value
 
     RecallTest() {

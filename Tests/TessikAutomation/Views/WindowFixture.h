@@ -53,7 +53,7 @@ struct WindowTest : testing::Test {
     ConsoleModel model;
     MIDIManager manager{service, model, QStringLiteral("TessikAutomation Console")};
     MIDIOutputManager output{service, clock};
-    DeskEditor editor{output};
+    DeskEditor editor{model, output};
     std::unique_ptr<MainWindow> window;
 };
 

@@ -1,0 +1,26 @@
+#include "TessikAutomation/Automation/DeskHands.h"
+
+#include <utility>
+
+namespace tessik {
+
+using namespace std::chrono_literals;
+
+namespace {
+constexpr Uptime dumpWindow = 500ms;
+}
+
+std::optional<int> DeskHands::moved(Uptime stamp, int faderCC, int value) {
+    while (!_recent.empty() && _recent.front().stamp < stamp - dumpWindow)
+        _recent.pop_front();
+    _recent.push_back({stamp, faderCC});
+    return std::exchange(_values[std::size_t(faderCC)], value);
+}
+
+void DeskHands::dumped(Uptime stamp, int cc) {
+    for (const Message& message : std::exchange(_recent, {}))
+        if (message.stamp >= stamp - dumpWindow) _values[std::size_t(message.cc)].reset();
+    _values[std::size_t(cc)].reset();
+}
+
+} // namespace tessik

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "TessikKit/MIDI/MIDIChannelMapping.h"
+#include "TessikKit/Models/UptimeClock.h"
+
+#include <deque>
+
+namespace tessik {
+
+/// Where the physical faders stand, as far as hands have told. A dump tells what the desk's VCAs hold and so makes the
+/// faders of its channels unknown, also of those whose messages came before it could be told from hands.
+class DeskHands {
+public:
+    /// Takes a hand's message. Returns where the fader stood before; none where that was unknown.
+    std::optional<int> moved(Uptime stamp, int faderCC, int value);
+    /// Takes a message of a dump.
+    void dumped(Uptime stamp, int cc);
+
+    /// None while unknown.
+    std::optional<int> value(int faderCC) const { return _values[std::size_t(faderCC)]; }
+
+private:
+    struct Message {
+        Uptime stamp;
+        int cc;
+    };
+
+    ControllerValues _values;
+    std::deque<Message> _recent; // of hands, in the last half second
+};
+
+} // namespace tessik

@@ -1,0 +1,461 @@
+#include "TessikAutomation/Automation/PassEngine.h"
+
+#include <cmath>
+
+namespace tessik {
+
+using namespace std::chrono_literals;
+using Urgency = MIDIOutputManager::Urgency;
+
+namespace {
+
+constexpr Uptime tickInterval = 5ms;
+constexpr Uptime dumpQuiet = 500ms;
+
+bool isFader(int cc) { return cc < MIDIChannelMapping::switchCCOffset; }
+
+} // namespace
+
+PassEngine::PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutputManager& midiOutputManager,
+                       const SnapshotStore& snapshotStore, const UptimeClock& uptime, WallClock wallClock)
+    : _consoleModel(consoleModel),
+      _mtcClock(mtcClock),
+      _snapshotStore(snapshotStore),
+      _uptime(uptime),
+      _wallClock(std::move(wallClock)),
+      _tape(mtcClock),
+      _output(consoleModel, midiOutputManager, uptime) {
+    for (QTimer* timer : {&_timer, &_edgeTimer}) {
+        timer->setTimerType(Qt::PreciseTimer);
+        timer->callOnTimeout([this] { tick(); });
+    }
+    _timer.setInterval(std::chrono::duration_cast<std::chrono::milliseconds>(tickInterval));
+    _edgeTimer.setSingleShot(true);
+    _modeNotifier = mode.addNotifier([this] { noteModeChange(); });
+    // A desk chosen while the tape rolls has been told nothing yet.
+    _destinationNotifier =
+        midiOutputManager.port.connectedDestinationID.addNotifier([this] { _hasAssertedInitialState = false; });
+    _consoleModel.onChange = [this](const ConsoleChange& change) {
+        _changes.push_back(change);
+        if (_mode == AutomationMode::off) consumeChanges();
+    };
+    _mtcClock.onFullFrame = [this] { noteFullFrame(); };
+}
+
+int PassEngine::unsyncedChannelCount() const {
+    const ConsoleModel::Channels channels = _consoleModel.allVisibleChannels();
+    return int(std::count_if(channels.begin(), channels.end(),
+                             [](const ChannelState* channel) { return channel->lastUpdate.value() == distantPast; }));
+}
+
+void PassEngine::tick() {
+    if (_mode == AutomationMode::off) return;
+    const Uptime now = _uptime.now();
+    consumeChanges();
+    settleTake();
+    switch (_tape.follow(now)) {
+    case TapeFollower::Event::none: break;
+    case TapeFollower::Event::started: beginRoll(); break;
+    case TapeFollower::Event::resumed: resumeRoll(); break;
+    case TapeFollower::Event::stopped: endRoll(); break;
+    case TapeFollower::Event::jumped:
+        endRoll();
+        beginRoll();
+        break;
+    }
+    if (!_tape.isRolling() && !_tape.mayResume(now)) _suspendedMode.reset();
+    isRolling = _tape.isRolling();
+    const std::optional<TimecodePosition> at = position();
+    const std::optional<AutomationPass>& pass = selectedPass.value();
+    hasFrameRateMismatch = needsPass(_mode) && pass && at && at->frameRate != pass->frameRate;
+    if (_dumpAt && now - *_dumpAt > dumpQuiet) {
+        _dumpAt.reset();
+        _hasAssertedInitialState = false;
+    }
+    if (_tape.isRolling()) play();
+    if (_recorder.isRecording()) recordedEventCount = _recorder.eventCount();
+    const std::optional<std::int64_t> frames = at ? std::optional(at->totalFrames()) : std::nullopt;
+    if (_nullsStale || frames != _lastNullRefreshFrames) refreshNullTargets();
+    armEdgeTimer(now);
+}
+
+/// The playback half of the lateness is the wait for the next tick: so one comes with the frame's edge.
+void PassEngine::armEdgeTimer(Uptime now) {
+    if (!_tape.isRolling() || !needsPass(_mode)) return;
+    const std::optional<Uptime> edge = _mtcClock.instant(std::floor(_tape.frame()) + 1);
+    if (edge && *edge > now && *edge < now + tickInterval)
+        _edgeTimer.start(std::chrono::ceil<std::chrono::milliseconds>(*edge - now));
+}
+
+// ---- modes and selection
+
+void PassEngine::noteModeChange() {
+    if (mode.value() == _mode) return; // the engine's own doing
+    consumeChanges();
+    settleTake();
+    if (_recorder.isRecording()) endTake();
+    _mode = mode.value();
+    abandonRoll();
+    if (_mode == AutomationMode::off) {
+        _timer.stop();
+        _edgeTimer.stop();
+        isRolling = false;
+        hasFrameRateMismatch = false;
+    } else if (!_timer.isActive()) {
+        _timer.start();
+    }
+    if (nullEnabled.value()) setNullEnabled(needsPass(_mode));
+}
+
+/// What rolls is taken up anew at the next tick, from the start of a roll on.
+void PassEngine::abandonRoll() {
+    _tape.interrupt();
+    _suspendedMode.reset();
+}
+
+void PassEngine::noteFullFrame() {
+    if (!_tape.isRolling()) return;
+    consumeChanges();
+    settleTake();
+    endRoll();
+    abandonRoll();
+}
+
+void PassEngine::setSelectedPass(const std::optional<AutomationPass>& pass) {
+    _index = pass ? PassIndex(pass->events) : PassIndex();
+    selectedPass = pass;
+    _hasAssertedInitialState = false;
+    _nullsStale = true;
+}
+
+void PassEngine::select(const std::optional<AutomationPass>& pass) {
+    consumeChanges();
+    if (needsPass(_mode)) {
+        settleTake();
+        endRoll();
+        abandonRoll();
+    }
+    setSelectedPass(pass);
+    if (!pass) return;
+    applyBaselineToConsole();
+    refreshNullTargets();
+}
+
+void PassEngine::noteSessionReplaced() {
+    consumeChanges();
+    settleTake();
+    endRoll();
+    abandonRoll();
+    setSelectedPass(std::nullopt);
+    _rides.clear();
+    if (nullEnabled.value()) setNullEnabled(false);
+}
+
+std::optional<QList<ChannelSnapshot>> PassEngine::baselineState() const {
+    const std::optional<AutomationPass>& pass = selectedPass.value();
+    if (pass && pass->initialState) return pass->initialState;
+    const std::optional<Snapshot> snapshot = _snapshotStore.defaultSnapshot();
+    return snapshot ? std::optional(snapshot->channels) : std::nullopt;
+}
+
+ControllerValues PassEngine::baselineLanes() const {
+    return laneValues(baselineState().value_or(QList<ChannelSnapshot>()));
+}
+
+void PassEngine::applyBaselineToConsole() {
+    const ControllerValues baseline = baselineLanes();
+    const Uptime now = _uptime.now();
+    for (ChannelState* channel : _consoleModel.allVisibleChannels()) {
+        const std::optional<int> fader = baseline[std::size_t(MIDIChannelMapping::faderCC(channel->kind))];
+        const std::optional<int> switches = baseline[std::size_t(MIDIChannelMapping::switchCC(channel->kind))];
+        if (!fader || !switches) continue;
+        channel->setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(*switches)));
+        channel->lastUpdate = now;
+        if (nullEnabled.value())
+            channel->nullTarget = *fader;
+        else
+            channel->faderValue = *fader;
+    }
+}
+
+// ---- rolls and takes
+
+void PassEngine::beginRoll() {
+    _suspendedMode.reset();
+    _dumpAt.reset();
+    _rides.clear();
+    _nullsStale = true;
+    _hasAssertedInitialState = false;
+    if (records(_mode)) beginTake();
+}
+
+/// A dropout of the timecode is no stop: the take that it ended goes on.
+void PassEngine::resumeRoll() {
+    if (!_suspendedMode) return beginRoll();
+    _mode = *std::exchange(_suspendedMode, std::nullopt);
+    mode = _mode;
+    _recorder.reopen();
+    _hasAssertedInitialState = false;
+    recordingPass = _recorder.takeAt(_offset).pass;
+}
+
+void PassEngine::endRoll() {
+    if (!_recorder.isRecording()) return;
+    const AutomationMode recorded = _mode;
+    endTake();
+    _suspendedMode = recorded;
+    _mode = AutomationMode::read;
+    mode = _mode;
+}
+
+void PassEngine::beginTake() {
+    if (_mode == AutomationMode::update && !isPlayable()) return;
+    if (const std::optional<AutomationPass> waiting = recordingPass.value()) {
+        recordingPass = std::nullopt;
+        onTakeSuperseded(*waiting);
+    }
+    PendingTake take = newTake();
+    recordingPass = take.pass;
+    recordedEventCount = 0;
+    _recorder.begin(std::move(take), _mode == AutomationMode::write ? laneValues(*recordingPass.value()->initialState)
+                                                                    : ControllerValues());
+}
+
+PendingTake PassEngine::newTake() const {
+    PendingTake take;
+    if (_mode == AutomationMode::update) {
+        take.pass = *selectedPass.value();
+        take.pass.sortEvents();
+        take.rides = {.end = 0, .baseline = baselineState().value_or(QList<ChannelSnapshot>())};
+    } else {
+        const std::int64_t startFrame = std::int64_t(std::floor(_tape.frame()));
+        take.pass.frameRate = _tape.rate();
+        take.pass.startTimecode = TimecodePosition::fromTotalFrames(_tape.rate(), startFrame);
+        take.pass.initialState.emplace();
+        for (const ChannelState* channel : _consoleModel.allVisibleChannels())
+            take.pass.initialState->append(ChannelSnapshot::of(*channel));
+    }
+    take.pass.id = QUuid::createUuid();
+    take.pass.createdAt = _wallClock();
+    take.pass.name = proposedName(take.pass.createdAt);
+    return take;
+}
+
+void PassEngine::endTake() {
+    _recorder.end();
+    recordedEventCount = _recorder.eventCount();
+    recordingPass = _recorder.takeAt(_offset).finished();
+}
+
+std::optional<AutomationPass> PassEngine::finishRecording(const QString& name, PassStore& store) {
+    consumeChanges();
+    settleTake();
+    endRoll();
+    std::optional<AutomationPass> pass = recordingPass.value();
+    if (!pass) return std::nullopt;
+    pass->name = name;
+    pass->sortEvents();
+    store.save(*pass);
+    recordingPass = std::nullopt;
+    setSelectedPass(pass);
+    _rides.clear();
+    _suspendedMode.reset();
+    return pass;
+}
+
+void PassEngine::discardTake() {
+    endRoll();
+    recordingPass = std::nullopt;
+    recordedEventCount = 0;
+    _rides.clear();
+    _suspendedMode.reset();
+    _hasAssertedInitialState = false;
+    _nullsStale = true;
+}
+
+std::optional<PendingTake> PassEngine::pendingTake() const {
+    if (_recorder.isRecording()) return _recorder.takeAt(_offset);
+    if (const std::optional<AutomationPass>& waiting = recordingPass.value()) return PendingTake{.pass = *waiting};
+    return std::nullopt;
+}
+
+// ---- what the console does
+
+void PassEngine::consumeChanges() {
+    for (const ConsoleChange& change : std::exchange(_changes, {}))
+        consume(change);
+}
+
+void PassEngine::consume(ConsoleChange change) {
+    if (!isFader(change.cc)) // without the bits that mean nothing
+        change.value =
+            MIDIChannelMapping::encodeSwitchByte(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(change.value)));
+    const std::optional<int> laneBefore = _output.noteChange(change);
+    std::optional<int> faderBefore;
+    if (change.origin == ChangeOrigin::desk && isFader(change.cc))
+        faderBefore = _hands.moved(change.stamp, change.cc, change.value);
+    if (change.origin == ChangeOrigin::dump) _hands.dumped(change.stamp, change.cc);
+    ChannelState* channel = _output.visibleChannel(change.cc);
+    if (!channel) return;
+
+    const bool isWriting =
+        _recorder.isRecording() ? _mode == AutomationMode::write : _suspendedMode == AutomationMode::write;
+    if (isWriting) _recorder.move(change.stamp, change.cc, change.value);
+    switch (change.origin) {
+    case ChangeOrigin::desk:
+    case ChangeOrigin::screen:
+        if (isPlaying()) answerHand(change, faderBefore, laneBefore);
+        return;
+    case ChangeOrigin::dump:
+        if (isPlaying()) takeBackRides(change.stamp);
+        break;
+    case ChangeOrigin::recall:
+    case ChangeOrigin::zero:
+        if (const std::optional<int> hand = _hands.value(change.cc);
+            _output.isScreenHeld() && isFader(change.cc) && hand)
+            channel->faderValue = *hand;
+        break;
+    }
+    _nullsStale = true;
+}
+
+/// A hand took the desk away from the automation. In UPDATE that is a ride; under NULL it is a hand that looks for the
+/// automation, so the desk is put back; in plain READ the hand has the channel until its next event.
+void PassEngine::answerHand(const ConsoleChange& change, std::optional<int> faderBefore,
+                            std::optional<int> laneBefore) {
+    const int cc = change.cc;
+    const std::optional<int> automation = _cursor.values()[std::size_t(cc)];
+    const bool isScreen = change.origin == ChangeOrigin::screen;
+    if (_mode == AutomationMode::update) {
+        bool isRide = true;
+        if (!automation) {
+            // Nothing to ride on: the hand's own value is what plays.
+        } else if (!isFader(cc)) {
+            isRide = laneBefore && laneBefore != change.value;
+            if (isRide) _rides.press(change.stamp, cc, *laneBefore, change.value);
+        } else if (isScreen) {
+            _rides.setOutput(change.stamp, cc, change.value, *automation);
+        } else {
+            isRide = faderBefore && faderBefore != change.value;
+            if (isRide) _rides.moveBy(change.stamp, cc, change.value - *faderBefore);
+        }
+        if (isRide) _recorder.move(change.stamp, cc, automation ? output(cc) : change.value);
+        _nullsStale = true;
+    } else if (isScreen || !_output.isScreenHeld() || !isFader(cc)) {
+        return;
+    }
+    if (!automation) return;
+    if (output(cc) == change.value)
+        _output.show(cc, change.value);
+    else
+        _output.play(cc, output(cc), Urgency::correction);
+}
+
+void PassEngine::takeBackRides(Uptime dumpStamp) {
+    _dumpAt = dumpStamp;
+    const std::vector<int> lanes = _rides.takeBackSince(dumpStamp - dumpQuiet);
+    if (lanes.empty() || !_recorder.isRecording()) return;
+    _recorder.takeBack(offsetOf(_tape.frameAt(dumpStamp - dumpQuiet)), lanes);
+    for (const int cc : lanes)
+        recordRide(_offset, cc);
+}
+
+void PassEngine::settleTake() {
+    if (!_recorder.isRecording()) return;
+    _recorder.settle(_tape.knownUntil(), [this](Uptime stamp) { return offsetOf(_tape.frameAt(stamp)); });
+}
+
+// ---- playback
+
+bool PassEngine::isPlayable() const {
+    const std::optional<AutomationPass>& pass = selectedPass.value();
+    return needsPass(_mode) && pass && pass->frameRate == _tape.rate();
+}
+
+/// Into the pass that plays, or into the take where none does.
+std::int64_t PassEngine::offsetOf(double frame) const {
+    const std::optional<AutomationPass>& pass = needsPass(_mode) ? selectedPass.value() : recordingPass.value();
+    return std::int64_t(std::floor(frame)) - (pass ? pass->startTimecode.totalFrames() : 0);
+}
+
+/// Of a lane for which the automation has a value.
+int PassEngine::output(int cc) const { return _rides.output(cc, *_cursor.values()[std::size_t(cc)]); }
+
+void PassEngine::play() {
+    _offset = offsetOf(_tape.frame());
+    if (!isPlayable()) return;
+    if (!std::exchange(_hasAssertedInitialState, true)) return playAll();
+    _cursor.advance(_offset, [this](const LaneEvent& event) {
+        _output.play(event.cc, output(event.cc), Urgency::playback);
+        recordRide(event.frameOffset, event.cc);
+    });
+}
+
+/// The state with which the pass starts and every event up to here, as one assertion.
+void PassEngine::playAll() {
+    _cursor.seek(baselineLanes(), _offset);
+    ControllerValues outputs;
+    for (std::size_t cc = 0; cc < outputs.size(); ++cc) {
+        if (!_cursor.values()[cc]) continue;
+        outputs[cc] = output(int(cc));
+        recordRide(_offset, int(cc));
+    }
+    _output.assertState(outputs);
+    _nullsStale = true;
+}
+
+/// A lane that is ridden in this take goes on with the output, also where only the automation moves.
+void PassEngine::recordRide(std::int64_t offset, int cc) {
+    if (_recorder.isRecording() && _recorder.has(cc)) _recorder.record(offset, cc, output(cc));
+}
+
+// ---- NULL
+
+void PassEngine::setNullEnabled(bool enabled) {
+    consumeChanges();
+    nullEnabled = enabled;
+    if (!enabled) {
+        clearNullTargets();
+        _output.releaseScreen();
+        return;
+    }
+    if (!needsPass(_mode)) return;
+    _output.holdScreen();
+    for (ChannelState* channel : _consoleModel.allVisibleChannels())
+        if (const std::optional<int> hand = _hands.value(MIDIChannelMapping::faderCC(channel->kind)))
+            channel->faderValue = *hand;
+    refreshNullTargets();
+}
+
+void PassEngine::clearNullTargets() {
+    for (ChannelState* channel : _consoleModel.allVisibleChannels())
+        channel->nullTarget = std::nullopt;
+}
+
+/// Where the tape is, as a label: by the lock while it rolls, else as the clock says.
+std::optional<TimecodePosition> PassEngine::position() const {
+    if (_tape.isRolling())
+        return TimecodePosition::fromTotalFrames(_tape.rate(), std::int64_t(std::floor(_tape.frame())));
+    return _mtcClock.currentPosition.value();
+}
+
+void PassEngine::refreshNullTargets() {
+    const std::optional<TimecodePosition> at = position();
+    _lastNullRefreshFrames = at ? std::optional(at->totalFrames()) : std::nullopt;
+    _nullsStale = false;
+    const std::optional<AutomationPass>& pass = selectedPass.value();
+    if (!nullEnabled.value() || !needsPass(_mode) || !pass) return;
+    if (at && at->frameRate != pass->frameRate) return clearNullTargets();
+    ControllerValues automation = _cursor.values();
+    if (!isPlaying()) {
+        automation = baselineLanes();
+        _index.applyUpTo(at ? at->totalFrames() - pass->startTimecode.totalFrames() : 0, automation);
+    }
+    for (ChannelState* channel : _consoleModel.allVisibleChannels()) {
+        const int cc = MIDIChannelMapping::faderCC(channel->kind);
+        if (const std::optional<int> value = automation[std::size_t(cc)])
+            channel->nullTarget = _rides.output(cc, *value);
+    }
+}
+
+} // namespace tessik

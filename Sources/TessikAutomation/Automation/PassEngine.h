@@ -1,0 +1,129 @@
+#pragma once
+
+#include "TessikAutomation/Automation/AutomationMode.h"
+#include "TessikAutomation/Automation/DeskHands.h"
+#include "TessikAutomation/Automation/PassIndex.h"
+#include "TessikAutomation/Automation/PassStore.h"
+#include "TessikAutomation/Automation/PlaybackOutput.h"
+#include "TessikAutomation/Automation/TakeRecorder.h"
+#include "TessikAutomation/Automation/TapeFollower.h"
+#include "TessikAutomation/Automation/UpdateRides.h"
+#include "TessikAutomation/Persistence/WallClock.h"
+#include "TessikAutomation/Snapshots/SnapshotStore.h"
+
+namespace tessik {
+
+/// The automation of the session: which mode is armed, which pass is played, the take being recorded.
+///
+/// While a mode is armed it looks, tick by tick, at the tape and at what has changed on the console since, records and
+/// plays. It takes the `onChange` of the console model and the `onFullFrame` of the clock. Main thread only.
+class PassEngine {
+public:
+    PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutputManager& midiOutputManager,
+               const SnapshotStore& snapshotStore, const UptimeClock& uptime = UptimeClock::system(),
+               WallClock wallClock = currentSecond);
+
+    /// A take under way ends when its mode is left.
+    QProperty<AutomationMode> mode{AutomationMode::off};
+
+    // ---- Written by the engine alone
+
+    QProperty<bool> nullEnabled{false}; ///< see `setNullEnabled`
+    QProperty<std::optional<AutomationPass>> selectedPass{std::nullopt};
+    /// The take being recorded, yet without what it records, or a finished one that waits for its name.
+    QProperty<std::optional<AutomationPass>> recordingPass{std::nullopt};
+    QProperty<qsizetype> recordedEventCount{0}; ///< of the take being recorded, or of the last one
+    QProperty<bool> isRolling{false};           ///< timecode runs and a mode is armed
+    /// An armed READ or UPDATE does nothing, because the selected pass has another frame rate than the timecode.
+    QProperty<bool> hasFrameRateMismatch{false};
+
+    /// Visible channels from which nothing was ever received or recalled.
+    int unsyncedChannelCount() const;
+    bool isRecording() const { return _recorder.isRecording(); }
+
+    /// NULL holds playback off the faders on screen, so that their arrows lead the hands to the automation. Acts in
+    /// READ and UPDATE; its effect runs on every call.
+    void setNullEnabled(bool enabled);
+    /// Chooses the pass to play, and puts its starting state on screen; none changes nothing there.
+    void select(const std::optional<AutomationPass>& pass);
+    /// Stores the take under that name, whatever it is, and selects it. Returns it; none where no take waits.
+    std::optional<AutomationPass> finishRecording(const QString& name, PassStore& store);
+    /// Drops the take, also one being recorded.
+    void discardTake();
+    /// New or Open replaced the session: nothing is selected any more. A take stays, and waits.
+    void noteSessionReplaced();
+
+    /// Called with a take that still waits under its proposed name when the next one begins. Has to be set: it is to
+    /// be stored.
+    std::function<void(const AutomationPass&)> onTakeSuperseded;
+    /// The take being recorded or waiting, for recovery.
+    std::optional<PendingTake> pendingTake() const;
+
+    /// One look at everything. The engine's own timers call it while a mode is armed; a test calls it instead.
+    void tick();
+
+private:
+    void noteModeChange();
+    void noteFullFrame();
+    void setSelectedPass(const std::optional<AutomationPass>& pass);
+    std::optional<QList<ChannelSnapshot>> baselineState() const;
+    ControllerValues baselineLanes() const;
+    void applyBaselineToConsole();
+
+    void beginRoll();
+    void endRoll();
+    void resumeRoll();
+    void beginTake();
+    PendingTake newTake() const;
+    void endTake();
+    void abandonRoll();
+
+    void consumeChanges();
+    void consume(ConsoleChange change);
+    void answerHand(const ConsoleChange& change, std::optional<int> faderBefore, std::optional<int> laneBefore);
+    void takeBackRides(Uptime dumpStamp);
+    void settleTake();
+
+    bool isPlayable() const;
+    bool isPlaying() const { return _tape.isRolling() && _hasAssertedInitialState && isPlayable(); }
+    std::int64_t offsetOf(double frame) const;
+    int output(int cc) const;
+    void play();
+    void playAll();
+    void recordRide(std::int64_t offset, int cc);
+
+    std::optional<TimecodePosition> position() const;
+    void refreshNullTargets();
+    void clearNullTargets();
+    void armEdgeTimer(Uptime now);
+
+    ConsoleModel& _consoleModel;
+    MTCClock& _mtcClock;
+    const SnapshotStore& _snapshotStore;
+    const UptimeClock& _uptime;
+    const WallClock _wallClock;
+
+    AutomationMode _mode = AutomationMode::off; // as the engine acts; `mode` may be ahead while its notice runs
+    TapeFollower _tape;
+    std::vector<ConsoleChange> _changes; // since the last tick
+    DeskHands _hands;
+    PlaybackOutput _output;
+    PassIndex _index; // of the selected pass
+    PassCursor _cursor{_index};
+    UpdateRides _rides;
+    TakeRecorder _recorder;
+    std::optional<AutomationMode> _suspendedMode; // of a take ended by a stop that may yet be a dropout
+
+    bool _hasAssertedInitialState = false;
+    std::int64_t _offset = 0;      // into the take or the pass at the last tick of the roll
+    std::optional<Uptime> _dumpAt; // the last message of a dump during the roll
+    bool _nullsStale = false;
+    std::optional<std::int64_t> _lastNullRefreshFrames;
+
+    QTimer _timer;
+    QTimer _edgeTimer;
+    QPropertyNotifier _modeNotifier;
+    QPropertyNotifier _destinationNotifier;
+};
+
+} // namespace tessik

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "TessikAutomation/Automation/AutomationPass.h"
+#include "TessikAutomation/Automation/LaneEvent.h"
+
+#include <span>
+#include <vector>
+
+namespace tessik {
+
+/// The events of a pass, lane by lane, so that the state at any offset is found by binary search and costs the same in
+/// a pass of any length. Events of channels that do not exist are left out.
+class PassIndex {
+public:
+    PassIndex() = default;
+    /// In order of their offsets, whatever the order in the list; those of one frame in the list's order.
+    explicit PassIndex(const QList<TimedEvent>& events);
+
+    std::span<const LaneEvent> events() const { return _events; }
+    /// Position in `events` of the first one after that offset.
+    std::size_t firstAfter(std::int64_t offset) const;
+    /// Writes the value of every lane's last event at or before that offset over `values`; lanes without one are left.
+    void applyUpTo(std::int64_t offset, ControllerValues& values) const;
+
+private:
+    struct Lane {
+        std::vector<std::int64_t> offsets; // apart from the values: the search reads nothing else
+        std::vector<std::uint8_t> values;
+    };
+
+    std::vector<LaneEvent> _events;
+    std::array<Lane, MIDIChannelMapping::controllerCount> _lanes;
+};
+
+/// Follows a pass through its index: holds what each lane is at the offset reached.
+class PassCursor {
+public:
+    explicit PassCursor(const PassIndex& index) : _index(index) {}
+
+    /// Goes to an offset, over the state with which the pass starts.
+    void seek(const ControllerValues& baseline, std::int64_t offset);
+    /// Goes on to a later offset and calls `visit(const LaneEvent&)` for each event on the way, in order.
+    template <typename Visit>
+    void advance(std::int64_t offset, Visit visit) {
+        const std::span<const LaneEvent> events = _index.events();
+        for (; _next < events.size() && events[_next].frameOffset <= offset; ++_next) {
+            const LaneEvent& event = events[_next];
+            _values[event.cc] = event.value;
+            visit(event);
+        }
+    }
+    /// None where neither the pass's start nor an event says anything yet.
+    const ControllerValues& values() const { return _values; }
+
+private:
+    const PassIndex& _index;
+    std::size_t _next = 0; // the first event not yet passed
+    ControllerValues _values;
+};
+
+} // namespace tessik

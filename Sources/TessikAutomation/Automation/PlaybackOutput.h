@@ -1,0 +1,39 @@
+#pragma once
+
+#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+
+namespace tessik {
+
+/// Puts automation on the desk and on screen. While the screen is held (NULL) its faders stay with the hands and the
+/// automation shows as NULL targets. Channels that the console's size does not show are left alone.
+class PlaybackOutput {
+public:
+    PlaybackOutput(ConsoleModel& consoleModel, MIDIOutputManager& desk, const UptimeClock& clock)
+        : _consoleModel(consoleModel), _desk(desk), _clock(clock) {}
+
+    /// The channel of a lane; null where it is not shown.
+    ChannelState* visibleChannel(int cc) const;
+
+    /// Takes a change of the console. Returns what the lane was before, none where nothing was ever seen or sent.
+    std::optional<int> noteChange(const ConsoleChange& change);
+    /// One value to the desk and the screen.
+    void play(int cc, int value, MIDIOutputManager::Urgency urgency);
+    /// A whole state, or what is known of one, to the desk and the screen.
+    void assertState(const ControllerValues& values);
+    /// A lane on the screen alone, as if it were played.
+    void show(int cc, int value);
+
+    void holdScreen() { _isScreenHeld = true; }
+    /// Puts what the desk holds back on screen where that was held.
+    void releaseScreen();
+    bool isScreenHeld() const { return _isScreenHeld; }
+
+private:
+    ConsoleModel& _consoleModel;
+    MIDIOutputManager& _desk;
+    const UptimeClock& _clock;
+    ControllerValues _last; // seen or sent
+    bool _isScreenHeld = false;
+};
+
+} // namespace tessik

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "TessikKit/MIDI/MTCClock.h"
+
+namespace tessik {
+
+/// Tells, from look to look at the timecode clock, when the tape starts, stops or jumps, and which frame it was at when
+/// a message arrived.
+class TapeFollower {
+public:
+    explicit TapeFollower(MTCClock& clock) : _clock(clock) {}
+
+    enum class Event : std::uint8_t {
+        none,
+        started,
+        resumed, ///< started again within two seconds of a stop, where the tape would be had it gone on
+        stopped, ///< noticed half a second late
+        jumped   ///< back, or ahead by more than a second beyond the time gone by, or to another rate
+    };
+    /// Looks at the clock. While it rolls but cannot tell where, the last answer stands.
+    Event follow(Uptime now);
+    /// Takes what rolls as not rolling until the next look, which finds it started.
+    void interrupt();
+    /// Whether a start now could be the end of a dropout.
+    bool mayResume(Uptime now) const;
+
+    bool isRolling() const { return _isRolling; }
+    /// Of the roll, or of the last one.
+    MTCFrameRate rate() const { return _rate; }
+    /// Absolute frame at the last look, or at the last one of the last roll.
+    double frame() const { return _frame; }
+    /// Absolute frame at an instant near the last look.
+    double frameAt(Uptime stamp) const;
+    /// What arrived later than this may have arrived when the tape had stopped: two frames after the last quarter
+    /// frame.
+    Uptime knownUntil() const;
+
+private:
+    void take(Uptime now, double frame);
+    bool isWhereItShouldBe(Uptime now, double frame) const;
+
+    MTCClock& _clock;
+    bool _isRolling = false;
+    bool _mayResume = false;
+    MTCFrameRate _rate = MTCFrameRate::fps30;
+    double _frame = 0; // at `_at`
+    Uptime _at = distantPast;
+    double _anchorFrame = 0; // at `_anchorAt`
+    Uptime _anchorAt{};
+    double _framesPerNanosecond = 0;
+};
+
+} // namespace tessik

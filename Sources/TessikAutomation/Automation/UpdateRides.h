@@ -1,0 +1,49 @@
+#pragma once
+
+#include "TessikKit/MIDI/MIDIChannelMapping.h"
+#include "TessikKit/Models/UptimeClock.h"
+
+#include <deque>
+#include <vector>
+
+namespace tessik {
+
+/// What hands put on top of the automation in UPDATE: a trim for each fader, and the bits of each switch byte that are
+/// held. Remembers half a second, to take back what turns out to be no hand.
+class UpdateRides {
+public:
+    /// The output for an automation value: faders trimmed and clamped to 0 to 127, held switches as they are held.
+    int output(int cc, int automation) const;
+    /// The fader moved by a difference.
+    void moveBy(Uptime stamp, int faderCC, int difference);
+    /// The output is to be `value` where the automation says `automation`.
+    void setOutput(Uptime stamp, int faderCC, int value, int automation);
+    /// The switches that differ between two bytes are held as `now` says.
+    void press(Uptime stamp, int switchCC, int before, int now);
+    /// Takes back what was done from then on, at most half a second ago. Returns the lanes concerned.
+    std::vector<int> takeBackSince(Uptime stamp);
+
+    int trim(int faderCC) const { return _rides[std::size_t(faderCC)].trim; }
+    bool isEmpty() const { return _isEmpty; }
+    void clear() { *this = {}; }
+
+private:
+    struct Ride {
+        int trim = 0;
+        int heldBits = 0;
+        int held = 0; // of the bits in `heldBits`
+    };
+    struct Undo {
+        Uptime stamp;
+        int cc;
+        Ride before;
+    };
+
+    Ride& change(Uptime stamp, int cc);
+
+    std::array<Ride, MIDIChannelMapping::controllerCount> _rides;
+    std::deque<Undo> _undos; // oldest first
+    bool _isEmpty = true;
+};
+
+} // namespace tessik

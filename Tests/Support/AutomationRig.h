@@ -1,0 +1,84 @@
+#pragma once
+
+#include "TessikAutomation/Automation/PassEngine.h"
+#include "TessikAutomation/MIDI/DeskEditor.h"
+#include "TessikAutomation/Snapshots/SnapshotRecall.h"
+#include "TessikKit/MIDI/MIDIManager.h"
+#include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
+#include "TessikRig/SimulatedConsole.h"
+#include "TessikRig/SimulatedRecorder.h"
+
+#include <QCoreApplication>
+
+namespace tessik::test {
+
+/// The whole path of the automation with the rig's desk and recorder at its ends, in a time that moves only by `run`.
+struct AutomationRig {
+    explicit AutomationRig(const RecorderSettings& settings = {})
+        : tape(service, settings, SimulatedRecorder::Drive::manual, uptime) {
+        input.onControlChange = [this](Uptime stamp, int cc, int value) { output.noteReceived(stamp, cc, value); };
+        input.connection.selectSource(idOf(service.sources(), SimulatedConsole::portName()));
+        clock.connection.selectSource(idOf(service.sources(), SimulatedRecorder::portName));
+        output.setupClient();
+        output.refreshDestinations();
+        output.selectDestination(idOf(service.destinations(), SimulatedConsole::portName()));
+        engine.onTakeSuperseded = [this](const AutomationPass& take) { passes.save(take); };
+    }
+
+    static std::int32_t idOf(const std::vector<MIDIEndpoint>& ports, const QString& name) {
+        return std::find_if(ports.begin(), ports.end(),
+                            [&](const MIDIEndpoint& port) { return port.displayName == name; })
+            ->uniqueID.value();
+    }
+
+    /// Lets time go by in steps of a millisecond; the engine looks every five, the clock for a stop every 250.
+    void run(Uptime duration) {
+        using namespace std::chrono_literals;
+        for (const Uptime end = uptime.now() + duration; uptime.now() < end;) {
+            const Uptime step = uptime.now() + 1ms - uptime.now() % 1ms;
+            for (auto due = tape.nextDeadline(); due && *due <= step; due = tape.nextDeadline()) {
+                uptime.advance(std::max<Uptime>(*due - uptime.now(), 0ns));
+                tape.advance(uptime.now());
+                QCoreApplication::sendPostedEvents(); // and no timers: these run in real time
+            }
+            uptime.advance(step - uptime.now());
+            desk.advance();
+            QCoreApplication::sendPostedEvents();
+            output.pump();
+            const auto millisecond = uptime.now() / 1ms;
+            if (millisecond % 250 == 0) clock.checkStopped();
+            if (millisecond % 5 == 0) engine.tick();
+        }
+    }
+    void roll(Uptime duration) {
+        tape.play();
+        run(duration);
+    }
+    /// Stops the tape and lets that be noticed.
+    void stop() {
+        tape.stop();
+        run(std::chrono::seconds(1));
+    }
+    void locate(std::int64_t frame) {
+        tape.locate(TimecodePosition::fromTotalFrames(MTCFrameRate::fps25, frame));
+        run(std::chrono::milliseconds(50));
+    }
+
+    ChannelState& channel(ChannelKind kind) { return *model.channelState(kind); }
+    ManualUptimeClock uptime;
+    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous, uptime};
+    SimulatedConsole desk{service, uptime};
+    SimulatedRecorder tape;
+    ConsoleModel model{uptime};
+    MIDIManager input{service, model, QStringLiteral("Test Console")};
+    MTCClock clock{service, QStringLiteral("Test Timecode"), uptime};
+    MIDIOutputManager output{service, uptime};
+    SnapshotStore snapshots;
+    ManualSettingsStore manualSettings;
+    SnapshotRecall recall{model, manualSettings, output};
+    PassStore passes;
+    DeskEditor screen{model, output};
+    PassEngine engine{model, clock, output, snapshots, uptime};
+};
+
+} // namespace tessik::test

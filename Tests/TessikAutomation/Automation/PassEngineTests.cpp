@@ -1,0 +1,565 @@
+#include "Support/AutomationRig.h"
+
+#include <gmock/gmock.h>
+
+namespace tessik::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+const ChannelKind in1 = ChannelKind::input(1);
+const ChannelKind in2 = ChannelKind::input(2);
+const ChannelKind in3 = ChannelKind::input(3);
+constexpr ChannelSwitches muted{.chanMuted = true};
+constexpr std::int64_t passStart = 1000; // frames; the rig's tape runs at 25 a second
+
+TimedEvent fader(std::int64_t offset, ChannelKind kind, int value) {
+    return {offset, kind, PassEventValue::fader(value)};
+}
+TimedEvent switches(std::int64_t offset, ChannelKind kind, ChannelSwitches value) {
+    return {offset, kind, PassEventValue::switches(value)};
+}
+
+/// Every channel at `level` with all switches off.
+QList<ChannelSnapshot> flat(int level) {
+    const ConsoleModel model;
+    QList<ChannelSnapshot> state;
+    for (const ChannelState* channel : model.allVisibleChannels())
+        state.append({.kind = channel->kind, .faderValue = level});
+    return state;
+}
+
+AutomationPass pass(QList<TimedEvent> events, int level = 50, MTCFrameRate rate = MTCFrameRate::fps25) {
+    return {.id = QUuid::createUuid(),
+            .name = QStringLiteral("Pass"),
+            .createdAt = currentSecond(),
+            .frameRate = rate,
+            .startTimecode = TimecodePosition::fromTotalFrames(rate, passStart),
+            .events = std::move(events),
+            .initialState = flat(level)};
+}
+
+/// The fader events of one channel, as (offset, value).
+std::vector<std::pair<std::int64_t, int>> fadersOf(const AutomationPass& pass, ChannelKind kind) {
+    std::vector<std::pair<std::int64_t, int>> found;
+    for (const TimedEvent& event : pass.events)
+        if (event.kind == kind && event.value.kind() == PassEventValue::Case::fader)
+            found.emplace_back(event.frameOffset, int(event.value.fader()));
+    return found;
+}
+std::vector<std::pair<std::int64_t, bool>> mutesOf(const AutomationPass& pass, ChannelKind kind) {
+    std::vector<std::pair<std::int64_t, bool>> found;
+    for (const TimedEvent& event : pass.events)
+        if (event.kind == kind && event.value.kind() == PassEventValue::Case::switches)
+            found.emplace_back(event.frameOffset, event.value.switches().chanMuted);
+    return found;
+}
+
+struct PassEngineTest : testing::Test, AutomationRig {
+    void arm(AutomationMode mode) { engine.mode = mode; }
+    int shown(ChannelKind kind) { return channel(kind).faderValue.value(); }
+    std::optional<int> target(ChannelKind kind) { return channel(kind).nullTarget.value(); }
+    /// Runs until the tape is at an offset into passes made by `pass`, and a quarter of a frame beyond.
+    void runTo(std::int64_t offset) {
+        while (tape.truePosition(uptime.now()) < double(passStart + offset) + 0.25)
+            run(1ms);
+    }
+    const AutomationPass& take() { return *engine.recordingPass.value(); }
+    std::int64_t takeStart() { return take().startTimecode.totalFrames(); }
+    /// Plays the tape from the start of the passes, or a bit before.
+    void rollFrom(std::int64_t offset) {
+        locate(passStart + offset);
+        tape.play();
+    }
+};
+
+// ---- parked
+
+TEST_F(PassEngineTest, SelectingShowsTheBaselineAndSendsNothing) {
+    run(100ms);
+    engine.select(pass({fader(0, in1, 70)}));
+    EXPECT_EQ(shown(in1), 50);
+    EXPECT_EQ(engine.unsyncedChannelCount(), 0);
+    run(200ms);
+    EXPECT_EQ(desk.vca(in1), 0);
+
+    AutomationPass bare = pass({});
+    bare.initialState.reset();
+    engine.select(bare);
+    EXPECT_EQ(shown(in1), 50) << "without a starting state anywhere the console stays as it is";
+    const Snapshot snapshot{.id = QUuid::createUuid(), .name = {}, .createdAt = currentSecond(), .channels = flat(33)};
+    snapshots.load({snapshot}, snapshot.id);
+    engine.select(bare);
+    EXPECT_EQ(shown(in1), 33);
+    engine.select(std::nullopt);
+    EXPECT_EQ(shown(in1), 33);
+}
+
+TEST_F(PassEngineTest, HiddenChannelsAreSkipped) {
+    model.modelSize = ConsoleModel::ModelSize::ch24;
+    EXPECT_EQ(engine.unsyncedChannelCount(), 33);
+    engine.select(pass({fader(0, ChannelKind::input(30), 99), fader(0, ChannelKind::input(99), 98)}));
+    arm(AutomationMode::read);
+    rollFrom(0);
+    run(1s);
+    EXPECT_EQ(shown(ChannelKind::input(30)), 0);
+    EXPECT_EQ(desk.vca(ChannelKind::input(30)), 0);
+    EXPECT_EQ(desk.vca(ChannelKind::input(24)), 50);
+}
+
+TEST_F(PassEngineTest, NullTargetsFollowSelectionPositionAndSwitch) {
+    arm(AutomationMode::read);
+    engine.setNullEnabled(true);
+    EXPECT_EQ(target(in1), std::nullopt);
+    engine.select(pass({fader(0, in1, 70), fader(0, in1, 71), fader(10, in1, 80), fader(20, in2, 300)}));
+    EXPECT_EQ(shown(in1), 0) << "no fader on screen moves";
+    EXPECT_EQ(target(in1), 71) << "no timecode: the start; the later of two events of a frame";
+    EXPECT_EQ(target(in2), 50);
+    locate(passStart + 20);
+    EXPECT_EQ(target(in1), 80);
+    EXPECT_EQ(target(in2), 127);
+    locate(passStart - 100);
+    EXPECT_EQ(target(in1), 50);
+    channel(ChannelKind::stereo()).nullTarget = 5;
+    engine.setNullEnabled(false);
+    for (ChannelState* each : model.allVisibleChannels())
+        EXPECT_EQ(each->nullTarget.value(), std::nullopt);
+}
+
+TEST_F(PassEngineTest, NullNeedsTheTimecodesFrameRate) {
+    arm(AutomationMode::read);
+    locate(passStart);
+    engine.setNullEnabled(true);
+    engine.select(pass({fader(0, in1, 70)}, 50, MTCFrameRate::fps30));
+    run(20ms);
+    EXPECT_EQ(target(in1), std::nullopt);
+    EXPECT_TRUE(engine.hasFrameRateMismatch.value());
+    engine.select(pass({fader(0, in1, 70)}));
+    run(20ms);
+    EXPECT_EQ(target(in1), 70);
+    EXPECT_FALSE(engine.hasFrameRateMismatch.value());
+}
+
+TEST_F(PassEngineTest, LeavingReadAndUpdateReleasesNull) {
+    engine.select(pass({}));
+    for (const AutomationMode mode : {AutomationMode::off, AutomationMode::write}) {
+        arm(AutomationMode::read);
+        engine.setNullEnabled(true);
+        arm(AutomationMode::update);
+        EXPECT_TRUE(engine.nullEnabled.value());
+        arm(mode);
+        EXPECT_FALSE(engine.nullEnabled.value());
+        EXPECT_EQ(target(in1), std::nullopt);
+    }
+}
+
+// ---- READ
+
+TEST_F(PassEngineTest, ReadAssertsOnceThenPlays) {
+    engine.select(pass({switches(2, in2, muted), fader(5, in1, 60), fader(40, in1, 90), switches(60, in2, {})}));
+    arm(AutomationMode::read);
+    std::map<ChannelKind, int, decltype([](ChannelKind a, ChannelKind b) { return a.id() < b.id(); })> moves;
+    desk.onVCAMoved = [&](Uptime, ChannelKind kind, int) { ++moves[kind]; };
+    rollFrom(20);
+    runTo(30);
+    EXPECT_TRUE(engine.isRolling.value());
+    for (const ChannelKind kind : desk.channels())
+        EXPECT_EQ(moves[kind], 1) << qPrintable(kind.id());
+    EXPECT_EQ(desk.vca(in1), 60);
+    EXPECT_TRUE(desk.switches(in2).chanMuted);
+    runTo(39);
+    EXPECT_EQ(desk.vca(in1), 60);
+    runTo(41);
+    EXPECT_EQ(desk.vca(in1), 90);
+    EXPECT_EQ(shown(in1), 90);
+    EXPECT_TRUE(desk.switches(in2).chanMuted);
+    runTo(61);
+    EXPECT_FALSE(desk.switches(in2).chanMuted);
+    stop();
+    EXPECT_FALSE(engine.isRolling.value());
+    EXPECT_EQ(engine.mode.value(), AutomationMode::read);
+}
+
+TEST_F(PassEngineTest, ReadChasesJumpsAndNothingElse) {
+    engine.select(pass({fader(10, in1, 60), switches(10, in2, muted), fader(100, in1, 90), switches(100, in2, {})}));
+    arm(AutomationMode::read);
+    rollFrom(0);
+    runTo(110);
+    EXPECT_EQ(desk.vca(in1), 90);
+    desk.moveFader(in3, 99); // a hand; the next assertion takes it back
+    run(20ms);
+    tape.locate(TimecodePosition::fromTotalFrames(MTCFrameRate::fps25, passStart + 20));
+    run(500ms);
+    EXPECT_EQ(desk.vca(in1), 60);
+    EXPECT_TRUE(desk.switches(in2).chanMuted);
+    EXPECT_EQ(desk.vca(in3), 50);
+    stop();
+    desk.moveFader(in3, 98);
+    locate(passStart + 110);
+    run(500ms);
+    EXPECT_EQ(desk.vca(in1), 60) << "a parked locate sends nothing";
+    EXPECT_EQ(desk.vca(in3), 98);
+    tape.play();
+    run(500ms);
+    EXPECT_EQ(desk.vca(in1), 90);
+    EXPECT_EQ(desk.vca(in3), 50);
+}
+
+TEST_F(PassEngineTest, ArmingSelectingAndChoosingADeskWhileRollingAssert) {
+    rollFrom(0);
+    runTo(10);
+    engine.select(pass({fader(5, in1, 60)}));
+    run(300ms);
+    EXPECT_EQ(desk.vca(in1), 0);
+    arm(AutomationMode::read);
+    run(300ms);
+    EXPECT_EQ(desk.vca(in1), 60);
+    engine.select(pass({fader(5, in1, 70)}));
+    run(300ms);
+    EXPECT_EQ(desk.vca(in1), 70);
+    const auto id = output.port.connectedDestinationID.value();
+    output.selectDestination(std::nullopt);
+    desk.moveFader(in1, 5);
+    run(300ms);
+    output.selectDestination(id);
+    run(300ms);
+    EXPECT_EQ(desk.vca(in1), 70);
+    engine.select(pass({fader(5, in1, 80)}, 50, MTCFrameRate::fps24));
+    run(300ms);
+    EXPECT_EQ(desk.vca(in1), 70) << "another frame rate is not played";
+    EXPECT_TRUE(engine.hasFrameRateMismatch.value());
+}
+
+TEST_F(PassEngineTest, HandsAndRecallsHoldAChannelUntilItsNextEvent) {
+    engine.select(pass({fader(50, in1, 60)}));
+    arm(AutomationMode::read);
+    rollFrom(0);
+    runTo(10);
+    desk.moveFader(in1, 20);
+    recall.recall({.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in2, .faderValue = 21}}});
+    runTo(49);
+    EXPECT_EQ(desk.vca(in1), 20);
+    EXPECT_EQ(shown(in1), 20);
+    EXPECT_EQ(desk.vca(in2), 21);
+    EXPECT_EQ(target(in2), 21);
+    runTo(52);
+    EXPECT_EQ(desk.vca(in1), 60);
+    EXPECT_EQ(shown(in1), 60);
+    EXPECT_EQ(desk.vca(in2), 21);
+}
+
+TEST_F(PassEngineTest, ADumpIsAnsweredWithTheAutomation) {
+    engine.select(pass({}));
+    arm(AutomationMode::read);
+    rollFrom(0);
+    runTo(10);
+    desk.recallScene(0);
+    run(400ms);
+    EXPECT_NE(desk.vca(in1), 50);
+    run(700ms);
+    for (const ChannelKind kind : desk.channels()) {
+        EXPECT_EQ(desk.vca(kind), 50);
+        EXPECT_EQ(desk.switches(kind), ChannelSwitches{});
+        EXPECT_EQ(shown(kind), 50);
+    }
+}
+
+TEST_F(PassEngineTest, UnderNullTheScreenIsTheHandsAndTheDeskTheAutomations) {
+    desk.moveFader(in1, 30); // the hand is known from before
+    run(10ms);
+    engine.select(pass({fader(20, in1, 60)}));
+    arm(AutomationMode::read);
+    rollFrom(0);
+    runTo(10);
+    EXPECT_EQ(shown(in1), 50);
+    engine.setNullEnabled(true);
+    EXPECT_EQ(shown(in1), 30);
+    EXPECT_EQ(target(in1), 50);
+    desk.moveFader(in1, 40);
+    run(20ms);
+    EXPECT_EQ(shown(in1), 40);
+    EXPECT_EQ(desk.vca(in1), 50) << "put back under the hand";
+    runTo(22);
+    EXPECT_EQ(shown(in1), 40);
+    EXPECT_EQ(target(in1), 60);
+    EXPECT_EQ(desk.vca(in1), 60);
+    recall.recall({.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in1, .faderValue = 21}}});
+    run(20ms);
+    EXPECT_EQ(shown(in1), 40);
+    EXPECT_EQ(target(in1), 60);
+    EXPECT_EQ(desk.vca(in1), 21);
+    engine.setNullEnabled(false);
+    EXPECT_EQ(shown(in1), 21) << "what the desk holds comes back on screen";
+    EXPECT_EQ(target(in1), std::nullopt);
+}
+
+// ---- WRITE
+
+TEST_F(PassEngineTest, WriteRecordsTheConsoleAgainstTimecode) {
+    desk.moveFader(in1, 11);
+    locate(passStart);
+    arm(AutomationMode::write);
+    run(100ms);
+    EXPECT_FALSE(engine.isRolling.value());
+    tape.play();
+    runTo(9);
+    desk.moveFader(in1, 12);
+    runTo(10);
+    desk.setSwitches(in1, muted);
+    runTo(12);
+    desk.moveFader(in1, 13);
+    run(3ms);
+    desk.moveFader(in1, 13);
+    desk.moveFader(in1, 12);
+    runTo(20);
+    screen.setFader(channel(in2), 44);
+    screen.setSwitch(channel(in2), &ChannelState::eqOn, true);
+    runTo(25);
+    recall.recall({.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in3, .faderValue = 21}}});
+    runTo(30);
+    engine.select(pass({})); // changes the screen alone
+    runTo(35);
+    output.resetChannels(model, false);
+    runTo(40);
+    EXPECT_EQ(engine.recordedEventCount.value(), 7);
+    EXPECT_EQ(take().events.size(), 0) << "the take grows elsewhere";
+    EXPECT_EQ(engine.pendingTake()->finished().events.size(), 7);
+    stop();
+    EXPECT_EQ(engine.mode.value(), AutomationMode::read);
+    const std::int64_t late = takeStart() - passStart;
+    EXPECT_NEAR(double(late), 2, 1) << "a position takes two frames to arrive";
+    EXPECT_EQ(take().frameRate, MTCFrameRate::fps25);
+    EXPECT_EQ(take().initialState->size(), 41);
+    EXPECT_EQ(take().initialState->front().faderValue, 11);
+    EXPECT_THAT(fadersOf(take(), in1),
+                ElementsAre(std::pair(9 - late, 12), std::pair(12 - late, 13), std::pair(12 - late, 12)));
+    EXPECT_THAT(mutesOf(take(), in1), ElementsAre(std::pair(10 - late, true)));
+    EXPECT_THAT(fadersOf(take(), in2), ElementsAre(std::pair(20 - late, 44)));
+    EXPECT_THAT(mutesOf(take(), in2), ElementsAre(std::pair(20 - late, false)));
+    EXPECT_THAT(fadersOf(take(), in3), ElementsAre(std::pair(25 - late, 21)));
+    EXPECT_EQ(mutesOf(take(), in3).size(), 0u) << "what does not change is no event";
+
+    const auto stored = engine.finishRecording(QString(), passes);
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(stored->name, QString());
+    EXPECT_THAT(passes.passes.value(), ElementsAre(*stored));
+    EXPECT_EQ(engine.selectedPass.value(), *stored);
+    EXPECT_FALSE(engine.recordingPass.value());
+    EXPECT_FALSE(engine.finishRecording(QStringLiteral("again"), passes));
+    EXPECT_EQ(passes.passes.value().size(), 1);
+}
+
+TEST_F(PassEngineTest, MovesBehindTheLastTimecodeAreInTheTakeOnlyWhenTheTapeRollsOn) {
+    for (const bool isDropout : {false, true}) {
+        SCOPED_TRACE(isDropout);
+        arm(AutomationMode::write);
+        rollFrom(0);
+        runTo(20);
+        desk.moveFader(in1, isDropout ? 20 : 120);
+        runTo(30);
+        service.unplug(SimulatedRecorder::portName); // the cable alone: the tape may roll on
+        if (!isDropout) tape.stop();
+        run(300ms);
+        desk.moveFader(in1, isDropout ? 30 : 130);
+        run(700ms);
+        EXPECT_FALSE(engine.isRolling.value());
+        EXPECT_EQ(engine.mode.value(), AutomationMode::read);
+        EXPECT_EQ(fadersOf(take(), in1).size(), 1u);
+        desk.moveFader(in1, isDropout ? 40 : 140);
+        run(100ms);
+        service.plug(SimulatedRecorder::portName);
+        QCoreApplication::sendPostedEvents();
+        tape.play();
+        run(500ms);
+        EXPECT_EQ(engine.isRecording(), isDropout);
+        EXPECT_EQ(engine.mode.value(), isDropout ? AutomationMode::write : AutomationMode::read);
+        stop();
+        if (!isDropout) {
+            EXPECT_EQ(fadersOf(take(), in1).size(), 1u);
+            engine.discardTake();
+            EXPECT_FALSE(engine.recordingPass.value());
+            continue;
+        }
+        const std::int64_t late = takeStart() - passStart;
+        const auto moves = fadersOf(take(), in1);
+        ASSERT_EQ(moves.size(), 3u);
+        EXPECT_EQ(moves[0].first, 20 - late);
+        EXPECT_NEAR(double(moves[1].first + late), 30.25 + 0.3 * 25, 1);
+        EXPECT_NEAR(double(moves[2].first + late), 30.25 + 1.0 * 25, 1);
+    }
+}
+
+TEST_F(PassEngineTest, WhatEndsATake) {
+    const auto jump = [this](std::int64_t offset) {
+        tape.locate(TimecodePosition::fromTotalFrames(MTCFrameRate::fps25, passStart + offset));
+    };
+    struct Case {
+        const char* name;
+        std::function<void()> end;
+        AutomationMode mode; // after it
+    };
+    const std::vector<Case> cases{
+        {"stop", [this] { tape.stop(); }, AutomationMode::read},
+        {"back", [&] { jump(10); }, AutomationMode::read},
+        {"ahead", [&] { jump(300); }, AutomationMode::read},
+        {"full frame where it is", [&] { jump(31); }, AutomationMode::read},
+        {"READ pressed", [this] { arm(AutomationMode::read); }, AutomationMode::read},
+        {"all off", [this] { arm(AutomationMode::off); }, AutomationMode::off},
+        {"New", [this] { engine.noteSessionReplaced(); }, AutomationMode::read},
+    };
+    for (const AutomationMode recording : {AutomationMode::write, AutomationMode::update})
+        for (const Case& each : cases) {
+            SCOPED_TRACE(each.name);
+            engine.select(pass({fader(35, in3, 60)}));
+            arm(recording);
+            rollFrom(0);
+            runTo(20);
+            desk.moveFader(in1, desk.vca(in1) == 100 ? 90 : 100);
+            desk.moveFader(in1, desk.vca(in1) == 100 ? 80 : 110);
+            run(50ms);
+            desk.moveFader(in1, desk.vca(in1) == 100 ? 70 : 115);
+            runTo(30);
+            EXPECT_TRUE(engine.isRecording());
+            each.end();
+            run(1s);
+            EXPECT_FALSE(engine.isRecording());
+            EXPECT_EQ(engine.mode.value(), each.mode);
+            ASSERT_TRUE(engine.recordingPass.value());
+            EXPECT_FALSE(fadersOf(take(), in1).empty());
+            arm(AutomationMode::off);
+            stop();
+            engine.discardTake();
+        }
+}
+
+TEST_F(PassEngineTest, AWaitingTakeIsStoredWhenTheNextBegins) {
+    arm(AutomationMode::write);
+    rollFrom(0);
+    runTo(10);
+    stop();
+    const AutomationPass waiting = take();
+    EXPECT_EQ(waiting.name, proposedName(waiting.createdAt));
+    engine.select(pass({}));
+    const auto selected = engine.selectedPass.value();
+    rollFrom(0); // READ: it goes on waiting
+    runTo(10);
+    stop();
+    EXPECT_EQ(take(), waiting);
+    arm(AutomationMode::write);
+    rollFrom(0);
+    runTo(10);
+    EXPECT_THAT(passes.passes.value(), ElementsAre(waiting));
+    EXPECT_EQ(engine.selectedPass.value(), selected);
+    EXPECT_NE(take().id, waiting.id);
+}
+
+// ---- UPDATE
+
+TEST_F(PassEngineTest, UpdateRidesOverThePass) {
+    desk.moveFader(in1, 70); // known hand
+    run(20ms);
+    const AutomationPass old =
+        pass({fader(10, in1, 60), fader(20, in2, 55), fader(40, in1, 90), switches(45, in1, {.eqOn = true}),
+              switches(70, in1, {.monMuted = true}), fader(60, in1, 40), fader(120, in1, 80)});
+    engine.select(old);
+    arm(AutomationMode::update);
+    rollFrom(0);
+    runTo(30);
+    EXPECT_EQ(desk.vca(in1), 60);
+    desk.moveFader(in1, 75); // five up
+    desk.moveFader(in2, 33); // unknown hand: a reference, and put back
+    run(30ms);
+    EXPECT_EQ(desk.vca(in1), 65);
+    EXPECT_EQ(shown(in1), 65);
+    EXPECT_EQ(desk.vca(in2), 55);
+    EXPECT_EQ(shown(in2), 55);
+    runTo(42);
+    EXPECT_EQ(desk.vca(in1), 95);
+    desk.setSwitches(in1, muted);
+    runTo(50);
+    EXPECT_EQ(desk.switches(in1), (ChannelSwitches{.eqOn = true, .chanMuted = true}));
+    screen.setFader(channel(in1), 127);
+    runTo(62);
+    EXPECT_EQ(desk.vca(in1), 77);
+    runTo(72);
+    EXPECT_EQ(desk.switches(in1), (ChannelSwitches{.monMuted = true, .chanMuted = true}));
+    runTo(100);
+    stop();
+    const std::int64_t end = fadersOf(take(), in1).end()[-2].first;
+    EXPECT_NEAR(double(end), 101, 1);
+    EXPECT_THAT(fadersOf(take(), in1),
+                ElementsAre(std::pair(10, 60), std::pair(30, 65), std::pair(40, 95), std::pair(50, 127),
+                            std::pair(60, 77), std::pair(end, 40), std::pair(120, 80)));
+    EXPECT_THAT(fadersOf(take(), in2), ElementsAre(std::pair(20, 55)));
+    EXPECT_THAT(mutesOf(take(), in1),
+                ElementsAre(std::pair(42, true), std::pair(45, true), std::pair(70, true), std::pair(end, false)));
+    EXPECT_EQ(take().initialState, old.initialState);
+    EXPECT_EQ(take().startTimecode, old.startTimecode);
+    EXPECT_NE(take().id, old.id);
+    EXPECT_EQ(engine.selectedPass.value(), old);
+
+    // The take waits: NULL shows the updated mix, and the old pass again once it is gone.
+    EXPECT_EQ(engine.mode.value(), AutomationMode::read);
+    engine.setNullEnabled(true);
+    EXPECT_EQ(target(in1), 77);
+    locate(passStart + 50);
+    EXPECT_EQ(target(in1), 127);
+    engine.discardTake();
+    run(20ms);
+    EXPECT_EQ(target(in1), 90);
+}
+
+TEST_F(PassEngineTest, TrimmedOutputIsClamped) {
+    struct Case {
+        int automation, ride, output;
+    };
+    for (const auto& [automation, ride, expected] : {Case{120, 20, 127}, Case{5, -9, 0}, Case{60, 7, 67}}) {
+        desk.moveFader(in1, desk.physicalFader(in1) == 64 ? 65 : 64);
+        run(20ms);
+        engine.select(pass({}, automation));
+        arm(AutomationMode::update);
+        rollFrom(0);
+        runTo(10);
+        desk.moveFader(in1, desk.physicalFader(in1) + ride);
+        runTo(20);
+        EXPECT_EQ(desk.vca(in1), expected);
+        stop();
+        engine.setNullEnabled(true);
+        EXPECT_EQ(target(in1), expected);
+        arm(AutomationMode::off);
+        engine.discardTake();
+    }
+}
+
+TEST_F(PassEngineTest, ADumpTakesItsRidesBackAndForgetsTheHands) {
+    for (const ChannelKind kind : desk.channels()) {
+        desk.moveFader(kind, 64);
+        run(100ms); // hands, no dump
+    }
+    engine.select(pass({fader(100, in2, 77)}));
+    arm(AutomationMode::update);
+    rollFrom(0);
+    runTo(10);
+    desk.moveFader(in3, 74); // a true ride
+    runTo(40);
+    desk.recallScene(0);
+    run(1200ms);
+    for (const ChannelKind kind : desk.channels()) {
+        EXPECT_EQ(desk.vca(kind), kind == in3 ? 60 : 50) << qPrintable(kind.id());
+        EXPECT_EQ(desk.switches(kind), ChannelSwitches{});
+    }
+    desk.moveFader(in1, 90); // the first after the dump is a reference again
+    run(100ms);
+    EXPECT_EQ(desk.vca(in1), 50);
+    runTo(110);
+    stop();
+    EXPECT_THAT(fadersOf(take(), in1), ElementsAre());
+    EXPECT_THAT(fadersOf(take(), in2), ElementsAre(std::pair(100, 77)));
+    EXPECT_EQ(fadersOf(take(), in3).front(), std::pair(std::int64_t(10), 60));
+    for (const TimedEvent& event : take().events)
+        EXPECT_TRUE(event.kind == in2 || event.kind == in3) << qPrintable(event.kind.id());
+}
+
+} // namespace
+} // namespace tessik::test
