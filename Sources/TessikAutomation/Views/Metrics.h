@@ -49,6 +49,12 @@ inline constexpr int minTickSpacing = 4; ///< closer marks are left out
 inline constexpr int minLabelSpacing = 10;
 inline constexpr int dragThreshold = 3; ///< a click that moves less leaves a fader where it is
 
+// ---- knobs and short faders
+inline constexpr int knobDiameter = 27;
+inline constexpr int knobLegendHeight = 11;
+inline constexpr int miniCapHeight = 12;
+inline constexpr int miniFaderScaleWidth = 16;
+
 // ---- lamps
 inline constexpr int lampWidth = 10;
 inline constexpr int lampHeight = 3;

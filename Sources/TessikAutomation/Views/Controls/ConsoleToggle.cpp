@@ -68,7 +68,7 @@ QRect ConsoleToggle::movingRect(const QRect& rect, const ControlValue&) const {
     return rect.adjusted(-glowReach - 1, -glowReach - 1, glowReach + 1, glowReach + 1);
 }
 
-std::optional<double> ConsoleToggle::keyed(int key, double) const {
+std::optional<double> ConsoleToggle::keyed(int key, bool, double) const {
     if (key == Qt::Key_Up) return 1;
     if (key == Qt::Key_Down) return 0;
     return std::nullopt;

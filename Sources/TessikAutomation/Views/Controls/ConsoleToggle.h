@@ -16,7 +16,7 @@ public:
 
     Operation operation() const override { return Operation::click; }
     double clicked(double number) const override { return number == 0 ? 1 : 0; }
-    std::optional<double> keyed(int key, double number) const override;
+    std::optional<double> keyed(int key, bool fine, double number) const override;
 
     QAccessible::Role role() const override { return QAccessible::CheckBox; }
     QString valueText(const ControlValue& value) const override;

@@ -29,10 +29,13 @@ public:
     const QString& name(int control) const { return _bindings[std::size_t(control)].name; }
     ControlValue value(int control) const { return _bindings[std::size_t(control)].read(); }
     QString valueText(int control) const { return view(control).valueText(value(control)); }
-    QRect controlRect(int control) const { return _kind.controls[std::size_t(control)].place(size()); }
+    /// In pixels of the widget.
+    QRect controlRect(int control) const { return toWidget(place(control)); }
     bool isOperable(int control) const;
     /// Operates the control: the value goes where a hand's would.
     void setNumber(int control, double number);
+    /// Opens a field for typing the control's value, where one can be typed, with `text` to begin with.
+    void editValue(int control, const QString& text);
 
     int controlAt(QPoint position) const; ///< -1 for none
     int focusedControl() const { return hasFocus() ? _focused : -1; }
@@ -48,6 +51,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -55,6 +60,12 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    // The geometry of views is in units of the panel, which the zoom makes larger or smaller than pixels.
+    QSize panelSize() const;
+    QRect place(int control) const { return _kind.controls[std::size_t(control)].place(panelSize()); }
+    QRect toWidget(const QRect& inPanel) const;
+    QPointF toPanel(QPointF inWidget) const { return inWidget / _drawing.zoom.value(); }
+
     void noteChange(int control);
     void announce(int control);
     void announceDue();
@@ -63,6 +74,10 @@ private:
     void showToolTip(QPoint position, QPoint globalPosition);
     int nextOperable(int from, int step) const;
     ControlState state(int control) const;
+    void beginGesture(int control);
+    void continueGesture(int control);
+    void showMoving(int control);
+    void reset(int control);
     void paintFocus(Canvas& canvas) const;
 
     const PanelKind& _kind;
@@ -78,7 +93,12 @@ private:
     int _pressed = -1;
     bool _pressedInside = false;
     bool _dragging = false;
-    QPointF _pressedAt;
+    ControlView::Drag _drag; ///< in units of the panel
+    int _moving = -1;        ///< shows its value
+    QTimer _movingTimer;
+    std::uint64_t _gesture = 0; ///< the changes of one are one step of the history
+    int _gestureControl = -1;
+    Uptime _gestureAt{};
 
     ValueAnnouncer _announcer;
     QTimer _announceTimer;

@@ -111,7 +111,8 @@ ControlHostAccessible::ControlHostAccessible(ControlHost& host)
     : QAccessibleWidget(&host, QAccessible::Grouping, host.accessibleName()), _host(host) {}
 
 ControlHostAccessible::~ControlHostAccessible() {
-    for (const QAccessible::Id id : _children) QAccessible::deleteAccessibleInterface(id);
+    for (const QAccessible::Id id : _children)
+        QAccessible::deleteAccessibleInterface(id);
 }
 
 void ControlHostAccessible::announceValue(ControlHost& host, int control) {

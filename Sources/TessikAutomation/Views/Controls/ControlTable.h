@@ -3,6 +3,7 @@
 #include "TessikAutomation/Views/Controls/ControlView.h"
 
 #include <QPropertyNotifier>
+#include <QUndoStack>
 
 #include <functional>
 #include <memory>
@@ -17,6 +18,8 @@ struct ControlBinding {
     std::function<void(double)> write; ///< empty where the control only shows
     /// The observers that call `changed` after a property behind `read` was written.
     std::function<std::vector<QPropertyNotifier>(std::function<void()> changed)> watch;
+    QUndoStack* history = nullptr; ///< where the hand's changes can be taken back; null for nowhere
+    QString undoText;              ///< what they are called there: "HI MID gain, channel 5"
 };
 
 /// Observers on several properties, for `ControlBinding::watch`.
@@ -50,14 +53,16 @@ struct ControlTable {
     std::vector<std::function<ControlBinding(const Subject&)>> bindings; ///< as `kind.controls`
 
     template <typename View>
-    void add(QString id, View view, std::function<QRect(QSize)> place, std::function<ControlBinding(const Subject&)> bind) {
+    void add(QString id, View view, std::function<QRect(QSize)> place,
+             std::function<ControlBinding(const Subject&)> bind) {
         kind.controls.push_back({std::move(id), std::make_unique<const View>(std::move(view)), std::move(place)});
         bindings.push_back(std::move(bind));
     }
     std::vector<ControlBinding> bind(const Subject& subject) const {
         std::vector<ControlBinding> bound;
         bound.reserve(bindings.size());
-        for (const auto& binding : bindings) bound.push_back(binding(subject));
+        for (const auto& binding : bindings)
+            bound.push_back(binding(subject));
         return bound;
     }
 };

@@ -20,6 +20,7 @@ struct ControlState {
     ControlValue value;
     bool pressed = false;
     bool hovered = false;
+    bool moving = false; ///< a hand is at it, or was a moment ago
 };
 
 /// How one control looks and reacts. Holds no value and knows no widget: one object serves every strip of a kind.
@@ -42,10 +43,21 @@ public:
     virtual Operation operation() const { return Operation::none; }
     /// The number after a click.
     virtual double clicked(double number) const { return number; }
-    /// The number at a place of the pointer while it drags.
-    virtual double dragged(const QRect& /*rect*/, QPointF /*pointer*/, double number) const { return number; }
+    struct Drag {
+        QPointF from, to;
+        double startNumber;
+    };
+    /// The number while the pointer drags.
+    virtual double dragged(const QRect& /*rect*/, const Drag& drag) const { return drag.startNumber; }
     /// The number after a key; none for a key that is not the control's. Left, Right, Space and Return never are.
-    virtual std::optional<double> keyed(int /*key*/, double /*number*/) const { return std::nullopt; }
+    virtual std::optional<double> keyed(int /*key*/, bool /*fine*/, double /*number*/) const { return std::nullopt; }
+    /// The number after a turn of the wheel, 10 a notch; none where the wheel is not the control's.
+    virtual std::optional<double> wheeled(double /*delta*/, double /*number*/) const { return std::nullopt; }
+    /// Where a double click puts the control; none where it has no such place.
+    virtual std::optional<double> defaultNumber() const { return std::nullopt; }
+    /// The number that a text means; none where it means none, or nothing can be typed.
+    virtual std::optional<double> typed(const QString& /*text*/) const { return std::nullopt; }
+    virtual bool takesTyping() const { return false; }
 
     virtual QAccessible::Role role() const = 0;
     /// The value as it is read out: "-3.2 dB", "on".

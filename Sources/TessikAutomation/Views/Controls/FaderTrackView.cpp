@@ -100,7 +100,8 @@ void FaderTrackView::paintScale(Canvas& canvas, const QRect& rect) const {
         for (const double other : taken)
             if (std::abs(other - y) < Metrics::minLabelSpacing) return;
         taken.push_back(y);
-        const QRect box = canvas.px(QRectF(rect.x(), y - 6, x - Metrics::grooveGap - qRound(scaleWidth * 0.4) - 4 - rect.x(), 12));
+        const QRect box =
+            canvas.px(QRectF(rect.x(), y - 6, x - Metrics::grooveGap - qRound(scaleWidth * 0.4) - 4 - rect.x(), 12));
         const QColor color = zero ? look.tints.scaleZero : withAlpha(look.tints.legend, 0.85);
         Type::draw(painter, box, Qt::AlignRight, Type::typeset(mark.label), zero ? zeroFont : font, color);
     };
@@ -127,9 +128,8 @@ void FaderTrackView::paintMoving(Canvas& canvas, const QRect& rect, const Contro
     const double centre = centreY(rect, std::clamp(state.value.number, 0.0, maxValue) / maxValue);
     const QPoint at(canvas.px(capRect(rect, 0).x()), qRound(centre * canvas.scale - size.height() / 2.0));
     const QColor line = canvas.look.tints.*accentTint;
-    canvas.sprite(&capSprite, line.rgb(), at - inner, whole, [&](QPainter& painter) {
-        Parts::faderCap(painter, QRect(inner, size), canvas.scale, line);
-    });
+    canvas.sprite(&capSprite, line.rgb(), at - inner, whole,
+                  [&](QPainter& painter) { Parts::faderCap(painter, QRect(inner, size), canvas.scale, line); });
 }
 
 QRect FaderTrackView::movingRect(const QRect& rect, const ControlValue& value) const {
@@ -140,9 +140,9 @@ QRect FaderTrackView::focusRect(const QRect& rect, const ControlValue& value) co
     return capRect(rect, value.number).adjusted(-3, -3, 3, 3);
 }
 
-double FaderTrackView::dragged(const QRect& rect, QPointF pointer, double) const { return valueAt(rect, pointer.y()); }
+double FaderTrackView::dragged(const QRect& rect, const Drag& drag) const { return valueAt(rect, drag.to.y()); }
 
-std::optional<double> FaderTrackView::keyed(int key, double number) const {
+std::optional<double> FaderTrackView::keyed(int key, bool, double number) const {
     const auto moved = [number](double by) { return std::clamp(number + by, 0.0, maxValue); };
     switch (key) {
     case Qt::Key_Up: return moved(1);

@@ -36,8 +36,8 @@ public:
     QRect focusRect(const QRect& rect, const ControlValue& value) const override;
 
     Operation operation() const override { return Operation::drag; }
-    double dragged(const QRect& rect, QPointF pointer, double number) const override;
-    std::optional<double> keyed(int key, double number) const override;
+    double dragged(const QRect& rect, const Drag& drag) const override;
+    std::optional<double> keyed(int key, bool fine, double number) const override;
 
     QAccessible::Role role() const override { return QAccessible::Slider; }
     QString valueText(const ControlValue& value) const override;

@@ -8,7 +8,9 @@
 namespace tessik {
 
 PanelButton::PanelButton(const QString& legend, Symbol symbol, DrawingContext& drawing, QWidget* parent)
-    : QAbstractButton(parent), _symbol(std::move(symbol)), _drawing(drawing),
+    : QAbstractButton(parent),
+      _symbol(std::move(symbol)),
+      _drawing(drawing),
       _lookObserver(drawing.look.addNotifier([this] { update(); })) {
     setText(legend);
     setFocusPolicy(Qt::TabFocus);
@@ -30,8 +32,8 @@ void PanelButton::paintEvent(QPaintEvent*) {
     const QPointF centre(key.center().x() + 0.5, key.y() + key.height() * 0.38);
     _symbol(painter, QRectF(centre - QPointF(side, side) / 2, QSizeF(side, side)), look.tints.legend);
     const QRect legend(key.x(), key.bottom() - canvas.px(15), key.width(), canvas.px(12));
-    Type::draw(painter, legend, Qt::AlignHCenter, text(), Type::font(8 * canvas.scale, QFont::DemiBold, 0.5 * canvas.scale),
-               look.tints.legend);
+    Type::draw(painter, legend, Qt::AlignHCenter, text(),
+               Type::font(8 * canvas.scale, QFont::DemiBold, 0.5 * canvas.scale), look.tints.legend);
     if (!hasFocus()) return;
     painter.setPen(QPen(look.tints.focusRing, canvas.line(2)));
     painter.setBrush(Qt::NoBrush);

@@ -3,14 +3,15 @@
 namespace tessik {
 
 Canvas DrawingContext::canvas(QPainter& painter, qreal devicePixelRatio) {
-    if (_drawnLook != look.value() || _drawnRatio != devicePixelRatio) {
+    const qreal scale = devicePixelRatio * zoom;
+    if (_drawnLook != look.value() || _drawnScale != scale) {
         _layers.clear();
         _sprites.clear();
         _drawnLook = look;
-        _drawnRatio = devicePixelRatio;
+        _drawnScale = scale;
     }
     painter.scale(1 / devicePixelRatio, 1 / devicePixelRatio);
-    return Canvas(painter, devicePixelRatio, *_drawnLook, *this);
+    return Canvas(painter, scale, *_drawnLook, *this);
 }
 
 } // namespace tessik

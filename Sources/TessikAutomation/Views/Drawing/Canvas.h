@@ -31,7 +31,7 @@ public:
         : painter(painterInDevicePixels), scale(devicePixelRatio), look(drawnLook), _context(context) {}
 
     QPainter& painter;
-    const qreal scale; ///< device pixels a logical one
+    const qreal scale; ///< device pixels a unit of the views' geometry
     const Look& look;
 
     int px(qreal logical) const { return qRound(logical * scale); }
@@ -54,9 +54,11 @@ private:
 class DrawingContext {
 public:
     QProperty<const Look*> look{&Look::of(ColorScheme::dark)};
+    /// Logical pixels that a unit of the views' geometry takes.
+    QProperty<qreal> zoom{1};
 
-    /// A canvas on a painter of a widget, whose unit becomes the device pixel. Pictures drawn for another look or
-    /// pixel ratio are forgotten.
+    /// A canvas on a painter of a widget, whose unit becomes the device pixel. Pictures drawn for another look,
+    /// pixel ratio or zoom are forgotten.
     Canvas canvas(QPainter& painter, qreal devicePixelRatio);
 
     /// The static layer of a kind of panel; the one of another size is forgotten.
@@ -85,7 +87,7 @@ private:
     }
 
     const Look* _drawnLook = nullptr;
-    qreal _drawnRatio = 0;
+    qreal _drawnScale = 0;
     QHash<const void*, QPixmap> _layers;
     QHash<SpriteKey, QPixmap> _sprites;
 };

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QUndoCommand>
+
+#include <functional>
+
+namespace tessik {
+
+/// A change of one control that can be taken back. The changes of one gesture of the hand are one.
+class ControlEdit final : public QUndoCommand {
+public:
+    /// Two changes of equal `gesture` and `control` are one.
+    ControlEdit(const QString& what, std::function<void(double)> write, double before, double after,
+                const void* control, std::uint64_t gesture)
+        : QUndoCommand(what),
+          _write(std::move(write)),
+          _before(before),
+          _after(after),
+          _control(control),
+          _gesture(gesture) {}
+
+    void undo() override { _write(_before); }
+    void redo() override { _write(_after); }
+    int id() const override { return 1; }
+    bool mergeWith(const QUndoCommand* other) override {
+        const auto* next = dynamic_cast<const ControlEdit*>(other);
+        if (!next || next->_control != _control || next->_gesture != _gesture) return false;
+        _after = next->_after;
+        setObsolete(_after == _before);
+        return true;
+    }
+
+private:
+    std::function<void(double)> _write;
+    double _before;
+    double _after;
+    const void* _control;
+    std::uint64_t _gesture;
+};
+
+} // namespace tessik

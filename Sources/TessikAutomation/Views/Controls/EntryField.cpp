@@ -1,0 +1,36 @@
+#include "TessikAutomation/Views/Controls/EntryField.h"
+
+#include <QKeyEvent>
+
+namespace tessik {
+
+bool EntryField::event(QEvent* event) {
+    // Before Qt takes Tab for itself.
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
+            event->accept();
+            Q_EMIT moved(key == Qt::Key_Tab);
+            return true;
+        }
+    }
+    return QLineEdit::event(event);
+}
+
+void EntryField::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter: Q_EMIT kept(); break;
+    case Qt::Key_Escape: Q_EMIT dropped(); break;
+    default: QLineEdit::keyPressEvent(event);
+    }
+    event->accept();
+}
+
+void EntryField::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    // A menu of the field itself, or a window over this one, is not elsewhere.
+    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) Q_EMIT left();
+}
+
+} // namespace tessik

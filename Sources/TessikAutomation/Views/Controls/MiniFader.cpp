@@ -1,0 +1,96 @@
+#include "TessikAutomation/Views/Controls/MiniFader.h"
+
+#include "TessikAutomation/Views/Drawing/Parts.h"
+#include "TessikAutomation/Views/Drawing/Type.h"
+
+#include <QLinearGradient>
+
+namespace tessik {
+namespace {
+
+constexpr int capWidth = 20;
+constexpr int shadow = 5;
+constexpr char capSprite = 0; // its address names the caps, which short faders share
+
+QRect legendRect(const QRect& rect) {
+    return {rect.x(), rect.bottom() + 1 - Metrics::knobLegendHeight, rect.width(), Metrics::knobLegendHeight};
+}
+
+void paintCap(QPainter& painter, const QRect& cap, qreal u, const QColor& line) {
+    const int hair = std::max(1, qRound(u));
+    Parts::dropShadow(painter, QRectF(cap).adjusted(0, 2 * u, u, 2 * u), 2 * u, 4 * u, 0.6);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(8, 8, 8));
+    painter.drawRoundedRect(QRectF(cap), 2 * u, 2 * u);
+    const QRect body = cap.adjusted(hair, hair, -hair, -hair);
+    QLinearGradient face(body.topLeft(), body.bottomLeft());
+    face.setColorAt(0, QColor(112, 112, 113));
+    face.setColorAt(0.42, QColor(52, 52, 53));
+    face.setColorAt(0.58, QColor(66, 66, 67));
+    face.setColorAt(1, QColor(34, 34, 35));
+    painter.fillRect(body, face);
+    painter.fillRect(QRect(body.x(), body.y(), body.width(), hair), QColor(255, 255, 255, 90));
+    const int y = cap.y() + (cap.height() - hair) / 2;
+    painter.fillRect(QRect(body.x(), y - hair, body.width(), 3 * hair), QColor(8, 8, 8));
+    painter.fillRect(QRect(body.x(), y, body.width(), hair), line);
+}
+
+} // namespace
+
+QRect MiniFader::trackRect(const QRect& rect) const {
+    const int width = scaleWidth + capWidth;
+    const int x = rect.x() + (rect.width() - width) / 2 + scaleWidth;
+    return {x, rect.y() + 2, capWidth, rect.height() - Metrics::knobLegendHeight - 4};
+}
+
+double MiniFader::centreY(const QRect& rect, double position) const {
+    const QRect track = trackRect(rect);
+    return track.y() + track.height() - capHeight / 2.0 - (track.height() - capHeight) * position;
+}
+
+QRectF MiniFader::capRect(const QRect& rect, double value) const {
+    const double centre = centreY(rect, travel.position(value));
+    return {double(trackRect(rect).x()), centre - capHeight / 2.0, double(capWidth), double(capHeight)};
+}
+
+void MiniFader::paintStatic(Canvas& canvas, const QRect& rect) const {
+    const QRect track = trackRect(rect);
+    const QFont font = Type::font(8 * canvas.scale, QFont::Medium);
+    for (const Mark& mark : marks) {
+        const double y = centreY(rect, mark.fraction);
+        const int top = canvas.px(y) - canvas.line() / 2;
+        canvas.painter.fillRect(QRect(canvas.px(track.x() - 1), top, canvas.px(5), canvas.line()),
+                                canvas.look.palette.tickColor);
+        Type::draw(canvas.painter, canvas.px(QRectF(rect.x() - 4, y - 5, track.x() - 4 - rect.x() + 4, 10)),
+                   Qt::AlignRight, mark.label, font, canvas.look.tints.legend);
+    }
+    const QRectF groove(track.x() + (capWidth - trackWidth) / 2.0, track.y() + 2, trackWidth, track.height() - 4);
+    const QColor floor = canvas.look.isDark() ? QColor(12, 12, 12) : QColor(58, 55, 52);
+    Parts::recess(canvas.painter, canvas.px(groove), canvas.scale, floor, trackWidth / 2.0 * canvas.scale, canvas.look);
+    paintLegend(canvas, legendRect(rect));
+}
+
+void MiniFader::paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const {
+    const QRectF cap = capRect(rect, state.value.number);
+    const QSize size = canvas.px(QRectF(0, 0, capWidth, capHeight)).size();
+    const int reach = canvas.px(shadow);
+    const QPoint at(canvas.px(cap.x()), canvas.px(cap.y()));
+    canvas.sprite(&capSprite, tint.rgb(), at - QPoint(reach, reach), size + 2 * QSize(reach, reach),
+                  [&](QPainter& painter) { paintCap(painter, QRect(QPoint(reach, reach), size), canvas.scale, tint); });
+    if (state.moving) paintValue(canvas, legendRect(rect).adjusted(0, -2, 0, 1), state.value.number);
+}
+
+QRect MiniFader::movingRect(const QRect& rect, const ControlValue&) const { return rect.adjusted(-2, -4, 2, 2); }
+
+QRect MiniFader::focusRect(const QRect& rect, const ControlValue& value) const {
+    return capRect(rect, value.number).toAlignedRect().adjusted(-3, -3, 3, 3);
+}
+
+double MiniFader::dragged(const QRect& rect, const Drag& drag) const {
+    const QRect track = trackRect(rect);
+    const int way = track.height() - capHeight;
+    if (way <= 0) return drag.startNumber;
+    return travel.valueUnderHand(1 - (drag.to.y() - track.y() - capHeight / 2.0) / way);
+}
+
+} // namespace tessik

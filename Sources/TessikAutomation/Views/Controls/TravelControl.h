@@ -1,0 +1,34 @@
+#pragma once
+
+#include "TessikAutomation/Views/Controls/ControlView.h"
+#include "TessikAutomation/Views/Controls/Travel.h"
+
+namespace tessik {
+
+/// What knobs and short faders have in common: a way between two ends, turned by keys, wheel and typing.
+class TravelControl : public ControlView {
+public:
+    TravelControl(QString legend, Travel way) : title(std::move(legend)), travel(std::move(way)) {}
+
+    QString title;
+    Travel travel;
+
+    Operation operation() const override { return Operation::drag; }
+    std::optional<double> keyed(int key, bool fine, double number) const override {
+        return travel.keyed(key, fine, number);
+    }
+    std::optional<double> wheeled(double delta, double number) const override { return travel.wheeled(delta, number); }
+    std::optional<double> defaultNumber() const override { return travel.defaultValue; }
+    bool takesTyping() const override { return true; }
+    std::optional<double> typed(const QString& text) const override { return travel.typed(text); }
+
+    QString valueText(const ControlValue& value) const override { return travel.text(value.number); }
+    Range range() const override { return {travel.min, travel.max, travel.step()}; }
+
+protected:
+    /// The value on a small display, in `rect` of the panel.
+    void paintValue(Canvas& canvas, const QRect& rect, double number) const;
+    void paintLegend(Canvas& canvas, const QRect& rect) const;
+};
+
+} // namespace tessik
