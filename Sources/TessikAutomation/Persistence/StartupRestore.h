@@ -1,13 +1,15 @@
 #pragma once
 
 #include "TessikAutomation/MIDI/MIDIOutputManager.h"
+#include "TessikAutomation/MIDI/TransportManager.h"
 #include "TessikKit/MIDI/MIDIInputConnection.h"
 
 namespace tessik {
 
 /// Selects the remembered ports, each only where it is listed at this moment, and sets the remembered channel.
 /// Once, at the start.
-void restoreMIDIConnections(MIDIInputConnection& console, MIDIOutputManager& output);
+void restoreMIDIConnections(MIDIInputConnection& console, MIDIOutputManager& output, MIDIInputConnection& timecode,
+                            TransportManager& transport);
 
 /// Sets the remembered console size.
 void restoreModelSize(ConsoleModel& consoleModel);

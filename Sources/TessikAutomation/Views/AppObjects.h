@@ -1,8 +1,10 @@
 #pragma once
 
 #include "TessikAutomation/MIDI/DeskEditor.h"
+#include "TessikAutomation/MIDI/TransportManager.h"
 #include "TessikAutomation/Views/Theme/ThemeStore.h"
 #include "TessikKit/MIDI/MIDIManager.h"
+#include "TessikKit/MIDI/MTCClock.h"
 
 namespace tessik {
 
@@ -13,6 +15,8 @@ struct AppObjects {
     MIDIManager& midiManager;
     MIDIOutputManager& midiOutput;
     DeskEditor& deskEditor;
+    MTCClock& mtcClock;
+    TransportManager& transport;
 };
 
 } // namespace tessik

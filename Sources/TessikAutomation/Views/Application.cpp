@@ -1,8 +1,12 @@
 #include "TessikAutomation/Views/Application.h"
 
 #include "TessikAutomation/Persistence/StartupRestore.h"
+#include "TessikAutomation/Views/Session/SessionMenu.h"
 
+#include <QApplication>
+#include <QDir>
 #include <QLoggingCategory>
+#include <QMenuBar>
 #include <QScreen>
 
 namespace tessik {
@@ -34,11 +38,37 @@ std::optional<std::int32_t> portNamed(const Ports& ports, const QString& name) {
 
 } // namespace
 
-Application::Application(MIDIService& service)
+/// Asks before the main window closes, and ends the program with it: the rig's window does not keep it alive.
+class Application::CloseQuestion final : public QObject {
+public:
+    explicit CloseQuestion(Application& application) : _application(application) {
+        application.window.installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::Close) return false;
+        if (!_application.session.prepareToQuit()) {
+            event->ignore();
+            return true;
+        }
+        QApplication::quit();
+        return false;
+    }
+
+private:
+    Application& _application;
+};
+
+Application::Application(MIDIService& service, const QString& recoveryRoot)
     : midiOutput(service),
+      mtcClock(service, QStringLiteral("TessikAutomation Timecode")),
+      passEngine(consoleModel, mtcClock, midiOutput, snapshots),
+      transport(service),
       midiManager(service, consoleModel, QStringLiteral("TessikAutomation")),
-      deskEditor(midiOutput),
-      window({theme, consoleModel, midiManager, midiOutput, deskEditor}) {
+      deskEditor(consoleModel, midiOutput),
+      snapshotRecall(consoleModel, manualSettings, midiOutput),
+      window({theme, consoleModel, midiManager, midiOutput, deskEditor, mtcClock, transport}),
+      dialogs(window),
+      session({snapshots, passes, manualSettings, channelLabels, masterSection, locators}, dialogs, recoveryRoot) {
     midiOutput.setupClient();
     midiOutput.refreshDestinations();
     if (const auto rate = SavedSettings::midiOutMessagesPerSecond()) midiOutput.setMessagesPerSecond(*rate);
@@ -47,20 +77,68 @@ Application::Application(MIDIService& service)
     midiManager.onControlChange = [this](Uptime stamp, int cc, int value) {
         midiOutput.noteReceived(stamp, cc, value);
     };
-    _dataLost = midiManager.connection.dataLostCount.addNotifier([this] {
+    _observers.push_back(midiManager.connection.dataLostCount.addNotifier([this] {
         window.showBanner(QStringLiteral("MIDI In dropped messages: the screen and the desk may differ. Recall a scene "
                                          "on the desk to hear every value again."));
-    });
+    }));
+
+    passEngine.onTakeSuperseded = [this](const AutomationPass& take) { passes.save(take); };
+    session.pendingTake = [this] { return passEngine.pendingTake(); };
+    session.storePendingTake = [this] {
+        if (const auto take = passEngine.recordingPass.value()) passEngine.finishRecording(take->name, passes);
+    };
+    session.onSessionLoaded = [this] {
+        passEngine.noteSessionReplaced();
+        snapshotRecall.recallDefault(snapshots);
+    };
+
+    QApplication::setQuitOnLastWindowClosed(false);
+    _closeQuestion = std::make_unique<CloseQuestion>(*this);
+    new SessionDrop(session, window);
+    buildMenus();
+    const auto show = [this] { showTitle(); };
+    _observers.push_back(session.fileURL.addNotifier(show));
+    _observers.push_back(session.hasUnsavedChanges.addNotifier(show));
+    _observers.push_back(session.isSaving.addNotifier(show));
+    showTitle();
 }
 
 Application::~Application() = default;
 
-void Application::restorePorts() { restoreMIDIConnections(midiManager.connection, midiOutput); }
+void Application::buildMenus() {
+    auto* file = new SessionMenu(session, &window);
+    window.menuBar()->addMenu(file);
+    file->addAction(QStringLiteral("Se&ttings…"), &window, &MainWindow::openSettings);
+    file->addAction(QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")), &window, [this] { quit(); });
+}
+
+void Application::showTitle() {
+    const bool changed = session.hasUnsavedChanges.value();
+    window.setWindowTitle(session.displayName() + QStringLiteral("[*]"));
+    window.setWindowModified(changed);
+    window.setSessionTitle(session.displayName(), session.isSaving.value()  ? QStringLiteral("saving…")
+                                                  : changed                 ? QStringLiteral("edited")
+                                                  : session.fileURL.value() ? QStringLiteral("saved")
+                                                                            : QStringLiteral("new session"));
+}
+
+void Application::quit() { window.close(); }
+
+void Application::restorePorts() {
+    restoreMIDIConnections(midiManager.connection, midiOutput, mtcClock.connection, transport);
+}
 
 void Application::connectToRig() {
-    const QString desk = SimulatedConsole::portName();
-    midiManager.connection.selectSource(portNamed(midiManager.connection.availableSources.value(), desk));
-    midiOutput.selectDestination(portNamed(midiOutput.port.availableDestinations.value(), desk));
+    const auto source = [](MIDIInputConnection& connection, const QString& name) {
+        connection.selectSource(portNamed(connection.availableSources.value(), name));
+    };
+    const auto destination = [](MIDIDestinationPort& port, const QString& name) {
+        port.selectDestination(portNamed(port.availableDestinations.value(), name));
+    };
+    source(midiManager.connection, SimulatedConsole::portName());
+    destination(midiOutput.port, SimulatedConsole::portName());
+    source(mtcClock.connection, SimulatedRecorder::portName);
+    destination(transport.port, SimulatedRecorder::portName);
 }
 
 void Application::offerRig(const QString& why, std::function<void()> accept) {
@@ -74,6 +152,11 @@ void Application::showWindow() {
     window.show();
     window.raise();
     window.activateWindow();
+}
+
+QString recoveryFolder() {
+    const QString state = qEnvironmentVariable("XDG_STATE_HOME", QDir::homePath() + QStringLiteral("/.local/state"));
+    return state + QStringLiteral("/tessik-automation/recovery");
 }
 
 } // namespace tessik

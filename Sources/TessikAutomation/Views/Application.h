@@ -1,7 +1,10 @@
 #pragma once
 
+#include "TessikAutomation/Automation/PassEngine.h"
+#include "TessikAutomation/Session/SessionController.h"
+#include "TessikAutomation/Snapshots/SnapshotRecall.h"
+#include "TessikAutomation/Views/Session/WidgetSessionDialogs.h"
 #include "TessikAutomation/Views/Window/MainWindow.h"
-#include "TessikKit/MIDI/MTCClock.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
 #include "TessikRig/SimulatedConsole.h"
 #include "TessikRig/SimulatedRecorder.h"
@@ -18,16 +21,28 @@ struct Rig {
 /// Everything that lives for the whole run, made once and in this order, and the main window on it.
 class Application {
 public:
-    /// `service` outlives the application.
-    explicit Application(MIDIService& service);
+    /// `service` outlives the application. `recoveryRoot` is the folder of recovery files.
+    Application(MIDIService& service, const QString& recoveryRoot);
     ~Application();
 
     ThemeStore theme;
     ConsoleModel consoleModel;
     MIDIOutputManager midiOutput;
+    MTCClock mtcClock;
+    SnapshotStore snapshots;
+    PassStore passes;
+    ManualSettingsStore manualSettings;
+    ChannelLabelStore channelLabels;
+    MasterSectionStore masterSection;
+    LocatorStore locators;
+    PassEngine passEngine;
+    TransportManager transport;
     MIDIManager midiManager;
     DeskEditor deskEditor;
+    SnapshotRecall snapshotRecall;
     MainWindow window;
+    WidgetSessionDialogs dialogs;
+    SessionController session;
 
     /// Chooses the ports that this machine remembers, where they are there.
     void restorePorts();
@@ -37,9 +52,19 @@ public:
     void offerRig(const QString& why, std::function<void()> accept);
     /// Puts the window on its screen, inset by 80 pixels on every side, and activates it.
     void showWindow();
+    /// Closes the window and ends the program, where nothing is lost or the user agrees.
+    void quit();
 
 private:
-    QPropertyNotifier _dataLost;
+    void buildMenus();
+    void showTitle();
+
+    class CloseQuestion;
+    std::unique_ptr<CloseQuestion> _closeQuestion;
+    std::vector<QPropertyNotifier> _observers;
 };
+
+/// Where recovery files are kept: the user's state folder.
+QString recoveryFolder();
 
 } // namespace tessik

@@ -6,6 +6,7 @@
 #include "TessikKit/MIDI/ALSA/ALSAMIDIService.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -19,31 +20,40 @@ namespace {
 constexpr int restartWithRig = 1000;
 
 int runTour(const CommandLine& line) {
-    const QTemporaryDir settings; // a tour leaves the user's own settings alone
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
+    const QTemporaryDir own; // a tour leaves the user's own settings and recovery files alone
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, own.path());
     Rig rig;
-    Application application(rig.service);
+    Application application(rig.service, own.path());
     return Tour(application, rig, line.tourFolder).run();
 }
 
-int runOnRig() {
-    Rig rig;
-    Application application(rig.service);
-    RigWindow rigWindow(rig.desk);
-    application.connectToRig();
+/// What every start does once the window is there.
+int begin(Application& application, const CommandLine& line) {
     application.showWindow();
-    rigWindow.show();
+    application.session.offerRecovery();
+    if (!line.sessionFile.isEmpty())
+        application.session.open(QUrl::fromLocalFile(QFileInfo(line.sessionFile).absoluteFilePath()));
     return QApplication::exec();
 }
 
-int runOnSequencer() {
+int runOnRig(const CommandLine& line) {
+    Rig rig;
+    Application application(rig.service, recoveryFolder());
+    RigWindow rigWindow(rig.desk);
+    application.connectToRig();
+    rigWindow.show();
+    return begin(application, line);
+}
+
+int runOnSequencer(const CommandLine& line) {
     ALSAMIDIService service;
-    Application application(service);
+    Application application(service, recoveryFolder());
     application.restorePorts();
-    application.showWindow();
     if (const auto problem = ALSAMIDIService::problem())
-        application.offerRig(*problem, [] { QApplication::exit(restartWithRig); });
-    return QApplication::exec();
+        application.offerRig(*problem, [&application] {
+            if (application.session.prepareToQuit()) QApplication::exit(restartWithRig);
+        });
+    return begin(application, line);
 }
 
 } // namespace
@@ -69,6 +79,6 @@ int main(int argc, char** argv) {
     QApplication::setApplicationDisplayName(QStringLiteral("TessikAutomation"));
     QApplication::setApplicationVersion(QLatin1String(TESSIK_VERSION));
     if (!line.tourFolder.isEmpty()) return runTour(line);
-    const int status = line.rig ? runOnRig() : runOnSequencer();
-    return status == restartWithRig ? runOnRig() : status;
+    const int status = line.rig ? runOnRig(line) : runOnSequencer(line);
+    return status == restartWithRig ? runOnRig(line) : status;
 }

@@ -35,7 +35,7 @@ struct StartupRestoreTest : testing::Test {
 };
 
 TEST_F(StartupRestoreTest, NothingSavedChangesNothing) {
-    restoreMIDIConnections(manager.connection, output);
+    restoreMIDIConnections(manager.connection, output, timecode.connection, transport);
     restoreModelSize(model);
     EXPECT_FALSE(manager.connection.connectedSourceID.value());
     EXPECT_FALSE(output.port.connectedDestinationID.value());
@@ -48,7 +48,7 @@ TEST_F(StartupRestoreTest, ListedPortsAreSelectedAndOthersKeptForTheNextStart) {
     SavedSettings::setUniqueID(Key::midiOutDestinationID, 4711);
     SavedSettings::setInteger(Key::midiChannel, 11);
     SavedSettings::setString(Key::modelSize, QStringLiteral("24-Channel"));
-    restoreMIDIConnections(manager.connection, output);
+    restoreMIDIConnections(manager.connection, output, timecode.connection, transport);
     restoreModelSize(model);
     EXPECT_EQ(manager.connection.connectedSourceID.value(), sourceID());
     EXPECT_EQ(manager.connection.statusText.value(), QStringLiteral("Connected: Desk Out"));
@@ -58,13 +58,13 @@ TEST_F(StartupRestoreTest, ListedPortsAreSelectedAndOthersKeptForTheNextStart) {
     EXPECT_EQ(model.modelSize.value(), ConsoleModel::ModelSize::ch24);
 
     SavedSettings::setUniqueID(Key::midiOutDestinationID, destinationID());
-    restoreMIDIConnections(manager.connection, output);
+    restoreMIDIConnections(manager.connection, output, timecode.connection, transport);
     EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Output: Desk In"));
 }
 
 TEST_F(StartupRestoreTest, ASavedIDOf0IsLookedUpLikeAnyOther) {
     SavedSettings::setUniqueID(Key::consoleSourceID, 0);
-    restoreMIDIConnections(manager.connection, output);
+    restoreMIDIConnections(manager.connection, output, timecode.connection, transport);
     EXPECT_FALSE(manager.connection.connectedSourceID.value());
     EXPECT_EQ(SavedSettings::uniqueID(Key::consoleSourceID), 0);
 }

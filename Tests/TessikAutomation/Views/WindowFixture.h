@@ -14,7 +14,8 @@ struct WindowTest : testing::Test {
     WindowTest() {
         using namespace SavedSettings;
         for (const QLatin1String key :
-             {Key::appTheme, Key::consoleSourceID, Key::midiOutDestinationID, Key::midiChannel, Key::modelSize})
+             {Key::appTheme, Key::consoleSourceID, Key::midiOutDestinationID, Key::midiChannel, Key::modelSize,
+              Key::timecodeSourceID, Key::transportDestinationID, Key::mmcDeviceID})
             SavedSettings::remove(key);
         service.createClient(QStringLiteral("Far"), {}, far);
         service.createSource(far, QStringLiteral("Desk Out"), deskOut);
@@ -32,7 +33,7 @@ struct WindowTest : testing::Test {
     }
 
     void show(QSize size = {1366, 768}) {
-        window = std::make_unique<MainWindow>(AppObjects{theme, model, manager, output, editor});
+        window = std::make_unique<MainWindow>(AppObjects{theme, model, manager, output, editor, mtcClock, transport});
         window->resize(size);
         window->show();
         QApplication::processEvents();
@@ -54,6 +55,8 @@ struct WindowTest : testing::Test {
     MIDIManager manager{service, model, QStringLiteral("TessikAutomation Console")};
     MIDIOutputManager output{service, clock};
     DeskEditor editor{model, output};
+    MTCClock mtcClock{service, QStringLiteral("TessikAutomation Timecode"), clock};
+    TransportManager transport{service};
     std::unique_ptr<MainWindow> window;
 };
 

@@ -160,8 +160,7 @@ void ControlHost::paintEvent(QPaintEvent* event) {
 }
 
 void ControlHost::paintFocus(Canvas& canvas) const {
-    const QRect ring =
-        canvas.px(QRectF(view(_focused).focusRect(place(_focused), _shown[std::size_t(_focused)])));
+    const QRect ring = canvas.px(QRectF(view(_focused).focusRect(place(_focused), _shown[std::size_t(_focused)])));
     const qreal width = canvas.line(1.5);
     QPainter& painter = canvas.painter;
     painter.setRenderHint(QPainter::Antialiasing);

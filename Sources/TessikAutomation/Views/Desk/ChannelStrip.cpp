@@ -23,9 +23,7 @@ auto keyRect(int index) {
 QRect readoutRect(QSize strip) { return row(strip, strip.height() - stripBottom - readoutHeight, readoutHeight); }
 QRect nullRect(QSize strip) { return row(strip, readoutRect(strip).top() - rowGap - nullHeight, nullHeight); }
 QRect muteRect(QSize strip) { return row(strip, nullRect(strip).top() - rowGap - muteHeight, muteHeight); }
-QRect faderRect(QSize strip) {
-    return {0, faderTop, strip.width(), muteRect(strip).top() - rowGap - faderTop};
-}
+QRect faderRect(QSize strip) { return {0, faderTop, strip.width(), muteRect(strip).top() - rowGap - faderTop}; }
 
 void paintFace(Canvas& canvas, QSize strip) {
     const Palette& palette = canvas.look.palette;
@@ -49,7 +47,10 @@ void paintFace(Canvas& canvas, QSize strip) {
 ControlBinding bindSwitch(const ChannelStripSubject& subject, const QString& what, DeskEditor::Switch which) {
     ChannelState& channel = *subject.channel;
     return {.name = spokenName(channel.kind) + what,
-            .read = [&channel, which] { return ControlValue{(channel.*which).value() ? 1.0 : 0.0, {}}; },
+            .read =
+                [&channel, which] {
+                    return ControlValue{(channel.*which).value() ? 1.0 : 0.0, {}};
+                },
             .write = [subject, which](double on) { subject.editor->setSwitch(*subject.channel, which, on != 0); },
             .watch = watching(channel.*which)};
 }
@@ -60,14 +61,16 @@ auto switchOf(const QString& what, DeskEditor::Switch which) {
 
 ControlBinding bindNumber(const ChannelStripSubject& subject) {
     ChannelState& channel = *subject.channel;
-    return {.name = spokenName(channel.kind),
-            .read = [&channel] { return ControlValue{0, channel.displayName}; }};
+    return {.name = spokenName(channel.kind), .read = [&channel] { return ControlValue{0, channel.displayName}; }};
 }
 
 ControlBinding bindFader(const ChannelStripSubject& subject) {
     ChannelState& channel = *subject.channel;
     return {.name = spokenName(channel.kind) + QStringLiteral(" fader"),
-            .read = [&channel] { return ControlValue{double(channel.faderValue.value()), {}}; },
+            .read =
+                [&channel] {
+                    return ControlValue{double(channel.faderValue.value()), {}};
+                },
             .write = [subject](double value) { subject.editor->setFader(*subject.channel, value); },
             .watch = watching(channel.faderValue)};
 }
@@ -75,14 +78,20 @@ ControlBinding bindFader(const ChannelStripSubject& subject) {
 ControlBinding bindNull(const ChannelStripSubject& subject) {
     ChannelState& channel = *subject.channel;
     return {.name = spokenName(channel.kind) + QStringLiteral(" NULL"),
-            .read = [&channel] { return ControlValue{double(channel.nullMatch()), {}}; },
+            .read =
+                [&channel] {
+                    return ControlValue{double(channel.nullMatch()), {}};
+                },
             .watch = watching(channel.faderValue, channel.nullTarget)};
 }
 
 ControlBinding bindReadout(const ChannelStripSubject& subject) {
     ChannelState& channel = *subject.channel;
     return {.name = spokenName(channel.kind) + QStringLiteral(" level"),
-            .read = [&channel] { return ControlValue{0, FaderDBCalibration::displayString(channel.faderValue)}; },
+            .read =
+                [&channel] {
+                    return ControlValue{0, FaderDBCalibration::displayString(channel.faderValue)};
+                },
             .watch = watching(channel.faderValue)};
 }
 

@@ -39,7 +39,9 @@ public:
     int line(qreal logical = 1) const { return std::max(1, px(logical)); }
     QPoint px(QPointF logical) const { return {px(logical.x()), px(logical.y())}; }
     /// Adjoining rectangles stay adjoining.
-    QRect px(const QRectF& logical) const { return QRect(px(logical.topLeft()), px(logical.bottomRight()) - QPoint(1, 1)); }
+    QRect px(const QRectF& logical) const {
+        return QRect(px(logical.topLeft()), px(logical.bottomRight()) - QPoint(1, 1));
+    }
 
     /// Copies a picture of `size` device pixels to `topLeft`; `draw(QPainter&)` makes it on first use, on a transparent
     /// ground whose origin is its upper left corner.

@@ -9,7 +9,8 @@
 namespace tessik::Parts {
 
 /// A key cap or button plate: dark outline, vertical gradient, a lit upper edge.
-void raisedPlate(QPainter& painter, const QRect& rect, qreal u, const QColor& fill, const Tints& tints, bool pressed = false);
+void raisedPlate(QPainter& painter, const QRect& rect, qreal u, const QColor& fill, const Tints& tints,
+                 bool pressed = false);
 /// A plate that is lit from within.
 void litPlate(QPainter& painter, const QRect& rect, qreal u, const QColor& light, bool pressed = false);
 /// A hollow in the panel, with a lit lower lip.
@@ -23,7 +24,8 @@ void dropShadow(QPainter& painter, const QRectF& rect, qreal radius, qreal blur,
 /// A brushed bar between two hairlines.
 void aluminium(QPainter& painter, const QRect& rect, qreal u, const Look& look);
 /// Print in the metal of the bar.
-void letterpress(QPainter& painter, const QRect& rect, qreal u, const QString& text, const QFont& font, const Look& look);
+void letterpress(QPainter& painter, const QRect& rect, qreal u, const QString& text, const QFont& font,
+                 const Look& look);
 /// The shadow that a raised bar throws on the panel below it; `rect` begins at its lower edge.
 void barShadow(QPainter& painter, const QRect& rect);
 /// A module's face: the panel colour with the light falling across, and the seams to its neighbours.

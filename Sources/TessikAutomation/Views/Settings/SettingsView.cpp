@@ -84,6 +84,20 @@ SettingsView::SettingsView(const AppObjects& objects, QWidget* parent) : QDialog
               });
     addStatus(console);
 
+    QBoxLayout* timecode = addGroup(QStringLiteral("Timecode"));
+    addPortPicker(timecode, QStringLiteral("MTC Source"),
+                  QStringLiteral("Deliberately separate from Console In -- timecode often arrives from another device "
+                                 "(e.g. an HDR24/96) on its own cable"),
+                  sourceChoice(SavedSettings::Key::timecodeSourceID, objects.mtcClock.connection));
+
+    QBoxLayout* transport = addGroup(QStringLiteral("Transport (MMC Out)"));
+    addPortPicker(
+        transport, QStringLiteral("Send To"),
+        QStringLiteral("Which device receives Play/Stop/Locate -- e.g. a Mackie HDR24/96, not necessarily the "
+                       "console"),
+        destinationChoice(SavedSettings::Key::transportDestinationID, objects.transport.port));
+    addDeviceID(transport);
+
     QBoxLayout* appearance = addGroup(QStringLiteral("Appearance"));
     addPicker(appearance, QStringLiteral("Theme"), {},
               {QStringLiteral("System"), QStringLiteral("Dark"), QStringLiteral("Light")}, int(objects.theme.theme()),
@@ -170,6 +184,19 @@ void SettingsView::addPortPicker(QBoxLayout* group, const QString& label, const 
         choice.choose(index == 0 ? std::nullopt : std::optional(picker->itemData(index).toInt()));
     });
     addRow(group, label, picker, help);
+}
+
+void SettingsView::addDeviceID(QBoxLayout* group) {
+    static constexpr std::array<std::uint8_t, 9> ids{TransportManager::allCall, 0, 1, 2, 3, 4, 5, 6, 7};
+    QStringList choices{QStringLiteral("All (broadcast)")};
+    for (std::size_t i = 1; i < ids.size(); ++i)
+        choices << QString::number(ids[i]);
+    const auto current = std::find(ids.begin(), ids.end(), _objects.transport.deviceID());
+    addPicker(group, QStringLiteral("Device ID"),
+              QStringLiteral("Some machines ignore the broadcast ID and only respond when addressed directly. The "
+                             "HDR24/96 is one of them -- set this to match Setup > MIDI on the unit (0 by default)."),
+              choices, current == ids.end() ? -1 : int(current - ids.begin()),
+              [this](int index) { _objects.transport.setDeviceID(ids[std::size_t(index)]); });
 }
 
 void SettingsView::addMIDIChannel(QBoxLayout* group) {

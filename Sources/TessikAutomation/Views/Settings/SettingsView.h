@@ -24,8 +24,9 @@ private:
     /// A list of ports, "None" first, that follows what is plugged in; a remembered port that is missing shows as none
     /// of the rows.
     void addPortPicker(QBoxLayout* group, const QString& label, const QString& help, const PortChoice& choice);
-    void addPicker(QBoxLayout* group, const QString& label, const QString& help, const QStringList& choices, int current,
-                   std::function<void(int)> choose);
+    void addPicker(QBoxLayout* group, const QString& label, const QString& help, const QStringList& choices,
+                   int current, std::function<void(int)> choose);
+    void addDeviceID(QBoxLayout* group);
     void addMIDIChannel(QBoxLayout* group);
     void addStatus(QBoxLayout* group);
     void applyLook();

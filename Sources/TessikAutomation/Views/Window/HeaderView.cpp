@@ -37,7 +37,9 @@ void paintGear(QPainter& painter, const QRectF& rect, const QColor& color) {
 } // namespace
 
 HeaderView::HeaderView(DrawingContext& drawing, QWidget* parent)
-    : QWidget(parent), _drawing(drawing), _layout(new QHBoxLayout(this)),
+    : QWidget(parent),
+      _drawing(drawing),
+      _layout(new QHBoxLayout(this)),
       _settings(new PanelButton(QStringLiteral("SETTINGS"), paintGear, drawing, this)),
       _lookObserver(drawing.look.addNotifier([this] { update(); })) {
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -76,7 +78,8 @@ void HeaderView::paintEvent(QPaintEvent*) {
     face.setColorAt(1, look.tints.headerBottom);
     painter.fillRect(whole, face);
     painter.fillRect(QRect(0, 0, whole.width(), canvas.line()), withAlpha(Qt::white, look.isDark() ? 0.1 : 0.8));
-    painter.fillRect(QRect(0, whole.height() - canvas.line(), whole.width(), canvas.line()), withAlpha(Qt::black, 0.75));
+    painter.fillRect(QRect(0, whole.height() - canvas.line(), whole.width(), canvas.line()),
+                     withAlpha(Qt::black, 0.75));
 
     // Name plate, while no panel stands in its place.
     if (!_transport) {

@@ -1,0 +1,65 @@
+#include "TessikAutomation/Views/Session/SessionMenu.h"
+
+#include "TessikAutomation/Persistence/SavedSettings.h"
+
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QMimeData>
+
+namespace tessik {
+
+SessionMenu::SessionMenu(SessionController& session, QWidget* parent)
+    : QMenu(QStringLiteral("&File"), parent), _session(session) {
+    const auto add = [this](const QString& text, const char* keys, auto action) {
+        QAction* added = addAction(text);
+        added->setShortcut(QKeySequence(QLatin1String(keys)));
+        connect(added, &QAction::triggered, this, action);
+        return added;
+    };
+    add(QStringLiteral("&New Session"), "Ctrl+N", [this] { _session.newSession(); });
+    add(QStringLiteral("&Open Session…"), "Ctrl+O", [this] { _session.open(); });
+    _recent = addMenu(QStringLiteral("Open &Recent"));
+    connect(_recent, &QMenu::aboutToShow, this, &SessionMenu::fillRecent);
+    add(QStringLiteral("&Save Session"), "Ctrl+S", [this] { _session.save(); });
+    add(QStringLiteral("Save Session &As…"), "Ctrl+Shift+S", [this] { _session.saveAs(); });
+    addSeparator();
+    QAction* reopen = addAction(QStringLiteral("Reopen Re&placed Session"));
+    connect(reopen, &QAction::triggered, this, [this] { _session.reopenReplacedSession(); });
+    const auto enable = [this, reopen] { reopen->setEnabled(_session.hasReplacedSession.value()); };
+    _replacedObserver = _session.hasReplacedSession.addNotifier(enable);
+    enable();
+    addSeparator();
+}
+
+void SessionMenu::fillRecent() {
+    _recent->clear();
+    for (const QString& path : SavedSettings::recentSessions()) {
+        QString name = QFileInfo(path).completeBaseName();
+        QAction* action = _recent->addAction(name.replace(QLatin1Char('&'), QLatin1String("&&")));
+        action->setToolTip(path);
+        connect(action, &QAction::triggered, this, [this, path] { _session.open(QUrl::fromLocalFile(path)); });
+    }
+    if (_recent->isEmpty()) _recent->addAction(QStringLiteral("No Recent Sessions"))->setEnabled(false);
+    _recent->setToolTipsVisible(true);
+}
+
+SessionDrop::SessionDrop(SessionController& session, QWidget& window) : QObject(&window), _session(session) {
+    window.setAcceptDrops(true);
+    window.installEventFilter(this);
+}
+
+bool SessionDrop::eventFilter(QObject*, QEvent* event) {
+    if (event->type() != QEvent::DragEnter && event->type() != QEvent::Drop) return false;
+    auto* drop = static_cast<QDropEvent*>(event); // a drag entering is one too
+    const QList<QUrl> urls = drop->mimeData()->urls();
+    if (urls.size() != 1 || !urls.constFirst().isLocalFile()) return false;
+    drop->setDropAction(Qt::CopyAction);
+    drop->accept();
+    if (event->type() == QEvent::Drop)
+        QMetaObject::invokeMethod(
+            this, [this, url = urls.constFirst()] { _session.open(url); },
+            Qt::QueuedConnection); // after the drag ended
+    return true;
+}
+
+} // namespace tessik

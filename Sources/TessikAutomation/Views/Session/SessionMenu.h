@@ -1,0 +1,35 @@
+#pragma once
+
+#include "TessikAutomation/Session/SessionController.h"
+
+#include <QMenu>
+
+namespace tessik {
+
+/// The File menu: the commands of the session.
+class SessionMenu final : public QMenu {
+public:
+    SessionMenu(SessionController& session, QWidget* parent);
+
+private:
+    void fillRecent();
+
+    SessionController& _session;
+    QMenu* _recent;
+    QPropertyNotifier _replacedObserver;
+};
+
+/// Opens a session file that is dropped on a window.
+class SessionDrop final : public QObject {
+public:
+    /// Belongs to the window.
+    SessionDrop(SessionController& session, QWidget& window);
+
+protected:
+    bool eventFilter(QObject* window, QEvent* event) override;
+
+private:
+    SessionController& _session;
+};
+
+} // namespace tessik

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "TessikAutomation/Session/SessionDialogs.h"
+
+class QMessageBox;
+class QWidget;
+
+namespace tessik {
+
+/// The session's questions and messages as dialogs over a window.
+class WidgetSessionDialogs final : public SessionDialogs {
+public:
+    /// The window over which they stand; it outlives this.
+    explicit WidgetSessionDialogs(QWidget& window) : _window(window) {}
+
+    std::optional<QString> chooseSessionToOpen(const QString& message) override;
+    std::optional<QString> chooseWhereToSave(const QString& proposed) override;
+    void alert(const QString& title, const QString& text) override;
+    bool confirmOverwrite(const QString& title, const QString& text) override;
+    Unsaved askUnsaved(const QString& title, const QString& text) override;
+    Recovery askRecovery(const QString& title, const QString& text) override;
+
+private:
+    QWidget& _window;
+};
+
+} // namespace tessik
