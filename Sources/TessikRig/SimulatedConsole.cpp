@@ -52,7 +52,7 @@ void SimulatedConsole::makeFactoryScenes() {
         for (const Channel& channel : _channels) {
             const bool isInput = channel.kind.kind() == ChannelKind::Case::input;
             const int fader = isInput ? 62 + upTo(50) : 100 + upTo(10);
-            scene.push_back({upTo(9) == 0 && isInput ? 0 : fader,
+            scene.push_back({upTo(16) == 0 && isInput ? 0 : fader,
                              {.monMuted = isInput && upTo(7) == 0,
                               .auxMuted = isInput && upTo(9) == 0,
                               .eqOn = isInput && upTo(3) != 0,

@@ -3,16 +3,27 @@
 #include "TessikAutomation/Views/Application.h"
 #include "TessikAutomation/Views/TourGuide.h"
 
+#include <QDir>
+
+class QDialog;
+
 namespace tessik {
 
 /// Drives the program through its whole job on the rig, as its user would, and writes pictures and a report. After
 /// every step the rig's desk is compared with what the program believes of it.
 class Tour {
 public:
-    Tour(Application& application, Rig& rig, const QString& folder);
+    /// `recoveryRoot` as the application's.
+    Tour(Application& application, Rig& rig, const QString& folder, QString recoveryRoot);
+
+    /// In a child process of the tour: the folder in which it is to leave a recovery file before it dies.
+    static constexpr const char* crashVariable = "TESSIK_TOUR_CRASH";
 
     /// The process's exit status: 0 where every statement held.
     int run();
+    /// Fills the session, lets its recovery file be written, and dies as in a crash. The tour runs this in a child
+    /// process.
+    [[noreturn]] void crash();
 
 private:
     void connect();
@@ -20,16 +31,26 @@ private:
     void handMoves();
     void screenMoves();
     void loseTheCable();
+    void saveSession();
+    void crashAndRecover();
     void settings();
     void appearances();
 
     /// Waits until nothing travels any more, and compares channel by channel.
     void compareDesk();
+    /// Changes something in every store.
+    void fillSession(const QString& name);
+    void compareStores(const QString& file, const QString& statement);
+    /// Keeps trying on whatever dialog is open until `answer` has dealt with it.
+    void answerDialog(std::function<bool(QDialog&)> answer);
     void clickControl(ChannelKind kind, const QString& control);
     void dragFader(ChannelKind kind, int from, int to);
 
     Application& _app;
     Rig& _rig;
+    const QDir _folder;
+    const QString _recoveryRoot;
+    QString _sessionFile;
     TourGuide _guide;
 };
 

@@ -22,9 +22,12 @@ constexpr int restartWithRig = 1000;
 int runTour(const CommandLine& line) {
     const QTemporaryDir own; // a tour leaves the user's own settings and recovery files alone
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, own.path());
+    const QString crashRoot = qEnvironmentVariable(Tour::crashVariable);
+    const QString recoveryRoot = crashRoot.isEmpty() ? own.path() : crashRoot;
     Rig rig;
-    Application application(rig.service, own.path());
-    return Tour(application, rig, line.tourFolder).run();
+    Application application(rig.service, recoveryRoot);
+    if (crashRoot.isEmpty()) return Tour(application, rig, line.tourFolder, recoveryRoot).run();
+    Tour(application, rig, own.path(), recoveryRoot).crash();
 }
 
 /// What every start does once the window is there.

@@ -1,6 +1,7 @@
 #include "TessikAutomation/Persistence/SavedSettings.h"
 #include "TessikAutomation/Persistence/StartupRestore.h"
 #include "TessikKit/MIDI/MIDIManager.h"
+#include "TessikKit/MIDI/MTCClock.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
 
 #include <gtest/gtest.h>
@@ -32,6 +33,8 @@ struct StartupRestoreTest : testing::Test {
     ConsoleModel model;
     MIDIManager manager{service, model, QStringLiteral("TessikAutomation Console")};
     MIDIOutputManager output{service};
+    MTCClock timecode{service, QStringLiteral("TessikAutomation Timecode")};
+    TransportManager transport{service};
 };
 
 TEST_F(StartupRestoreTest, NothingSavedChangesNothing) {
