@@ -90,7 +90,7 @@ TEST_F(InputTest, systemExclusiveWithQuarterFramesBetweenItsPieces) {
     for (std::size_t i = 0; i < sent.size(); ++i)
         sent[i] = std::uint8_t(i & 0x7F);
     // A lone F7 is the last piece of 1,000 data bytes in pieces of 143.
-    for (const int piece : {2000, 256, 143, 1}) {
+    for (const int piece : {2000, 256, 143, 7}) {
         messages.clear();
         words.clear();
         ASSERT_EQ(far.tell(QStringLiteral("sysex 1000 %1 1").arg(piece)), QLatin1String("ok")) << piece;
@@ -166,10 +166,11 @@ TEST_F(InputTest, aPortReopenedBetweenTwoLooksIsConnectedAgain) {
     EXPECT_TRUE(eventually([&] { return words.size() == 1; }));
 }
 
-TEST_F(InputTest, aSourceLeftIsHeardNoMore) {
+TEST_F(InputTest, aSourceIsHeardOnceHoweverOftenConnectedAndNoMoreWhenLeft) {
     FarClient far(desk);
     FarClient other(QStringLiteral("Tessik Test Other"));
     choose(deskPort);
+    EXPECT_EQ(service.connectSource(connection.inputPort(), sourcesNamed(deskPort).at(0).endpoint), 0);
     ASSERT_EQ(far.tell(QStringLiteral("cc 1 1")), QLatin1String("ok"));
     ASSERT_TRUE(eventually([&] { return words.size() == 1; }));
     connection.refreshSources();
@@ -178,6 +179,8 @@ TEST_F(InputTest, aSourceLeftIsHeardNoMore) {
     ASSERT_EQ(other.tell(QStringLiteral("cc 3 1")), QLatin1String("ok"));
     ASSERT_TRUE(eventually([&] { return words.size() == 2; }));
     EXPECT_EQ(numberOf(words[1]), 3);
+    const MIDIEndpointRef left = sourcesNamed(deskPort).at(0).endpoint;
+    EXPECT_NE(service.disconnectSource(connection.inputPort(), left), 0);
 }
 
 } // namespace tessik

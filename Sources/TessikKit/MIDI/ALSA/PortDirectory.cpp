@@ -6,10 +6,8 @@
 
 namespace tessik {
 
-void PortDirectory::portStarted(SequencerAddress address) { ++_portChanges[address]; }
-
 void PortDirectory::portExited(SequencerAddress address) {
-    ++_portChanges[address];
+    ++_portExits[address];
     _living.erase(address);
 }
 
@@ -64,9 +62,9 @@ std::int32_t PortDirectory::freeUniqueID(PortDirection direction, const QString&
 }
 
 MIDIEndpointRef PortDirectory::handle(SequencerAddress address) const {
-    const auto changes = _portChanges.find(address);
+    const auto exits = _portExits.find(address);
     const std::uint32_t generation =
-        _losses + _clientExits[address.client] + (changes == _portChanges.end() ? 0 : changes->second);
+        _losses + _clientExits[address.client] + (exits == _portExits.end() ? 0 : exits->second);
     return generation << 16 | std::uint32_t(address.client) << 8 | address.port;
 }
 

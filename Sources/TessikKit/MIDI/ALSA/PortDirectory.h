@@ -27,16 +27,16 @@ struct SequencerPort {
 
 /// Keeps apart the sequencer's ports over time: hands out their endpoint handles and unique ids.
 ///
-/// A handle holds the address and a generation that rises with every coming and going there, so that a device plugged
-/// in again looks new and an old handle never reaches it. A unique id is of the names; ports of equal names get
-/// ordinals, lowest free first, that they keep as long as they live.
+/// A handle holds the address and a generation that rises with every going there, so that a device plugged in again
+/// looks new and an old handle never reaches it, also where both announcements meet one enumeration. A coming need not
+/// raise it, and one announced late does not make a port new that an enumeration has found already. A unique id is of
+/// the names; ports of equal names get ordinals, lowest free first, that they keep as long as they live.
 class PortDirectory {
 public:
     /// Ports of `ownProcessID` are not listed.
     explicit PortDirectory(int ownProcessID) : _ownProcessID(ownProcessID) {}
 
     /// What the announcements say.
-    void portStarted(SequencerAddress address);
     void portExited(SequencerAddress address);
     void clientExited(std::uint8_t client);
     /// Announcements were lost: any port may have come and gone.
@@ -44,7 +44,7 @@ public:
 
     /// The endpoints among all the ports `present`, in their order.
     std::vector<MIDIEndpoint> list(PortDirection direction, const std::vector<SequencerPort>& present);
-    /// The address of a handle given out; none after anything came or went there.
+    /// The address of a handle given out; none after anything went there.
     std::optional<SequencerAddress> resolve(MIDIEndpointRef endpoint) const;
 
     /// The port's name, preceded by the client's where it does not begin with it.
@@ -65,7 +65,7 @@ private:
     const int _ownProcessID;
     std::map<SequencerAddress, Identity> _living;
     // A generation is the sum of these: each only rises, and so does the sum.
-    std::map<SequencerAddress, std::uint32_t> _portChanges;
+    std::map<SequencerAddress, std::uint32_t> _portExits;
     std::array<std::uint32_t, 256> _clientExits{};
     std::uint32_t _losses = 0;
 };

@@ -35,9 +35,9 @@ void PortWatcher::receive(const snd_seq_event_t& event, Uptime) {
     const SequencerAddress address{announced.client, announced.port};
     const std::lock_guard lock(_mutex);
     switch (event.type) {
-    case SND_SEQ_EVENT_PORT_START: _directory.portStarted(address); break;
     case SND_SEQ_EVENT_PORT_EXIT: _directory.portExited(address); break;
     case SND_SEQ_EVENT_CLIENT_EXIT: _directory.clientExited(address.client); break; // says nothing of its ports
+    case SND_SEQ_EVENT_PORT_START:
     case SND_SEQ_EVENT_PORT_CHANGE:
     case SND_SEQ_EVENT_CLIENT_CHANGE: break;
     default: return;

@@ -77,17 +77,12 @@ TEST_F(PortDirectoryTest, aTwinKeepsItsIdWhileItLives) {
     ASSERT_NE(a, b);
     directory.portExited({20, 0});
     EXPECT_EQ(source({port(24)}).uniqueID, b);
-    directory.portStarted({28, 0});
     EXPECT_EQ(source({port(24), port(28)}, 1).uniqueID, a); // the id set free goes to who comes next
     EXPECT_EQ(source({port(24), port(28)}, 0).uniqueID, b);
 
     // Out and in again before anyone looked, while the other stays.
     directory.portExited({28, 0});
-    directory.portStarted({28, 0});
     EXPECT_EQ(source({port(24), port(28)}, 1).uniqueID, a);
-    // Announced late: seen by an enumeration before.
-    directory.portStarted({24, 0});
-    EXPECT_EQ(source({port(24), port(28)}, 0).uniqueID, b);
     // Lost announcements tell nothing, so who is still there is taken for the same.
     directory.announcementsLost();
     EXPECT_EQ(source({port(24), port(28)}, 0).uniqueID, b);
@@ -101,11 +96,6 @@ TEST_F(PortDirectoryTest, aHandleReachesOnlyThePortItWasGivenFor) {
         std::vector<bool> renewed;
     } cases[] = {
         {"nothing", [] {}, {false, false, false}},
-        {"start",
-         [this] {
-             directory.portStarted({20, 0});
-         },
-         {true, false, false}},
         {"exit",
          [this] {
              directory.portExited({20, 1});
