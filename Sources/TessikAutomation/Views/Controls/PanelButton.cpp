@@ -25,19 +25,26 @@ void PanelButton::paintEvent(QPaintEvent*) {
     const Look& look = canvas.look;
     const QRect whole = canvas.px(QRectF(rect()));
     const QRect key = whole.adjusted(canvas.line(2), canvas.line(2), -canvas.line(2), -canvas.line(2));
-    const QColor fill = underMouse() ? blend(look.palette.switchOffFill, Qt::white, look.isDark() ? 0.06 : 0.25)
-                                     : look.palette.switchOffFill;
+    const QColor unlit = look.palette.switchOffFill;
+    const QColor fill = isHot() ? blend(unlit, Qt::white, look.isDark() ? 0.06 : 0.25) : unlit;
     Parts::raisedPlate(painter, key, canvas.scale, fill, look.tints, isDown());
-    const qreal side = canvas.px(16);
-    const QPointF centre(key.center().x() + 0.5, key.y() + key.height() * 0.38);
-    _symbol(painter, QRectF(centre - QPointF(side, side) / 2, QSizeF(side, side)), look.tints.legend);
+    const auto shade = [&](const QColor& color) { return isEnabled() ? color : blend(color, fill, 0.68); };
+    const QColor tint = shade(_tint.isValid() ? _tint : look.tints.legend);
+    const qreal side = canvas.px(text().isEmpty() ? 12 : 16);
+    const qreal middle = text().isEmpty() ? key.height() / 2.0 : key.height() * 0.38;
+    const QPointF corner(key.x() + (key.width() - side) / 2, key.y() + middle - side / 2);
+    _symbol(painter, QRectF(corner, QSizeF(side, side)), tint);
     const QRect legend(key.x(), key.bottom() - canvas.px(15), key.width(), canvas.px(12));
     Type::draw(painter, legend, Qt::AlignHCenter, text(),
-               Type::font(8 * canvas.scale, QFont::DemiBold, 0.5 * canvas.scale), look.tints.legend);
+               Type::font(8 * canvas.scale, QFont::DemiBold, 0.5 * canvas.scale), shade(look.tints.legend));
+    drawFocus(canvas, whole);
+}
+
+void PanelButton::drawFocus(Canvas& canvas, const QRect& rect) const {
     if (!hasFocus()) return;
-    painter.setPen(QPen(look.tints.focusRing, canvas.line(2)));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(whole).adjusted(1, 1, -1, -1), 4 * canvas.scale, 4 * canvas.scale);
+    canvas.painter.setPen(QPen(canvas.look.tints.focusRing, canvas.line(2)));
+    canvas.painter.setBrush(Qt::NoBrush);
+    canvas.painter.drawRoundedRect(QRectF(rect).adjusted(1, 1, -1, -1), 4 * canvas.scale, 4 * canvas.scale);
 }
 
 void PanelButton::keyPressEvent(QKeyEvent* event) {

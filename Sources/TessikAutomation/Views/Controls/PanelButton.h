@@ -6,9 +6,9 @@
 
 namespace tessik {
 
-/// A key of the header, in the material of the desk: a symbol above its legend. Space and Return belong to the window,
-/// so Up presses it where it has the keyboard focus.
-class PanelButton final : public QAbstractButton {
+/// A key of the header, in the material of the desk: a symbol above its legend, or alone. Space and Return belong to
+/// the window, so Up presses it where it has the keyboard focus.
+class PanelButton : public QAbstractButton {
     Q_OBJECT
 
 public:
@@ -17,6 +17,8 @@ public:
 
     PanelButton(const QString& legend, Symbol symbol, DrawingContext& drawing, QWidget* parent = nullptr);
     QSize sizeHint() const override;
+    /// Colour of the symbol; until it is set, the legend's.
+    void setTint(const QColor& tint) { _tint = tint; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -24,9 +26,13 @@ protected:
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
 
+    bool isHot() const { return isEnabled() && underMouse(); }
+    void drawFocus(Canvas& canvas, const QRect& rect) const;
+    DrawingContext& _drawing;
+
 private:
     Symbol _symbol;
-    DrawingContext& _drawing;
+    QColor _tint;
     QPropertyNotifier _lookObserver;
 };
 
