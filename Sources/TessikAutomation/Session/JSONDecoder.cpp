@@ -191,6 +191,13 @@ bool JSONDecoder::decode(Value value, PassEventValue& out) {
     return found != noCase ? true : fail(oneKeyExpected);
 }
 
+bool JSONDecoder::decode(Value value, QList<TimedEvent>& out) {
+    _events.clear();
+    if (!elements(value, [this](Value inner) { return decode(inner, _events.emplace_back()); })) return false;
+    out = QList<TimedEvent>(_events.begin(), _events.end());
+    return true;
+}
+
 bool JSONDecoder::walk(Value value) {
     ondemand::json_type type{};
     if (const auto code = value.type().get(type)) return failJSON(code);

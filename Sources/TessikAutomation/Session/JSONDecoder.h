@@ -1,7 +1,6 @@
 #pragma once
 
-#include "TessikAutomation/Automation/PassEventValue.h"
-#include "TessikAutomation/Persistence/RecordFields.h"
+#include "TessikAutomation/Automation/TimedEvent.h"
 #include "TessikAutomation/Session/SessionReader.h"
 
 #include <QDateTime>
@@ -42,6 +41,7 @@ public:
     bool decode(Value value, ChannelKind& out);
     /// Exactly one key, which is a case.
     bool decode(Value value, PassEventValue& out);
+    bool decode(Value value, QList<TimedEvent>& out);
 
     /// null is none.
     template <typename T>
@@ -85,6 +85,7 @@ private:
 
     const simdjson::ondemand::parser& _parser;
     std::vector<std::uint8_t> _unescaped;
+    std::vector<TimedEvent> _events; // grows once for all passes, so that each list is allocated once
     int _depth = 0;
     QString _what;
     QString _where;
@@ -147,14 +148,12 @@ bool JSONDecoder::decode(Value value, std::optional<T>& out) {
 template <typename T>
 bool JSONDecoder::decode(Value value, QList<T>& out) {
     out.clear();
-    const bool decoded = elements(value, [&](Value inner) {
+    return elements(value, [&](Value inner) {
         T item{};
         if (!decode(inner, item)) return false;
         out.append(std::move(item));
         return true;
     });
-    out.squeeze();
-    return decoded;
 }
 
 template <typename T>
