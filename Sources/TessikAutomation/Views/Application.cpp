@@ -1,7 +1,9 @@
 #include "TessikAutomation/Views/Application.h"
 
 #include "TessikAutomation/Persistence/StartupRestore.h"
+#include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Views/Session/SessionMenu.h"
+#include "TessikAutomation/Views/Transport/TransportPanelView.h"
 
 #include <QApplication>
 #include <QDir>
@@ -92,6 +94,13 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
         snapshotRecall.recallDefault(snapshots);
     };
 
+    auto* panel = new TransportPanelView(
+        mtcClock, locators, transport, [this] { return selectedPassEnd(); }, &window);
+    window.setTransportPanel(panel);
+    _observers.push_back(passEngine.selectedPass.addNotifier([panel] { panel->refresh(); }));
+    window.keys.onPlayStop = [panel] { panel->togglePlay(); };
+    window.keys.onReturnToStart = [panel] { panel->goToStart(); };
+
     QApplication::setQuitOnLastWindowClosed(false);
     _closeQuestion = std::make_unique<CloseQuestion>(*this);
     new SessionDrop(session, window);
@@ -104,6 +113,13 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
 }
 
 Application::~Application() = default;
+
+std::optional<TimecodePosition> Application::selectedPassEnd() const {
+    const std::optional<AutomationPass>& pass = passEngine.selectedPass.value();
+    if (!pass) return std::nullopt;
+    const auto lastOffset = pass->events.isEmpty() ? std::nullopt : std::optional(pass->events.constLast().frameOffset);
+    return LocateTarget::passEnd(pass->startTimecode, lastOffset);
+}
 
 void Application::buildMenus() {
     auto* file = new SessionMenu(session, &window);

@@ -56,6 +56,7 @@ public:
     void quit();
 
 private:
+    std::optional<TimecodePosition> selectedPassEnd() const;
     void buildMenus();
     void showTitle();
 

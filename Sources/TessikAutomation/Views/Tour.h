@@ -31,6 +31,7 @@ private:
     void handMoves();
     void screenMoves();
     void loseTheCable();
+    void rollTape();
     void saveSession();
     void crashAndRecover();
     void settings();
@@ -43,6 +44,7 @@ private:
     void compareStores(const QString& file, const QString& statement);
     /// Keeps trying on whatever dialog is open until `answer` has dealt with it.
     void answerDialog(std::function<bool(QDialog&)> answer);
+    void pressKey(Qt::Key key);
     void clickControl(ChannelKind kind, const QString& control);
     void dragFader(ChannelKind kind, int from, int to);
 

@@ -34,7 +34,7 @@ TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, 
     _endRow->move(rowsLeft, margin + _startRow->height());
 
     const auto command = [this](MMCCommand mmc) { return [this, mmc] { _transport.send(mmc); }; };
-    const auto add = [this, x = keysLeft](const char* icon, const char* legend, const char* name, const char* help,
+    auto add = [this, x = keysLeft](const char* icon, const char* legend, const char* name, const char* help,
                                           std::function<void()> press, int gap = 0) mutable {
         PanelButton* key = addKey(x += gap, QLatin1String(icon), QLatin1String(legend), QLatin1String(name),
                                   QLatin1String(help), std::move(press));

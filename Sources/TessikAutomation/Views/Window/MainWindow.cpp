@@ -12,7 +12,8 @@
 
 namespace tessik {
 
-MainWindow::MainWindow(const AppObjects& objects, QWidget* parent) : QMainWindow(parent), _objects(objects) {
+MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
+    : QMainWindow(parent), keys(*this), _objects(objects) {
     AppStyle::install();
     auto* central = new QWidget(this);
     _header = new HeaderView(_drawing, central);
@@ -39,6 +40,9 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent) : QMainWindow
     connect(_banner, &BannerView::dismissed, this, &MainWindow::hideBanner);
     connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+,")), this), &QShortcut::activated, this,
             &MainWindow::openSettings);
+
+    keys.onLeft = [this] { _desk->pageInputs(false); };
+    keys.onRight = [this] { _desk->pageInputs(true); };
 
     _observers.push_back(objects.theme.bindableTheme().addNotifier([this] { applyTheme(); }));
     applyTheme();
@@ -67,14 +71,6 @@ void MainWindow::openSettings() {
         _settings->setAttribute(Qt::WA_DeleteOnClose);
     }
     _settings->open();
-}
-
-void MainWindow::keyPressEvent(QKeyEvent* event) {
-    const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-    if (plain && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right))
-        _desk->pageInputs(event->key() == Qt::Key_Right);
-    else
-        QMainWindow::keyPressEvent(event);
 }
 
 void MainWindow::applyTheme() {

@@ -3,6 +3,7 @@
 #include "TessikAutomation/Views/AppObjects.h"
 #include "TessikAutomation/Views/Desk/DeskView.h"
 #include "TessikAutomation/Views/Settings/SettingsView.h"
+#include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -29,6 +30,9 @@ public:
     void showBanner(const QString& text, const QString& actionText = {}, std::function<void()> action = {});
     void hideBanner();
 
+    /// Arrow keys page the inputs; Space and Return are set by whoever owns the transport.
+    KeyboardArrowHandler keys;
+
     void openSettings();
     /// The sheet while it is open.
     SettingsView* settingsView() const { return _settings; }
@@ -36,9 +40,6 @@ public:
     /// What a panel in the header draws with.
     DrawingContext& drawing() { return _drawing; }
 
-protected:
-    /// The keys that belong to the window, wherever the focus is.
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void applyTheme();
