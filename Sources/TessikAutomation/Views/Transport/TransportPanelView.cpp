@@ -35,7 +35,7 @@ TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, 
 
     const auto command = [this](MMCCommand mmc) { return [this, mmc] { _transport.send(mmc); }; };
     auto add = [this, x = keysLeft](const char* icon, const char* legend, const char* name, const char* help,
-                                          std::function<void()> press, int gap = 0) mutable {
+                                    std::function<void()> press, int gap = 0) mutable {
         PanelButton* key = addKey(x += gap, QLatin1String(icon), QLatin1String(legend), QLatin1String(name),
                                   QLatin1String(help), std::move(press));
         x += keyWidth;

@@ -1,0 +1,89 @@
+#include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+namespace tessik {
+namespace {
+
+struct KeyboardArrowHandlerTest : testing::Test {
+    QWidget window;
+    QPushButton* button = new QPushButton(QStringLiteral("Press"));
+    QLineEdit* line = new QLineEdit;
+    QPlainTextEdit* text = new QPlainTextEdit;
+    KeyboardArrowHandler handler{window};
+    QString calls; ///< a letter each
+    int clicks = 0;
+
+    KeyboardArrowHandlerTest() {
+        auto* layout = new QVBoxLayout(&window);
+        for (QWidget* widget :
+             {static_cast<QWidget*>(button), static_cast<QWidget*>(line), static_cast<QWidget*>(text)})
+            layout->addWidget(widget);
+        handler.onLeft = [this] { calls += QLatin1Char('l'); };
+        handler.onRight = [this] { calls += QLatin1Char('r'); };
+        handler.onPlayStop = [this] { calls += QLatin1Char('p'); };
+        handler.onReturnToStart = [this] { calls += QLatin1Char('s'); };
+        QObject::connect(button, &QPushButton::clicked, &window, [this] { ++clicks; });
+        window.show();
+        window.activateWindow();
+        button->setFocus();
+        QCoreApplication::processEvents();
+    }
+    QString press(QWidget& receiver, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        calls.clear();
+        QTest::keyClick(&receiver, key, modifiers);
+        return calls;
+    }
+};
+
+TEST_F(KeyboardArrowHandlerTest, TakesTheWindowsKeys) {
+    EXPECT_EQ(press(*button, Qt::Key_Left), QStringLiteral("l"));
+    EXPECT_EQ(press(*button, Qt::Key_Right), QStringLiteral("r"));
+    EXPECT_EQ(press(*button, Qt::Key_Space), QStringLiteral("p"));
+    EXPECT_EQ(press(*button, Qt::Key_Return), QStringLiteral("s"));
+    EXPECT_EQ(press(*button, Qt::Key_Enter, Qt::KeypadModifier), QStringLiteral("s"));
+    EXPECT_EQ(press(*button, Qt::Key_Left, Qt::ShiftModifier), QStringLiteral("l"));
+    EXPECT_EQ(clicks, 0) << "Space is the window's also where a button has the keyboard";
+    for (const auto modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier})
+        EXPECT_EQ(press(*button, Qt::Key_Right, modifier), QString());
+    EXPECT_EQ(press(*button, Qt::Key_A), QString());
+}
+
+TEST_F(KeyboardArrowHandlerTest, LeavesTextsAndDialogsAlone) {
+    line->setFocus();
+    EXPECT_EQ(press(*line, Qt::Key_Space), QString());
+    EXPECT_EQ(line->text(), QStringLiteral(" "));
+    text->setFocus();
+    EXPECT_EQ(press(*text, Qt::Key_Return), QString());
+    EXPECT_EQ(text->toPlainText(), QStringLiteral("\n"));
+    line->setReadOnly(true);
+    line->setFocus();
+    EXPECT_EQ(press(*line, Qt::Key_Space), QStringLiteral("p")) << "nothing to edit";
+
+    QDialog dialog(&window);
+    auto* inside = new QPushButton(QStringLiteral("OK"), &dialog);
+    dialog.show();
+    inside->setFocus();
+    EXPECT_EQ(press(*inside, Qt::Key_Space), QString());
+}
+
+TEST_F(KeyboardArrowHandlerTest, AKeyHeldDownPagesButDoesNotPlayAndStopInTurn) {
+    const auto repeat = [this](Qt::Key key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
+        QCoreApplication::sendEvent(button, &event);
+    };
+    calls.clear();
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Space, Qt::Key_Return})
+        repeat(key);
+    EXPECT_EQ(calls, QStringLiteral("r"));
+    EXPECT_EQ(clicks, 0);
+}
+
+} // namespace
+} // namespace tessik
