@@ -65,7 +65,8 @@ QString RecoveryFile::write(SessionDocument document, const std::optional<Pendin
                             const RecoveryOrigin& origin) const {
     if (!folder) return QStringLiteral("The folder for recovery files cannot be made.");
     if (take) {
-        const AutomationPass pass = take->finished();
+        AutomationPass pass = take->finished();
+        if (pass.name.isEmpty()) pass.name = QStringLiteral("Recovered take");
         document.passes.removeIf([&pass](const AutomationPass& other) { return other.id == pass.id; });
         document.passes.prepend(pass);
     }
