@@ -30,7 +30,8 @@ const Benchmark firstFrame("first_frame_ms", [](const Report& report) {
         timer.start();
         program.start(QCoreApplication::applicationDirPath() + QStringLiteral("/tessik-automation"), QStringList());
         QByteArray output;
-        while (!output.contains("first frame painted") && program.waitForReadyRead(10'000)) output += program.readAll();
+        while (!output.contains("first frame painted") && program.waitForReadyRead(10'000))
+            output += program.readAll();
         times.push_back(output.contains("first frame painted") ? double(timer.nsecsElapsed()) / 1e6 : 1e9);
         QFile status(QStringLiteral("/proc/%1/statm").arg(program.processId()));
         if (status.open(QIODevice::ReadOnly)) memory = status.readAll().split(' ').value(1).toDouble() * 4096 / 1e6;

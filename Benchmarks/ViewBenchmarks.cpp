@@ -23,8 +23,13 @@ struct Desk {
     MIDIManager manager{service, model, QStringLiteral("TessikAutomation Console")};
     MIDIOutputManager output{service};
     DeskEditor editor{model, output};
+    ManualSettingsStore manualSettings;
+    ChannelLabelStore labels;
+    MasterSectionStore master;
+    MTCClock mtcClock{service, QStringLiteral("TessikAutomation Timecode")};
+    TransportManager transport{service};
     ThemeStore theme;
-    MainWindow window{{theme, model, manager, output, editor}};
+    MainWindow window{{theme, model, manager, output, editor, mtcClock, transport, manualSettings, labels, master}};
 
     explicit Desk(QSize size) {
         window.resize(size);

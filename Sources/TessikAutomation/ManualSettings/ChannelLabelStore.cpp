@@ -9,6 +9,13 @@ void ChannelLabelStore::update(const ChannelLabel& label, const QString& channel
     if (onChange) onChange();
 }
 
+void ChannelLabelStore::remove(const QString& channelID) {
+    QMap<QString, ChannelLabel> labels = labelsByChannelID.value();
+    labels.remove(channelID);
+    labelsByChannelID = labels;
+    if (onChange) onChange();
+}
+
 void ChannelLabelStore::resetAll() {
     labelsByChannelID = QMap<QString, ChannelLabel>();
     if (onChange) onChange();

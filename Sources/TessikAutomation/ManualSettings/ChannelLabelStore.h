@@ -14,11 +14,13 @@ class ChannelLabelStore {
 public:
     /// Written as a whole when a session is opened, which calls no `onChange`.
     QProperty<QMap<QString, ChannelLabel>> labelsByChannelID;
-    /// Called after each `update` and `resetAll`.
+    /// Called after each `update`, `remove` and `resetAll`.
     std::function<void()> onChange;
 
     /// Stores a channel's label, also one without a name.
     void update(const ChannelLabel& label, const QString& channelID);
+    /// Leaves the channel without a label, as it was before its first.
+    void remove(const QString& channelID);
     void resetAll();
 };
 

@@ -91,6 +91,11 @@ void addRecentSession(const QString& path) {
     write(Key::recentSessions, QStringList(paths.mid(0, maxRecentSessions)));
 }
 
+std::optional<int> deskZoom() {
+    const std::optional<std::int64_t> stored = integer(Key::deskZoom);
+    return stored && *stored >= 10 && *stored <= 1000 ? std::optional(int(*stored)) : std::nullopt;
+}
+
 void setInteger(QLatin1String key, std::int64_t value) { write(key, qlonglong(value)); }
 void setString(QLatin1String key, const QString& value) { write(key, value); }
 void remove(QLatin1String key) { write(key, {}); }

@@ -2,6 +2,9 @@
 
 #include "TessikAutomation/MIDI/DeskEditor.h"
 #include "TessikAutomation/MIDI/TransportManager.h"
+#include "TessikAutomation/ManualSettings/ChannelLabelStore.h"
+#include "TessikAutomation/ManualSettings/ManualSettingsStore.h"
+#include "TessikAutomation/ManualSettings/MasterSectionStore.h"
 #include "TessikAutomation/Views/Theme/ThemeStore.h"
 #include "TessikKit/MIDI/MIDIManager.h"
 #include "TessikKit/MIDI/MTCClock.h"
@@ -17,6 +20,9 @@ struct AppObjects {
     DeskEditor& deskEditor;
     MTCClock& mtcClock;
     TransportManager& transport;
+    ManualSettingsStore& manualSettings;
+    ChannelLabelStore& channelLabels;
+    MasterSectionStore& masterSection;
 };
 
 } // namespace tessik

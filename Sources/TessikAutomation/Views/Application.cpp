@@ -68,7 +68,8 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
       midiManager(service, consoleModel, QStringLiteral("TessikAutomation")),
       deskEditor(consoleModel, midiOutput),
       snapshotRecall(consoleModel, manualSettings, midiOutput),
-      window({theme, consoleModel, midiManager, midiOutput, deskEditor, mtcClock, transport}),
+      window({theme, consoleModel, midiManager, midiOutput, deskEditor, mtcClock, transport, manualSettings,
+              channelLabels, masterSection}),
       dialogs(window),
       session({snapshots, passes, manualSettings, channelLabels, masterSection, locators}, dialogs, recoveryRoot) {
     midiOutput.setupClient();

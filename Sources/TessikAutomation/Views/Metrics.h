@@ -7,6 +7,7 @@
 namespace tessik::Metrics {
 
 inline constexpr int grid = 4;
+constexpr int toGridUp(int length) { return (length + grid - 1) / grid * grid; }
 constexpr int toGrid(int length) { return length / grid * grid; }
 
 // ---- the window
@@ -17,27 +18,47 @@ inline constexpr int minWindowWidth = 1040;
 inline constexpr int minWindowHeight = 560;
 
 // ---- the desk
-inline constexpr int inputChannelStripWidth = 88;
+inline constexpr int inputChannelStripWidth = 96;
 inline constexpr int maxInputChannelStripWidth = 112; ///< where the window is wider than the inputs
-inline constexpr int groupStripWidth = 72;
-inline constexpr int stereoStripWidth = 88;
+inline constexpr int groupStripWidth = 64;
+inline constexpr int stereoStripWidth = 96;
 inline constexpr int channelStripSpacing = 0;
-inline constexpr int deskDivider = 4; ///< between the scrolling inputs and the fixed strips
+inline constexpr int deskDivider = 4;       ///< between the scrolling inputs and the fixed strips
+inline constexpr int verticalBarWidth = 12; ///< where the modules scroll, in the divider
 
-// ---- a channel strip below the manual controls
+// ---- a channel strip above the bar
+inline constexpr int moduleTop = 4;
+inline constexpr int moduleBottom = 2;
+inline constexpr int sectionGap = 2;
+inline constexpr int sectionTitleHeight = 11;
+inline constexpr int sectionTitlePitch = 14;
+inline constexpr int keyHeight = 19;
+inline constexpr int keyPitch = 22;
+inline constexpr int keyGap = 3;
+inline constexpr int knobPitch = 44;
+inline constexpr int miniFaderHeight = 64;
+
+// ---- a channel strip from its BYPASS down
 inline constexpr int stripMargin = 6;
-inline constexpr int barHeight = 32;
+inline constexpr int narrowStripMargin = 4; ///< of groups
+inline constexpr int eqBesideWidth = 18;
+inline constexpr int bypassTop = 3;
+inline constexpr int barTop = bypassTop + keyHeight + 4;
+inline constexpr int barHeight = 44;
 inline constexpr int barShadowHeight = 10;
-inline constexpr int keyHeight = 22;
-inline constexpr int keyPitch = 26;
-inline constexpr int keysTop = barHeight + 12;
-inline constexpr int faderTop = keysTop + 3 * keyPitch + 8;
-inline constexpr int muteHeight = 24;
-inline constexpr int nullHeight = 18;
-inline constexpr int readoutHeight = 20;
-inline constexpr int rowGap = 5;
-inline constexpr int stripBottom = 8;
-inline constexpr int minFaderHeight = 180;
+inline constexpr int numberHeight = 21;
+inline constexpr int scribbleHeight = 18;
+inline constexpr int mutesTitleTop = barTop + barHeight + 6;
+inline constexpr int mutesTop = mutesTitleTop + 12;
+inline constexpr int faderTop = mutesTop + keyHeight + 7;
+inline constexpr int muteHeight = 22;
+inline constexpr int nullHeight = 16;
+inline constexpr int readoutHeight = 18;
+inline constexpr int rowGap = 4;
+inline constexpr int stripBottom = 6;
+inline constexpr int minFaderHeight = 168;
+inline constexpr int minStripHeight =
+    faderTop + minFaderHeight + rowGap + muteHeight + rowGap + nullHeight + rowGap + readoutHeight + stripBottom;
 
 // ---- a fader
 inline constexpr int capWidth = 30;

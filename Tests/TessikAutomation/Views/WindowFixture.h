@@ -15,7 +15,7 @@ struct WindowTest : testing::Test {
         using namespace SavedSettings;
         for (const QLatin1String key :
              {Key::appTheme, Key::consoleSourceID, Key::midiOutDestinationID, Key::midiChannel, Key::modelSize,
-              Key::timecodeSourceID, Key::transportDestinationID, Key::mmcDeviceID})
+              Key::timecodeSourceID, Key::transportDestinationID, Key::mmcDeviceID, Key::deskZoom})
             SavedSettings::remove(key);
         service.createClient(QStringLiteral("Far"), {}, far);
         service.createSource(far, QStringLiteral("Desk Out"), deskOut);
@@ -33,7 +33,8 @@ struct WindowTest : testing::Test {
     }
 
     void show(QSize size = {1366, 768}) {
-        window = std::make_unique<MainWindow>(AppObjects{theme, model, manager, output, editor, mtcClock, transport});
+        window = std::make_unique<MainWindow>(
+            AppObjects{theme, model, manager, output, editor, mtcClock, transport, manualSettings, labels, master});
         window->resize(size);
         window->show();
         QApplication::processEvents();
@@ -57,6 +58,9 @@ struct WindowTest : testing::Test {
     DeskEditor editor{model, output};
     MTCClock mtcClock{service, QStringLiteral("TessikAutomation Timecode"), clock};
     TransportManager transport{service};
+    ManualSettingsStore manualSettings;
+    ChannelLabelStore labels;
+    MasterSectionStore master;
     std::unique_ptr<MainWindow> window;
 };
 

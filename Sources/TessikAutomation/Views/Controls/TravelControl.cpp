@@ -17,7 +17,7 @@ void TravelControl::paintValue(Canvas& canvas, const QRect& rect, double number)
 
 void TravelControl::paintLegend(Canvas& canvas, const QRect& rect) const {
     Type::draw(canvas.painter, canvas.px(QRectF(rect)), Qt::AlignHCenter, title,
-               Type::font(8 * canvas.scale, QFont::DemiBold, 0.2 * canvas.scale), canvas.look.tints.legend);
+               Type::font(8 * canvas.scale, QFont::DemiBold, 0.2 * canvas.scale), canvas.look.tints.moduleLegend);
 }
 
 } // namespace tessik

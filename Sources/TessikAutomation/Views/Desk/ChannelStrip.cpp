@@ -1,24 +1,39 @@
 #include "TessikAutomation/Views/Desk/ChannelStrip.h"
 
-#include "TessikAutomation/Views/Controls/ConsoleToggle.h"
 #include "TessikAutomation/Views/Controls/FaderTrackView.h"
 #include "TessikAutomation/Views/Controls/Indicators.h"
+#include "TessikAutomation/Views/Controls/ScribbleStrip.h"
+#include "TessikAutomation/Views/Desk/ManualControls.h"
+#include "TessikAutomation/Views/Desk/ModulePanel.h"
+#include "TessikAutomation/Views/Desk/ScribbleFocusCoordinator.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
+#include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikKit/Models/FaderDBCalibration.h"
 
 namespace tessik {
 namespace {
 
 using namespace Metrics;
-using Table = ControlTable<ChannelStripSubject>;
+using Table = ControlTable<StripSubject>;
 
 // ---- places, from the upper edge down to the fader and from the lower edge up to it
 
-QRect row(QSize strip, int top, int height) { return {stripMargin, top, strip.width() - 2 * stripMargin, height}; }
+int margin(QSize strip) { return strip.width() < inputChannelStripWidth ? narrowStripMargin : stripMargin; }
+QRect row(QSize strip, int top, int height) { return {margin(strip), top, strip.width() - 2 * margin(strip), height}; }
 
-QRect numberRect(QSize strip) { return {0, 0, strip.width(), barHeight}; }
-auto keyRect(int index) {
-    return [index](QSize strip) { return row(strip, keysTop + index * keyPitch, keyHeight); };
+QRect numberRect(QSize strip) { return {0, barTop + 1, strip.width(), numberHeight}; }
+QRect scribbleRect(QSize strip) { return row(strip, barTop + numberHeight + 1, scribbleHeight); }
+QRect bypassRect(QSize strip) { return row(strip, bypassTop, keyHeight); }
+/// On groups and stereo, EQ stands beside BYPASS.
+QRect eqBesideRect(QSize strip) { return QRect(bypassRect(strip).topLeft(), QSize(eqBesideWidth, keyHeight)); }
+QRect bypassBesideRect(QSize strip) { return bypassRect(strip).adjusted(eqBesideWidth + keyGap - 1, 0, 0, 0); }
+QRect monMuteRect(QSize strip) {
+    QRect half = row(strip, mutesTop, keyHeight);
+    half.setWidth((half.width() - keyGap) / 2);
+    return half;
+}
+QRect auxMuteRect(QSize strip) {
+    return row(strip, mutesTop, keyHeight).adjusted(monMuteRect(strip).width() + keyGap, 0, 0, 0);
 }
 QRect readoutRect(QSize strip) { return row(strip, strip.height() - stripBottom - readoutHeight, readoutHeight); }
 QRect nullRect(QSize strip) { return row(strip, readoutRect(strip).top() - rowGap - nullHeight, nullHeight); }
@@ -28,45 +43,53 @@ QRect faderRect(QSize strip) { return {0, faderTop, strip.width(), muteRect(stri
 void paintFace(Canvas& canvas, QSize strip) {
     const Palette& palette = canvas.look.palette;
     const QRect whole = canvas.px(QRectF(QPointF(), strip));
-    const int keys = canvas.px(barHeight);
-    const int bank = canvas.px(faderTop - 6);
-    Parts::modulePanel(canvas.painter, QRect(0, keys, whole.width(), bank - keys), canvas.scale,
-                       palette.channelStripBackground, canvas.look);
-    Parts::modulePanel(canvas.painter, QRect(0, bank, whole.width(), whole.height() - bank), canvas.scale,
+    const int bar = canvas.px(barTop);
+    const int barEnd = canvas.px(barTop + barHeight);
+    Parts::modulePanel(canvas.painter, QRect(0, 0, whole.width(), bar), canvas.scale, palette.channelStripBackground,
+                       canvas.look);
+    Parts::modulePanel(canvas.painter, QRect(0, barEnd, whole.width(), whole.height() - barEnd), canvas.scale,
                        palette.faderBankBackground, canvas.look);
-    // A groove milled between the two.
-    canvas.painter.fillRect(QRect(0, bank - canvas.line(), whole.width(), canvas.line()), withAlpha(Qt::black, 0.45));
-    canvas.painter.fillRect(QRect(0, bank, whole.width(), canvas.line()),
-                            withAlpha(Qt::white, canvas.look.isDark() ? 0.07 : 0.4));
-    Parts::aluminium(canvas.painter, QRect(0, 0, whole.width(), keys), canvas.scale, canvas.look);
-    Parts::barShadow(canvas.painter, QRect(0, keys, whole.width(), canvas.px(barShadowHeight)));
+    Parts::aluminium(canvas.painter, QRect(0, bar, whole.width(), barEnd - bar), canvas.scale, canvas.look);
+    Parts::barShadow(canvas.painter, QRect(0, barEnd, whole.width(), canvas.px(barShadowHeight)));
+}
+
+/// What belongs to the controls is printed on strips that have them.
+void paintPrintedFace(Canvas& canvas, QSize strip) {
+    paintFace(canvas, strip);
+    const QRect title = canvas.px(QRectF(row(strip, mutesTitleTop, 10)));
+    Type::draw(canvas.painter, title, Qt::AlignHCenter, QStringLiteral("MUTES"),
+               Type::font(8 * canvas.scale, QFont::DemiBold, 0.9 * canvas.scale), canvas.look.tints.legend);
 }
 
 // ---- what the controls are bound to
 
-ControlBinding bindSwitch(const ChannelStripSubject& subject, const QString& what, DeskEditor::Switch which) {
-    ChannelState& channel = *subject.channel;
-    return {.name = spokenName(channel.kind) + what,
-            .read =
-                [&channel, which] {
-                    return ControlValue{(channel.*which).value() ? 1.0 : 0.0, {}};
-                },
-            .write = [subject, which](double on) { subject.editor->setSwitch(*subject.channel, which, on != 0); },
-            .watch = watching(channel.*which)};
+auto switchOf(const QString& fullName, DeskEditor::Switch which) {
+    return [fullName, which](const StripSubject& subject) { return bindSwitch(subject, fullName, which); };
 }
 
-auto switchOf(const QString& what, DeskEditor::Switch which) {
-    return [what, which](const ChannelStripSubject& subject) { return bindSwitch(subject, what, which); };
+ControlBinding bindScribble(const StripSubject& subject) {
+    const ChannelState& channel = *subject.channel;
+    ControlBinding binding{.read =
+                               [subject] {
+                                   const auto labels = subject.labels->labelsByChannelID.value();
+                                   const auto label = labels.constFind(subject.channel->id);
+                                   return ScribbleStrip::value(label == labels.constEnd() ? std::nullopt
+                                                                                          : std::optional(*label));
+                               },
+                           .write = [subject](double) { subject.scribbles->editingID = subject.channel->id; },
+                           .watch = watching(subject.labels->labelsByChannelID)};
+    nameControl(binding, spokenName(channel.kind), QStringLiteral("scribble strip"), nullptr);
+    return binding;
 }
 
-ControlBinding bindNumber(const ChannelStripSubject& subject) {
+ControlBinding bindNumber(const StripSubject& subject) {
     ChannelState& channel = *subject.channel;
     return {.name = spokenName(channel.kind), .read = [&channel] { return ControlValue{0, channel.displayName}; }};
 }
 
-ControlBinding bindFader(const ChannelStripSubject& subject) {
+ControlBinding bindFader(const StripSubject& subject) {
     ChannelState& channel = *subject.channel;
-    return {.name = spokenName(channel.kind) + QStringLiteral(" fader"),
+    return {.name = spokenName(channel.kind) + QStringLiteral(", fader"),
             .read =
                 [&channel] {
                     return ControlValue{double(channel.faderValue.value()), {}};
@@ -75,9 +98,9 @@ ControlBinding bindFader(const ChannelStripSubject& subject) {
             .watch = watching(channel.faderValue)};
 }
 
-ControlBinding bindNull(const ChannelStripSubject& subject) {
+ControlBinding bindNull(const StripSubject& subject) {
     ChannelState& channel = *subject.channel;
-    return {.name = spokenName(channel.kind) + QStringLiteral(" NULL"),
+    return {.name = spokenName(channel.kind) + QStringLiteral(", NULL"),
             .read =
                 [&channel] {
                     return ControlValue{double(channel.nullMatch()), {}};
@@ -85,9 +108,9 @@ ControlBinding bindNull(const ChannelStripSubject& subject) {
             .watch = watching(channel.faderValue, channel.nullTarget)};
 }
 
-ControlBinding bindReadout(const ChannelStripSubject& subject) {
+ControlBinding bindReadout(const StripSubject& subject) {
     ChannelState& channel = *subject.channel;
-    return {.name = spokenName(channel.kind) + QStringLiteral(" level"),
+    return {.name = spokenName(channel.kind) + QStringLiteral(", level"),
             .read =
                 [&channel] {
                     return ControlValue{0, FaderDBCalibration::displayString(channel.faderValue)};
@@ -95,21 +118,27 @@ ControlBinding bindReadout(const ChannelStripSubject& subject) {
             .watch = watching(channel.faderValue)};
 }
 
-Table makeTable(QColor Tints::*capTint) {
+Table makeTable(ChannelKind::Case kind, QColor Tints::*capTint) {
     Table table;
-    table.kind.paintFace = paintFace;
+    table.kind.paintFace = paintPrintedFace;
+    const bool isInput = kind == ChannelKind::Case::input;
+    const auto& bypass = ManualControls::channel().of(&ManualChannelSettings::bypass);
+    if (!isInput)
+        table.add(QStringLiteral("eqOn"), ConsoleToggle(QStringLiteral("EQ"), &Tints::ledGreen, true), eqBesideRect,
+                  switchOf(QStringLiteral("EQ"), &ChannelState::eqOn));
+    table.add(bypass.id, ModulePanel::toggle(bypass), isInput ? bypassRect : bypassBesideRect,
+              [&bypass](const StripSubject& subject) { return bindManual(subject, bypass); });
     table.add(QStringLiteral("number"), ChannelNumber(), numberRect, bindNumber);
-    table.add(QStringLiteral("eqOn"), ConsoleToggle(QStringLiteral("EQ"), &Tints::ledGreen, true), keyRect(0),
-              switchOf(QStringLiteral(" EQ"), &ChannelState::eqOn));
-    table.add(QStringLiteral("monMuted"), ConsoleToggle(QStringLiteral("MON MUTE"), &Tints::ledRed, true), keyRect(1),
-              switchOf(QStringLiteral(" monitor MUTE"), &ChannelState::monMuted));
-    table.add(QStringLiteral("auxMuted"), ConsoleToggle(QStringLiteral("AUX MUTE"), &Tints::ledAmber, true), keyRect(2),
-              switchOf(QStringLiteral(" aux MUTE"), &ChannelState::auxMuted));
+    table.add(QStringLiteral("scribble"), ScribbleStrip(), scribbleRect, bindScribble);
+    table.add(QStringLiteral("monMuted"), ConsoleToggle(QStringLiteral("MON"), &Tints::ledRed, true), monMuteRect,
+              switchOf(QStringLiteral("monitor MUTE"), &ChannelState::monMuted));
+    table.add(QStringLiteral("auxMuted"), ConsoleToggle(QStringLiteral("AUX"), &Tints::ledRed, true), auxMuteRect,
+              switchOf(QStringLiteral("aux MUTE"), &ChannelState::auxMuted));
     FaderTrackView fader;
     fader.accentTint = capTint;
     table.add(QStringLiteral("fader"), std::move(fader), faderRect, bindFader);
     table.add(QStringLiteral("chanMuted"), ConsoleToggle(QStringLiteral("MUTE"), &Tints::ledRed, false), muteRect,
-              switchOf(QStringLiteral(" MUTE"), &ChannelState::chanMuted));
+              switchOf(QStringLiteral("MUTE"), &ChannelState::chanMuted));
     table.add(QStringLiteral("null"), NullIndicatorRow(), nullRect, bindNull);
     table.add(QStringLiteral("readout"), LevelReadout(), readoutRect, bindReadout);
     return table;
@@ -117,19 +146,10 @@ Table makeTable(QColor Tints::*capTint) {
 
 } // namespace
 
-QString spokenName(ChannelKind kind) {
-    switch (kind.kind()) {
-    case ChannelKind::Case::input: return QStringLiteral("Channel %1").arg(kind.number());
-    case ChannelKind::Case::group: return QStringLiteral("Group %1").arg(kind.number());
-    case ChannelKind::Case::stereo: break;
-    }
-    return QStringLiteral("Stereo");
-}
-
 const Table& channelStripTable(ChannelKind::Case kind) {
-    static const Table input = makeTable(&Tints::capLine);
-    static const Table group = makeTable(&Tints::groupLine);
-    static const Table stereo = makeTable(&Tints::stereoLine);
+    static const Table input = makeTable(ChannelKind::Case::input, &Tints::capLine);
+    static const Table group = makeTable(ChannelKind::Case::group, &Tints::groupLine);
+    static const Table stereo = makeTable(ChannelKind::Case::stereo, &Tints::stereoLine);
     switch (kind) {
     case ChannelKind::Case::input: return input;
     case ChannelKind::Case::group: return group;

@@ -1,50 +1,116 @@
 #include "TessikAutomation/Views/Desk/DeskView.h"
 
+#include "TessikAutomation/Persistence/SavedSettings.h"
+#include "TessikAutomation/Views/Desk/InputModule.h"
+#include "TessikAutomation/Views/Desk/MasterPanel.h"
+#include "TessikAutomation/Views/Desk/ScribbleEditor.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 
 #include <QPainter>
+#include <QWheelEvent>
 
 namespace tessik {
+namespace {
+
+constexpr quint64 scrollGesture = 400; // milliseconds; a wheel that scrolls goes on to do so for as long
+
+} // namespace
 
 using namespace Metrics;
 
-DeskView::DeskView(ConsoleModel& consoleModel, DeskEditor& editor, DrawingContext& drawing, QWidget* parent)
+DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContext& drawing, QWidget* parent)
     : QWidget(parent),
-      _consoleModel(consoleModel),
-      _editor(editor),
-      _drawing(drawing),
+      _objects(objects),
+      _history(history),
+      _windowDrawing(drawing),
+      _scribbles(objects.consoleModel),
       _inputs(new HorizontalOnlyScrollView(this)),
-      _blank(new ControlHost(blankStripKind(), {}, drawing, _inputs->content())) {
+      _moduleView(new VerticalOnlyScrollView(_inputs->content())),
+      _masterView(nullptr),
+      _master(nullptr),
+      _blank{new ControlHost(blankModuleKind(), {}, _drawing, _moduleView->content()),
+             new ControlHost(blankStripKind(), {}, _drawing, _inputs->content())} {
     setAttribute(Qt::WA_OpaquePaintEvent);
-    for (ChannelState* channel : consoleModel.inputs()) {
-        ControlHost* host = addStrip(*channel, _inputs->content());
-        connect(host, &ControlHost::controlFocused, this,
-                [this, host] { _inputs->reveal(host->x(), host->width(), true); });
-    }
-    // The keyboard goes over the strips as they stand: stereo is the first of those that stay.
-    ControlHost* stereo = addStrip(consoleModel.stereo(), this);
-    for (ChannelState* channel : consoleModel.groups())
-        addStrip(*channel, this);
+    // Made in the order in which the keyboard goes over them.
+    for (ChannelState* channel : objects.consoleModel.inputs())
+        addChannel(*channel);
+    _masterView = new VerticalOnlyScrollView(this);
+    _masterView->setWheelScrolls(true);
+    _master = new ControlHost(masterPanelTable().kind, masterPanelTable().bind({&objects.masterSection, &history}),
+                              _drawing, _masterView->content());
+    _master->setAccessibleName(QStringLiteral("Master section"));
+    connect(_master, &ControlHost::controlFocused, this, [this] {
+        const QRect control = _master->controlRect(_master->focusedControl());
+        _masterView->reveal(control.y(), control.height());
+    });
+    addChannel(objects.consoleModel.stereo());
+    for (ChannelState* channel : objects.consoleModel.groups())
+        addChannel(*channel);
     std::rotate(_strips.begin() + maxInputs, _strips.begin() + maxInputs + 1, _strips.end());
-    Q_ASSERT(_strips.back() == stereo);
-    Q_UNUSED(stereo)
+
+    _scribbleEditor = new ScribbleEditor(_scribbles, objects.channelLabels, history, _windowDrawing, this);
+    _scribbleEditor->stripRect = [this](const QString& id) {
+        for (const ControlHost* host : _strips) {
+            if (host->objectName() != id) continue;
+            const QRect strip = host->controlRect(host->controlIndex(QStringLiteral("scribble")));
+            return QRect(host->mapTo(this, strip.topLeft()), strip.size());
+        }
+        return QRect();
+    };
+    _scribbleEditor->spokenName = [this](const QString& id) {
+        for (const ControlHost* host : _strips)
+            if (host->objectName() == id)
+                return host->accessibleName().left(1).toLower() + host->accessibleName().mid(1);
+        return QString();
+    };
+    _scribbles.onMove = [this](int place) {
+        const QString id = _scribbles.order()[place];
+        for (int i = 0; i < maxInputs; ++i)
+            if (_strips[std::size_t(i)]->objectName() == id) revealInput(*_strips[std::size_t(i)]);
+    };
+    connect(_inputs->scrollBar(), &QScrollBar::valueChanged, _scribbleEditor, &ScribbleEditor::follow);
+
     _inputs->scrollBar()->setParent(this);
-    _observers.push_back(consoleModel.modelSize.addNotifier([this] { layOut(); }));
+    _moduleView->scrollBar()->setParent(this);
+    _masterView->scrollBar()->setParent(this);
+    _inputs->installEventFilter(this);
+    if (const auto saved = SavedSettings::deskZoom()) _zoom = *saved;
+    setZoom(_zoom);
+    _observers.push_back(objects.consoleModel.modelSize.addNotifier([this] { layOut(); }));
     _observers.push_back(drawing.look.addNotifier([this] { applyLook(); }));
     applyLook();
 }
 
-ControlHost* DeskView::addStrip(ChannelState& channel, QWidget* parent) {
-    const auto& table = channelStripTable(channel.kind.kind());
-    auto* host = new ControlHost(table.kind, table.bind({&channel, &_editor}), _drawing, parent);
-    host->setAccessibleName(spokenName(channel.kind));
-    _strips.push_back(host);
+void DeskView::addChannel(ChannelState& channel) {
+    const StripSubject subject{
+        &channel, &_objects.deskEditor, &_objects.manualSettings.box(channel.id), &_objects.channelLabels, &_scribbles,
+        &_history};
+    const ChannelKind::Case kind = channel.kind.kind();
+    const bool isInput = kind == ChannelKind::Case::input;
+    if (isInput) _modules.push_back(addHost(inputModuleTable(), subject, _moduleView->content()));
+    _strips.push_back(addHost(channelStripTable(kind), subject, isInput ? _inputs->content() : this));
+    _strips.back()->setObjectName(channel.id);
+}
+
+ControlHost* DeskView::addHost(const ControlTable<StripSubject>& table, const StripSubject& subject, QWidget* parent) {
+    auto* host = new ControlHost(table.kind, table.bind(subject), _drawing, parent);
+    host->setAccessibleName(spokenName(subject.channel->kind));
+    host->installEventFilter(this);
+    if (subject.channel->kind.kind() == ChannelKind::Case::input)
+        connect(host, &ControlHost::controlFocused, this, [this, host] { revealInput(*host); });
     return host;
 }
 
+void DeskView::revealInput(const ControlHost& host) {
+    _inputs->reveal(host.x(), host.width(), true);
+    if (host.parentWidget() != _moduleView->content() || host.focusedControl() < 0) return;
+    const QRect control = host.controlRect(host.focusedControl());
+    _moduleView->reveal(control.y() - moduleTop, control.height() + 2 * moduleTop);
+}
+
 ControlHost* DeskView::strip(ChannelKind kind) const {
-    if (!_consoleModel.channelState(kind)) return nullptr;
+    if (!_objects.consoleModel.channelState(kind)) return nullptr;
     switch (kind.kind()) {
     case ChannelKind::Case::input: return _strips[std::size_t(kind.number() - 1)];
     case ChannelKind::Case::group: return _strips[std::size_t(maxInputs + kind.number() - 1)];
@@ -53,8 +119,8 @@ ControlHost* DeskView::strip(ChannelKind kind) const {
     return _strips.back();
 }
 
-int DeskView::fixedWidth() {
-    return deskDivider + stereoStripWidth + groupCount * (groupStripWidth + channelStripSpacing);
+int DeskView::fixedWidth() const {
+    return scaled(stereoStripWidth + groupCount * (groupStripWidth + channelStripSpacing));
 }
 
 int DeskView::stripHeight() const { return toGrid(height() - railHeight); }
@@ -70,58 +136,119 @@ void DeskView::setStatusView(QWidget* view) {
     layOut();
 }
 
+void DeskView::setZoom(int percent) {
+    const auto nearest = std::min_element(zoomSteps.begin(), zoomSteps.end(), [percent](int a, int b) {
+        return std::abs(a - percent) < std::abs(b - percent);
+    });
+    if (*nearest != _zoom) SavedSettings::setInteger(SavedSettings::Key::deskZoom, *nearest);
+    _zoom = *nearest;
+    // Whole eighths, in which the widths of strips stay on the grid.
+    _drawing.zoom = std::round(_zoom / 12.5) / 8;
+    layOut();
+    for (ControlHost* host : findChildren<ControlHost*>())
+        host->update();
+}
+
+void DeskView::changeZoom(bool larger) {
+    auto step = std::find(zoomSteps.begin(), zoomSteps.end(), _zoom);
+    if (larger ? step + 1 != zoomSteps.end() : step != zoomSteps.begin()) setZoom(larger ? *(step + 1) : *(step - 1));
+}
+
 void DeskView::applyLook() {
-    AppStyle::applySheet(*_inputs->scrollBar(),
-                         QStringLiteral("QScrollBar { background: @rail; border: none; }"
-                                        "QScrollBar::handle { background: @handle; border-radius: 4px; min-width: 60px;"
-                                        "  margin: 6px 4px; }"
-                                        "QScrollBar::handle:hover { background: @secondary; }"
-                                        "QScrollBar::add-line, QScrollBar::sub-line { width: 0; }"),
-                         *_drawing.look.value());
+    _drawing.look = _windowDrawing.look.value();
+    for (QScrollBar* bar : {_inputs->scrollBar(), _moduleView->scrollBar(), _masterView->scrollBar()})
+        AppStyle::applySheet(*bar,
+                             QStringLiteral("QScrollBar { background: @rail; border: none; }"
+                                            "QScrollBar::handle { background: @handle; border-radius: 4px; }"
+                                            "QScrollBar::handle:horizontal { min-width: 60px; margin: 6px 4px; }"
+                                            "QScrollBar::handle:vertical { min-height: 40px; margin: 4px 2px; }"
+                                            "QScrollBar::handle:hover { background: @secondary; }"
+                                            "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"),
+                             *_drawing.look.value());
     update();
 }
 
 void DeskView::resizeEvent(QResizeEvent*) { layOut(); }
 
 void DeskView::layOut() {
-    const int inputCount = ConsoleModel::inputCount(_consoleModel.modelSize);
-    const int visible = std::max(0, toGrid(width() - fixedWidth()));
+    const int inputCount = ConsoleModel::inputCount(_objects.consoleModel.modelSize);
     const int height = stripHeight();
-    const int stripWidth = std::clamp(toGrid(visible / inputCount), inputChannelStripWidth, maxInputChannelStripWidth);
+    // The module comes first; when it is complete, the fader grows.
+    const int whole = toGridUp(scaled(inputModuleHeight()));
+    const int upper = std::clamp(toGrid(height - scaled(minStripHeight)), 0, whole);
+    const int lower = height - upper;
+    const bool scrolls = upper < whole;
+    const int divider = scrolls ? verticalBarWidth : deskDivider;
+
+    const int fixed = toGrid(width() - fixedWidth()); // what the grid leaves over is at the window's edge
+    const int visible = std::max(0, toGrid(fixed - divider));
+    // Wider strips where there is room, but for a zoomed desk, whose strips keep to the grid in their own width only.
+    const int stripWidth =
+        _zoom != 100 ? scaled(inputChannelStripWidth)
+                     : std::clamp(toGrid(visible / inputCount), inputChannelStripWidth, maxInputChannelStripWidth);
     const int pitch = stripWidth + channelStripSpacing;
+    const int content = inputCount * pitch;
 
     _inputs->setGeometry(0, 0, visible, height);
-    for (int i = 0; i < maxInputs; ++i) {
-        ControlHost& host = *_strips[std::size_t(i)];
-        host.setGeometry(i * pitch, 0, stripWidth, height);
-        host.setVisible(i < inputCount);
-    }
-    const int content = inputCount * pitch;
-    _blank->setGeometry(content, 0, std::max(0, visible - content), height);
-    _blank->setVisible(visible > content);
     _inputs->setContentWidth(content, pitch);
+    _moduleView->setGeometry(0, 0, std::max(content, visible), upper);
+    _moduleView->setContentHeight(whole, scaled(knobPitch));
+    for (int i = 0; i < maxInputs; ++i) {
+        ControlHost& module = *_modules[std::size_t(i)];
+        ControlHost& strip = *_strips[std::size_t(i)];
+        module.setGeometry(i * pitch, 0, stripWidth, whole);
+        strip.setGeometry(i * pitch, upper, stripWidth, lower);
+        module.setVisible(i < inputCount);
+        strip.setVisible(i < inputCount);
+    }
+    _blank[0]->setGeometry(content, 0, std::max(0, visible - content), whole);
+    _blank[1]->setGeometry(content, upper, std::max(0, visible - content), lower);
+    for (ControlHost* blank : _blank)
+        blank->setVisible(visible > content);
     _inputs->scrollBar()->setGeometry(0, height, visible, railHeight);
     _inputs->scrollBar()->setVisible(content > visible);
+    _moduleView->scrollBar()->setGeometry(fixed - verticalBarWidth, 0, verticalBarWidth, upper);
+    _moduleView->scrollBar()->setVisible(scrolls);
 
-    if (_status) _status->setGeometry(toGrid(width() - fixedWidth() + deskDivider), height, fixedWidth(), railHeight);
+    const int masterHeight = std::max(upper, toGridUp(scaled(masterPanelMinHeight)));
+    _masterView->setGeometry(fixed, 0, fixedWidth(), upper);
+    _masterView->setContentHeight(masterHeight, scaled(knobPitch));
+    _master->setGeometry(0, 0, fixedWidth(), masterHeight);
+    _masterView->scrollBar()->setGeometry(width() - verticalBarWidth, 0, verticalBarWidth, upper);
+    _masterView->scrollBar()->setVisible(masterHeight > upper);
+    _masterView->scrollBar()->raise();
 
-    // What the grid leaves over is a wider divider, so that the strips end at the window's edge.
-    int x = width() - fixedWidth() + deskDivider;
-    x = toGrid(x);
-    strip(ChannelKind::stereo())->setGeometry(x, 0, stereoStripWidth, height);
-    x += stereoStripWidth;
-    for (int i = 0; i < groupCount; ++i, x += groupStripWidth + channelStripSpacing)
-        _strips[std::size_t(maxInputs + i)]->setGeometry(x, 0, groupStripWidth, height);
+    if (_status) _status->setGeometry(fixed, height, width() - fixed, railHeight);
+
+    int x = fixed;
+    strip(ChannelKind::stereo())->setGeometry(x, upper, scaled(stereoStripWidth), lower);
+    x += scaled(stereoStripWidth);
+    for (int i = 0; i < groupCount; ++i, x += scaled(groupStripWidth + channelStripSpacing))
+        _strips[std::size_t(maxInputs + i)]->setGeometry(x, upper, scaled(groupStripWidth), lower);
+    _scribbleEditor->follow();
     update();
 }
 
 void DeskView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const Look& look = *_drawing.look.value();
-    painter.fillRect(rect(), look.railColor());
+    painter.fillRect(rect(), _drawing.look.value()->railColor());
     // Between the two blocks the frame of the desk shows.
     const int x = _inputs->width();
     painter.fillRect(QRect(x, 0, strip(ChannelKind::stereo())->x() - x, stripHeight()), QColor(8, 8, 8));
+}
+
+bool DeskView::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() != QEvent::Wheel) return false;
+    const quint64 now = static_cast<QWheelEvent*>(event)->timestamp();
+    if (object == _inputs) {
+        _scrolledAt = now;
+        return false;
+    }
+    // A wheel that began scrolling goes on scrolling, whatever passes under the pointer.
+    auto* host = static_cast<ControlHost*>(object);
+    if (!_scrolledAt || now - *_scrolledAt > scrollGesture || !_inputs->isAncestorOf(host)) return false;
+    QCoreApplication::sendEvent(_inputs, event);
+    return true;
 }
 
 } // namespace tessik

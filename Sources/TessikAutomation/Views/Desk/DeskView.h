@@ -1,44 +1,78 @@
 #pragma once
 
+#include "TessikAutomation/Views/AppObjects.h"
 #include "TessikAutomation/Views/Controls/ControlHost.h"
 #include "TessikAutomation/Views/Desk/ChannelStrip.h"
 #include "TessikAutomation/Views/Desk/HorizontalOnlyScrollView.h"
+#include "TessikAutomation/Views/Desk/ScribbleFocusCoordinator.h"
+#include "TessikAutomation/Views/Desk/VerticalOnlyScrollView.h"
 
 namespace tessik {
 
-/// The console on screen: the inputs that its size has, scrolling sideways, then stereo and groups, which stay.
+class ScribbleEditor;
+
+/// The console on screen. The inputs that its size has scroll sideways, and their upper halves up and down; the master
+/// section, stereo and groups stay. All faders are locked to the lower edge, and grow when the modules are complete.
 class DeskView final : public QWidget {
     Q_OBJECT
 
 public:
-    DeskView(ConsoleModel& consoleModel, DeskEditor& editor, DrawingContext& drawing, QWidget* parent = nullptr);
+    /// What can be taken back goes into `history`.
+    DeskView(const AppObjects& objects, QUndoStack& history, DrawingContext& drawing, QWidget* parent = nullptr);
 
-    ControlHost* strip(ChannelKind kind) const; ///< null for no channel
+    ControlHost* strip(ChannelKind kind) const; ///< from BYPASS down; null for no channel
+    ControlHost* inputModule(int number) const { return _modules[std::size_t(number - 1)]; } ///< of input 1 to 32
+    ControlHost* master() const { return _master; }
     HorizontalOnlyScrollView& inputs() const { return *_inputs; }
+    VerticalOnlyScrollView& moduleView() const { return *_moduleView; }
+    ScribbleFocusCoordinator& scribbles() { return _scribbles; }
+    ScribbleEditor& scribbleEditor() const { return *_scribbleEditor; }
+
     /// Places a small view in the lower right corner, below the strips that stay.
     void setStatusView(QWidget* view);
     /// Moves the inputs by one strip.
     void pageInputs(bool forward);
     /// The width of the strips that do not scroll.
-    static int fixedWidth();
+    int fixedWidth() const;
     int stripHeight() const;
+
+    /// The sizes in which the desk is shown, in percent.
+    static constexpr std::array zoomSteps{88, 100, 125, 150};
+    int zoom() const { return _zoom; }
+    /// To the nearest step; remembered on this machine.
+    void setZoom(int percent);
+    /// To the next larger or smaller step.
+    void changeZoom(bool larger);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    ControlHost* addStrip(ChannelState& channel, QWidget* parent);
+    ControlHost* addHost(const ControlTable<StripSubject>& table, const StripSubject& subject, QWidget* parent);
+    void addChannel(ChannelState& channel);
+    void revealInput(const ControlHost& host);
     void layOut();
     void applyLook();
+    int scaled(int units) const { return int(std::lround(units * _drawing.zoom.value())); }
 
-    ConsoleModel& _consoleModel;
-    DeskEditor& _editor;
-    DrawingContext& _drawing;
+    const AppObjects _objects;
+    QUndoStack& _history;
+    DrawingContext& _windowDrawing;
+    DrawingContext _drawing; ///< zoomed
+    int _zoom = 100;
+    ScribbleFocusCoordinator _scribbles;
     HorizontalOnlyScrollView* _inputs;
-    ControlHost* _blank; ///< beyond the last input, where the window is wider
+    VerticalOnlyScrollView* _moduleView;
+    VerticalOnlyScrollView* _masterView;
+    ControlHost* _master;
+    std::array<ControlHost*, 2> _blank; ///< beyond the last input, where the window is wider: above, below
     QWidget* _status = nullptr;
-    std::vector<ControlHost*> _strips; ///< inputs, groups, stereo
+    ScribbleEditor* _scribbleEditor;
+    std::vector<ControlHost*> _modules; ///< of the inputs
+    std::vector<ControlHost*> _strips;  ///< inputs, groups, stereo
+    std::optional<quint64> _scrolledAt; ///< time stamp of the last wheel event that moved the inputs
     std::vector<QPropertyNotifier> _observers;
 };
 

@@ -10,6 +10,7 @@ Tints darkTints() {
         .text = hex(0xF2F2F2),
         .secondaryText = hex(0x9C9C9C),
         .legend = hex(0xB4B4B4),
+        .moduleLegend = hex(0xBDBDBD),
         .litLegend = hex(0xFFFFFF),
         .scaleZero = hex(0xF4F4F4),
         .edgeLight = withAlpha(Qt::white, 0.22),
@@ -41,6 +42,7 @@ Tints lightTints() {
     tints.text = hex(0x1C1B1A);
     tints.secondaryText = hex(0x4C4946);
     tints.legend = hex(0x2E2C2A);
+    tints.moduleLegend = hex(0x000000);
     tints.scaleZero = hex(0x000000);
     tints.edgeLight = withAlpha(Qt::white, 0.75);
     tints.edgeShadow = hex(0x6E6A66);

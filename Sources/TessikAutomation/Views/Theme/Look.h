@@ -10,6 +10,7 @@ struct Tints {
     QColor text;          ///< titles
     QColor secondaryText; ///< status lines
     QColor legend;        ///< print on panels and unlit keys
+    QColor moduleLegend;  ///< print on the modules above the bar
     QColor litLegend;     ///< print on a lit key
     QColor scaleZero;     ///< the 0 dB row of a fader scale
     QColor edgeLight;     ///< the lit upper edge of a raised part

@@ -18,7 +18,7 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
     auto* central = new QWidget(this);
     _header = new HeaderView(_drawing, central);
     _banner = new BannerView(_drawing, central);
-    _desk = new DeskView(objects.consoleModel, objects.deskEditor, _drawing, central);
+    _desk = new DeskView(objects, _history, _drawing, central);
     auto* status = new StatusView(objects, _drawing, _desk);
     _desk->setStatusView(status);
     auto* layout = new QVBoxLayout(central);

@@ -37,6 +37,8 @@ public:
     /// The sheet while it is open.
     SettingsView* settingsView() const { return _settings; }
     DeskView& desk() const { return *_desk; }
+    /// What the user can take back: manual controls, labels, master section.
+    QUndoStack& history() { return _history; }
     /// What a panel in the header draws with.
     DrawingContext& drawing() { return _drawing; }
 
@@ -46,6 +48,7 @@ private:
 
     AppObjects _objects;
     DrawingContext _drawing;
+    QUndoStack _history;
     HeaderView* _header;
     BannerView* _banner;
     DeskView* _desk;

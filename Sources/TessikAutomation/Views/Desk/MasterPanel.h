@@ -1,0 +1,18 @@
+#pragma once
+
+#include "TessikAutomation/ManualSettings/MasterSectionStore.h"
+#include "TessikAutomation/Views/Controls/ControlTable.h"
+
+namespace tessik {
+
+struct MasterSubject {
+    MasterSectionStore* store;
+    QUndoStack* history;
+};
+
+/// The master section with the four effects returns. It has no MIDI: a record.
+const ControlTable<MasterSubject>& masterPanelTable();
+/// The least height in which it is complete, in units of the panel. What is beyond goes between its rows.
+inline constexpr int masterPanelMinHeight = 316;
+
+} // namespace tessik

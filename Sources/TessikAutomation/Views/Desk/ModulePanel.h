@@ -1,0 +1,24 @@
+#pragma once
+
+#include "TessikAutomation/Views/Controls/ConsoleToggle.h"
+#include "TessikAutomation/Views/Controls/RotaryKnob.h"
+#include "TessikAutomation/Views/Desk/RecordControl.h"
+
+namespace tessik::ModulePanel {
+
+/// The title of a section of the panel, in capitals, with a hairline up to the right end of `rect`.
+void paintTitle(Canvas& canvas, const QRect& rect, const QString& text, const QColor& tint);
+
+/// The key of a switch, or the knob, that the table of controls describes.
+template <typename Record>
+ConsoleToggle toggle(const RecordControl<Record>& control) {
+    return ConsoleToggle(control.title, control.lamp, true);
+}
+template <typename Record>
+RotaryKnob knob(const RecordControl<Record>& control) {
+    RotaryKnob view(control.title, control.travel, control.tint);
+    view.polarized = control.travel.hasCenterDetent;
+    return view;
+}
+
+} // namespace tessik::ModulePanel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "TessikAutomation/MIDI/DeskEditor.h"
+#include "TessikAutomation/ManualSettings/ChannelLabelStore.h"
+#include "TessikAutomation/ManualSettings/ManualChannelSettingsBox.h"
+#include "TessikAutomation/Views/Controls/ControlTable.h"
+#include "TessikAutomation/Views/Desk/RecordControl.h"
+
+namespace tessik {
+
+class ScribbleFocusCoordinator;
+
+/// What the parts of one channel's strip show and operate.
+struct StripSubject {
+    ChannelState* channel;
+    DeskEditor* editor;
+    ManualChannelSettingsBox* settings;
+    ChannelLabelStore* labels;
+    ScribbleFocusCoordinator* scribbles;
+    QUndoStack* history;
+};
+
+/// The channel as it is spoken of: "Channel 5", "Group 3", "Stereo".
+QString spokenName(ChannelKind kind);
+
+/// One of the channel's switches that the console sends.
+ControlBinding bindSwitch(const StripSubject& subject, const QString& fullName, DeskEditor::Switch which);
+/// One of its controls that are only written down.
+ControlBinding bindManual(const StripSubject& subject, const RecordControl<ManualChannelSettings>& control);
+
+/// The names that a control of `owner` goes by.
+void nameControl(ControlBinding& binding, const QString& owner, const QString& fullName, QUndoStack* history);
+
+} // namespace tessik
