@@ -89,7 +89,12 @@ ControlBinding bindField(const MasterSubject& subject, const Field<Record>& fiel
                                           field.make(master).*member = Value(value);
                                           store.setSettings(master);
                                       },
-                                  .watch = watching(store)};
+                                  .watch =
+                                      [&store](const std::function<void()>& changed) {
+                                          std::vector<QPropertyNotifier> observers;
+                                          observers.push_back(store.bindableSettings().addNotifier(changed));
+                                          return observers;
+                                      }};
         },
         field.control.field);
     nameControl(binding, field.owner, field.control.fullName, subject.history);
