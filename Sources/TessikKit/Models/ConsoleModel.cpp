@@ -70,7 +70,6 @@ ChannelState* ConsoleModel::write(int cc, int value) {
         channel = channelState(*switchKind);
         channel->setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(value)));
     }
-    if (channel) channel->lastUpdate = _clock.now();
     return channel;
 }
 
@@ -78,6 +77,7 @@ void ConsoleModel::handle(Uptime stamp, int cc, int value) {
     messageCount = messageCount.value() + 1;
     ChannelState* channel = write(cc, value);
     if (!channel) return;
+    channel->lastUpdate = _clock.now();
     const bool isFader = MIDIChannelMapping::channelKindForFaderCC(cc).has_value();
     if (isFader) noteFaderMessage(*channel, value);
     lastMessage = QStringLiteral("CC%1 -> %2 %3 = %4")
@@ -90,7 +90,11 @@ void ConsoleModel::handle(Uptime stamp, int cc, int value) {
 }
 
 void ConsoleModel::apply(int cc, int value, ChangeOrigin origin) {
-    if (write(cc, value) && onChange) onChange({_clock.now(), cc, value, origin});
+    ChannelState* channel = write(cc, value);
+    if (!channel) return;
+    // A fader dragged on screen says nothing of the desk's other controls: the channel stays unheard.
+    if (origin != ChangeOrigin::screen) channel->lastUpdate = _clock.now();
+    if (onChange) onChange({_clock.now(), cc, value, origin});
 }
 
 void ConsoleModel::noteFaderMessage(ChannelState& channel, int value) {

@@ -44,8 +44,9 @@ TEST(FaderTrackViewTest, CapStandsWhereTheValueIsAndNeverLeavesTheView) {
 TEST(FaderTrackViewTest, DragWritesTheUnroundedPlaceOfThePointer) {
     const FaderTrackView fader;
     const QRect rect(0, 0, 88, 308); // 254 of travel: half a step a pixel
-    EXPECT_DOUBLE_EQ(fader.dragged(rect, {3, 28}, 5), 126.5);
-    EXPECT_DOUBLE_EQ(fader.dragged(rect, {80, 28}, 99), 126.5); // neither x nor the value before matter
+    EXPECT_DOUBLE_EQ(fader.dragged(rect, {.from = {3, 200}, .to = {3, 28}, .startNumber = 5}), 126.5);
+    // Neither x nor where and at what the drag began matter.
+    EXPECT_DOUBLE_EQ(fader.dragged(rect, {.from = {80, 30}, .to = {80, 28}, .startNumber = 99}), 126.5);
 }
 
 TEST(FaderTrackViewTest, Keys) {
@@ -58,7 +59,7 @@ TEST(FaderTrackViewTest, Keys) {
              {Qt::Key_Home, 64, 0}, {Qt::Key_End, 64, 127}, {Qt::Key_Up, 127, 127},  {Qt::Key_PageDown, 3, 0},
              {Qt::Key_Left, 5, {}}, {Qt::Key_Right, 5, {}}, {Qt::Key_Space, 5, {}},  {Qt::Key_Return, 5, {}}};
     for (const auto& row : rows)
-        EXPECT_EQ(fader.keyed(row.key, row.from), row.to) << row.key << " from " << row.from;
+        EXPECT_EQ(fader.keyed(row.key, false, row.from), row.to) << row.key << " from " << row.from;
 }
 
 } // namespace

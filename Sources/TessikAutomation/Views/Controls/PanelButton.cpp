@@ -9,8 +9,8 @@ namespace tessik {
 
 PanelButton::PanelButton(const QString& legend, Symbol symbol, DrawingContext& drawing, QWidget* parent)
     : QAbstractButton(parent),
-      _symbol(std::move(symbol)),
       _drawing(drawing),
+      _symbol(std::move(symbol)),
       _lookObserver(drawing.look.addNotifier([this] { update(); })) {
     setText(legend);
     setFocusPolicy(Qt::TabFocus);
