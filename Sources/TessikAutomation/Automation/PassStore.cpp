@@ -12,6 +12,11 @@ void PassStore::save(const AutomationPass& pass) {
     if (onChange) onChange();
 }
 
+void PassStore::rename(const QUuid& id, const QString& name) {
+    passes = renamed(passes.value(), id, name);
+    if (onChange) onChange();
+}
+
 void PassStore::remove(const QUuid& id) {
     passes = withoutID(passes.value(), id);
     if (onChange) onChange();

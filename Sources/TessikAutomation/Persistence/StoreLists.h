@@ -15,6 +15,14 @@ QList<Record> withoutID(QList<Record> records, const QUuid& id) {
     return records;
 }
 
+/// With another name for the record of that id; all keep their places.
+template <typename Record>
+QList<Record> renamed(QList<Record> records, const QUuid& id, const QString& name) {
+    for (Record& record : records)
+        if (record.id == id) record.name = name;
+    return records;
+}
+
 /// By `createdAt`, the latest first; records of the same second keep their order.
 template <typename Record>
 void sortNewestFirst(QList<Record>& records) {

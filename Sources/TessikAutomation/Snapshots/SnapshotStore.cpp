@@ -20,6 +20,11 @@ void SnapshotStore::save(const Snapshot& snapshot) {
     if (onChange) onChange();
 }
 
+void SnapshotStore::rename(const QUuid& id, const QString& name) {
+    snapshots = renamed(snapshots.value(), id, name);
+    if (onChange) onChange();
+}
+
 void SnapshotStore::remove(const QUuid& id) {
     snapshots = withoutID(snapshots.value(), id);
     if (defaultSnapshotID.value() == id) defaultSnapshotID = std::nullopt;

@@ -2,7 +2,10 @@
 
 #include "TessikAutomation/Persistence/StartupRestore.h"
 #include "TessikAutomation/Session/LocateTarget.h"
+#include "TessikAutomation/Views/Automation/AutomationPanelView.h"
+#include "TessikAutomation/Views/Automation/PassesPopover.h"
 #include "TessikAutomation/Views/Session/SessionMenu.h"
+#include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
 #include "TessikAutomation/Views/Transport/TransportPanelView.h"
 
 #include <QApplication>
@@ -37,6 +40,16 @@ std::optional<std::int32_t> portNamed(const Ports& ports, const QString& name) {
         if (port.name == name) return port.uniqueID;
     return std::nullopt;
 }
+
+template <typename Records>
+QString nameOf(const Records& records, const QUuid& id) {
+    for (const auto& record : records)
+        if (record.id == id) return record.name;
+    return {};
+}
+
+/// "[*]" is where a title tells of changes; in a name it is only a name.
+QString inTitle(QString name) { return name.replace(QLatin1String("[*]"), QLatin1String("[*][*]")); }
 
 } // namespace
 
@@ -92,6 +105,7 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
     };
     session.onSessionLoaded = [this] {
         passEngine.noteSessionReplaced();
+        setLoadedItem(std::nullopt);
         snapshotRecall.recallDefault(snapshots);
     };
 
@@ -106,7 +120,10 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
     _closeQuestion = std::make_unique<CloseQuestion>(*this);
     new SessionDrop(session, window);
     buildMenus();
+    buildAutomation();
     const auto show = [this] { showTitle(); };
+    _observers.push_back(snapshots.snapshots.addNotifier(show));
+    _observers.push_back(passes.passes.addNotifier(show));
     _observers.push_back(session.fileURL.addNotifier(show));
     _observers.push_back(session.hasUnsavedChanges.addNotifier(show));
     _observers.push_back(session.isSaving.addNotifier(show));
@@ -129,14 +146,50 @@ void Application::buildMenus() {
     file->addAction(QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")), &window, [this] { quit(); });
 }
 
+void Application::buildAutomation() {
+    auto* panel = new AutomationPanelView(passEngine, consoleModel, mtcClock, window.drawing());
+    window.setAutomationPanel(panel);
+    auto* recalls = new SnapshotsPopover(snapshots, snapshotRecall,
+                                         panel->addButton(QStringLiteral("snapshots"), QStringLiteral("Snapshots")),
+                                         window.drawing(), window.centralWidget());
+    recalls->onRecalled = [this](const Snapshot& snapshot) {
+        setLoadedItem(LoadedItem{LoadedItemType::snapshot, snapshot.id});
+    };
+    new PassesPopover(passEngine, passes, panel->addButton(QStringLiteral("passes"), {}), window.drawing(),
+                      window.centralWidget());
+    _observers.push_back(passEngine.selectedPass.addNotifier([this] {
+        if (const auto& pass = passEngine.selectedPass.value())
+            setLoadedItem(LoadedItem{LoadedItemType::pass, pass->id});
+        else if (_loadedItem && _loadedItem->type == LoadedItemType::pass)
+            setLoadedItem(std::nullopt);
+    }));
+}
+
+void Application::setLoadedItem(const std::optional<LoadedItem>& item) {
+    _loadedItem = item;
+    showTitle();
+}
+
+QString Application::loadedItemText() const {
+    if (!_loadedItem) return {};
+    const bool isPass = _loadedItem->type == LoadedItemType::pass;
+    const QString name =
+        isPass ? nameOf(passes.passes.value(), _loadedItem->id) : nameOf(snapshots.snapshots.value(), _loadedItem->id);
+    if (name.isEmpty()) return {};
+    return (isPass ? QStringLiteral("Pass: ") : QStringLiteral("Snapshot: ")) + name;
+}
+
 void Application::showTitle() {
     const bool changed = session.hasUnsavedChanges.value();
-    window.setWindowTitle(session.displayName() + QStringLiteral("[*]"));
+    const QString loaded = loadedItemText();
+    window.setWindowTitle(inTitle(session.displayName()) + QStringLiteral("[*]") +
+                          (loaded.isEmpty() ? QString() : QStringLiteral("  —  ") + inTitle(loaded)));
     window.setWindowModified(changed);
-    window.setSessionTitle(session.displayName(), session.isSaving.value()  ? QStringLiteral("saving…")
-                                                  : changed                 ? QStringLiteral("edited")
-                                                  : session.fileURL.value() ? QStringLiteral("saved")
-                                                                            : QStringLiteral("new session"));
+    const QString state = session.isSaving.value()  ? QStringLiteral("saving…")
+                          : changed                 ? QStringLiteral("edited")
+                          : session.fileURL.value() ? QStringLiteral("saved")
+                                                    : QStringLiteral("new session");
+    window.setSessionTitle(session.displayName(), loaded.isEmpty() ? state : loaded + QStringLiteral("  ·  ") + state);
 }
 
 void Application::quit() { window.close(); }

@@ -56,12 +56,24 @@ public:
     void quit();
 
 private:
+    /// What was recalled last, and is still in the session.
+    enum class LoadedItemType : std::uint8_t { snapshot, pass };
+    struct LoadedItem {
+        LoadedItemType type;
+        QUuid id;
+    };
+
     std::optional<TimecodePosition> selectedPassEnd() const;
     void buildMenus();
+    void buildAutomation();
+    void setLoadedItem(const std::optional<LoadedItem>& item);
+    /// "Snapshot: NAME", "Pass: NAME"; empty where nothing was recalled.
+    QString loadedItemText() const;
     void showTitle();
 
     class CloseQuestion;
     std::unique_ptr<CloseQuestion> _closeQuestion;
+    std::optional<LoadedItem> _loadedItem;
     std::vector<QPropertyNotifier> _observers;
 };
 

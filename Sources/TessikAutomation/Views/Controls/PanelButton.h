@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/Views/Drawing/Canvas.h"
+#include "TessikAutomation/Views/Drawing/SVGSymbol.h"
 
 #include <QAbstractButton>
 
@@ -12,9 +13,6 @@ class PanelButton : public QAbstractButton {
     Q_OBJECT
 
 public:
-    /// Draws the symbol in `color`, centred in the rectangle, in device pixels.
-    using Symbol = std::function<void(QPainter&, const QRectF&, const QColor& color)>;
-
     PanelButton(const QString& legend, Symbol symbol, DrawingContext& drawing, QWidget* parent = nullptr);
     QSize sizeHint() const override;
     /// Colour of the symbol; until it is set, the legend's.

@@ -24,6 +24,7 @@ Tints darkTints() {
         .displayDim = hex(0x9A6C28),
         .focusRing = hex(0x5AB0FF),
         .warning = hex(0xFF9F2E),
+        .active = hex(0x6FF08C),
         .ledGreen = hex(0x6FF08C),
         .ledAmber = hex(0xFFC04D),
         .ledRed = hex(0xFF5A48),
@@ -51,6 +52,7 @@ Tints lightTints() {
     tints.aluminium = hex(0xD2D2D2);
     tints.focusRing = hex(0x0A6CE0);
     tints.warning = hex(0xB65A00);
+    tints.active = hex(0x0A7030);
     tints.ledGreen = hex(0x2BD45E);
     tints.ledAmber = hex(0xFFA81F);
     tints.ledRed = hex(0xF0402C);

@@ -24,6 +24,7 @@ struct Tints {
     QColor displayDim;
     QColor focusRing;
     QColor warning;
+    QColor active; ///< print that says that something runs
 
     QColor ledGreen;
     QColor ledAmber;

@@ -1,25 +1,12 @@
 #include "TessikAutomation/Views/Transport/TransportIcon.h"
 
-#include <QSvgRenderer>
-
 static void initResources() { Q_INIT_RESOURCE(transport); } // the macro does not work inside a namespace
 
 namespace tessik {
 
-PanelButton::Symbol transportIcon(const QString& name) {
+Symbol transportIcon(const QString& name) {
     initResources();
-    const auto drawing = std::make_shared<QSvgRenderer>(QStringLiteral(":/transport/") + name);
-    return [drawing](QPainter& painter, const QRectF& rect, const QColor& color) {
-        QImage shape(rect.size().toSize(), QImage::Format_ARGB32_Premultiplied);
-        shape.fill(Qt::transparent);
-        QPainter inside(&shape);
-        inside.setRenderHint(QPainter::Antialiasing);
-        drawing->render(&inside);
-        inside.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        inside.fillRect(shape.rect(), color);
-        inside.end();
-        painter.drawImage(rect.topLeft().toPoint(), shape);
-    };
+    return svgSymbol(QStringLiteral(":/transport/") + name);
 }
 
 } // namespace tessik

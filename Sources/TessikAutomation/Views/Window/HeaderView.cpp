@@ -94,11 +94,15 @@ void HeaderView::paintEvent(QPaintEvent*) {
     }
 
     const int right = _settings->x() - margin;
-    const QRect title = canvas.px(QRectF(right - 420, 18, 420, 20));
-    const QRect detail = canvas.px(QRectF(right - 420, 41, 420, 14));
-    Type::draw(painter, title, Qt::AlignRight, _title, Type::font(15 * canvas.scale, QFont::DemiBold), look.tints.text);
-    Type::draw(painter, detail, Qt::AlignRight, _detail, Type::font(11 * canvas.scale, QFont::Medium),
-               look.tints.secondaryText);
+    const QWidget* neighbour = _automation ? _automation : _transport;
+    const int left = std::max(neighbour ? neighbour->geometry().right() + margin : 0, right - 420);
+    const auto line = [&](int top, int height, const QString& text, const QFont& font, const QColor& color) {
+        const QRect rect = canvas.px(QRectF(left, top, right - left, height));
+        Type::draw(painter, rect, Qt::AlignRight, QFontMetrics(font).elidedText(text, Qt::ElideRight, rect.width()),
+                   font, color);
+    };
+    line(18, 20, _title, Type::font(15 * canvas.scale, QFont::DemiBold), look.tints.text);
+    line(41, 14, _detail, Type::font(11 * canvas.scale, QFont::Medium), look.tints.secondaryText);
 }
 
 } // namespace tessik

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "TessikAutomation/Automation/PassEngine.h"
+#include "TessikAutomation/Views/Controls/Popover.h"
+
+namespace tessik {
+
+class NameSection;
+
+/// The session's passes. A click selects one for playback, which puts its starting state on screen, or lets go of it.
+/// Opens by itself when a take has ended and waits for its name.
+class PassesPopover final : public Popover {
+    Q_OBJECT
+
+public:
+    PassesPopover(PassEngine& engine, PassStore& passes, SymbolButton& button, DrawingContext& drawing, QWidget* over);
+
+protected:
+    void prepareRow(RecordRow& row) override;
+    void refresh() override;
+
+private:
+    std::optional<AutomationPass> pass(const QUuid& id) const;
+    bool isSelected(const QUuid& id) const;
+    void choose(const QUuid& id);
+    void remove(const QUuid& id);
+    void showTake();
+
+    PassEngine& _engine;
+    PassStore& _passes;
+    NameSection* _take;
+    std::optional<QUuid> _waiting;
+    bool _openedItself = false;
+    std::vector<QPropertyNotifier> _observers;
+};
+
+} // namespace tessik

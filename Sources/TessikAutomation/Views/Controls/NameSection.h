@@ -1,0 +1,35 @@
+#pragma once
+
+#include "TessikAutomation/Views/Controls/EntryField.h"
+#include "TessikAutomation/Views/Controls/TextButton.h"
+
+#include <QFrame>
+
+class QLabel;
+
+namespace tessik {
+
+/// Where something new gets its name: a field with a proposal, "Save", and a way out. Buttons leave the keyboard where
+/// it is; Up presses the one that has it.
+class NameSection final : public QFrame {
+    Q_OBJECT
+
+public:
+    NameSection(const QString& title, const QString& dropText, QWidget* parent);
+
+    /// Begins with that name.
+    void propose(const QString& name);
+    void setDetail(const QString& detail);
+    EntryField& field() const { return *_field; }
+
+Q_SIGNALS:
+    /// The name as typed; an empty one is the proposal.
+    void saved(const QString& name);
+    void dropped();
+
+private:
+    QLabel* _detail;
+    EntryField* _field;
+};
+
+} // namespace tessik

@@ -1,0 +1,206 @@
+#include "TessikAutomation/Views/Controls/Popover.h"
+
+#include "TessikAutomation/Views/Drawing/Parts.h"
+#include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Metrics.h"
+#include "TessikAutomation/Views/Theme/AppStyle.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainterPath>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace tessik {
+namespace {
+
+constexpr int shadowRoom = 20; ///< around the card
+constexpr int cardWidth = 344;
+constexpr int padding = 12;
+constexpr int arrowHeight = 8;
+constexpr int maxListHeight = 322; ///< a cut row shows that there are more
+constexpr qreal cornerRadius = 10;
+
+const QString sheet = QStringLiteral(
+    "QLabel { color: @text; }"
+    "QLabel#secondary { color: @secondary; }"
+    "QScrollArea, QWidget#list { background: transparent; border: none; }"
+    "QFrame#card { background: @card; border: 1px solid @line; border-radius: 8px; }"
+    "QLineEdit { color: @text; background: @field; border: 1px solid @fieldEdge; border-radius: 5px; padding: 3px 6px; "
+    "  selection-background-color: @primary; selection-color: white; }"
+    "QLineEdit:focus { border: 1px solid @accent; }"
+    "QPushButton { color: @text; background: @field; border: 1px solid @fieldEdge; border-radius: 6px;"
+    "  padding: 4px 16px; }"
+    "QPushButton:hover { background: @hover; }"
+    "QPushButton#save { color: white; background: @primary; }"
+    "QPushButton:focus { border: 1px solid @accent; }"
+    "QScrollBar:vertical { background: transparent; width: 8px; margin: 0; }"
+    "QScrollBar::handle:vertical { background: @handle; border-radius: 3px; margin: 1px; min-height: 24px; }"
+    "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }");
+
+} // namespace
+
+Popover::Popover(const QString& title, const QString& emptyText, SymbolButton& button, DrawingContext& drawing,
+                 QWidget* over)
+    : QWidget(over),
+      _button(button),
+      _drawing(drawing),
+      _layout(new QVBoxLayout(this)),
+      _empty(new QLabel(emptyText, this)),
+      _scroll(new QScrollArea(this)),
+      _list(new QWidget),
+      _lookObserver(drawing.look.addNotifier([this] { applyLook(); })) {
+    setAttribute(Qt::WA_NoMousePropagation);
+    setAccessibleName(title);
+    hide();
+    constexpr int edge = shadowRoom + padding;
+    _layout->setContentsMargins(edge, edge + arrowHeight, edge, edge);
+    _layout->setSpacing(8);
+    auto* heading = new QLabel(title, this);
+    heading->setObjectName(QStringLiteral("secondary"));
+    heading->setFont(Type::font(11, QFont::DemiBold, 1));
+    _layout->addWidget(heading);
+
+    _empty->setObjectName(QStringLiteral("secondary"));
+    _empty->setAlignment(Qt::AlignCenter);
+    _empty->setFixedHeight(56);
+    _layout->addWidget(_empty);
+    _list->setObjectName(QStringLiteral("list"));
+    auto* rowsLayout = new QVBoxLayout(_list);
+    rowsLayout->setContentsMargins(0, 0, 0, 0);
+    rowsLayout->setSpacing(2);
+    _scroll->setWidget(_list);
+    _scroll->setWidgetResizable(true);
+    _scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    _scroll->setFocusPolicy(Qt::NoFocus);
+    _scroll->viewport()->setAutoFillBackground(false);
+    _layout->addWidget(_scroll);
+
+    button.setCheckable(true);
+    connect(&button, &QAbstractButton::clicked, this, [this](bool on) { on ? open() : close(); });
+    applyLook();
+}
+
+void Popover::applyLook() {
+    AppStyle::applySheet(*this, sheet, *_drawing.look.value());
+    update();
+}
+
+void Popover::addAbove(QWidget* section) { _layout->insertWidget(1, section); }
+void Popover::addBelow(QWidget* section) { _layout->addWidget(section); }
+
+const std::vector<RecordRow*>& Popover::rows(qsizetype count) {
+    while (qsizetype(_rows.size()) > count) {
+        RecordRow* last = _rows.back();
+        _rows.pop_back();
+        leaveKeyboard(*last);
+        last->hide();
+        last->deleteLater();
+    }
+    while (qsizetype(_rows.size()) < count) {
+        _rows.push_back(new RecordRow(_drawing, _list));
+        _list->layout()->addWidget(_rows.back());
+        prepareRow(*_rows.back());
+        _rows.back()->show();
+    }
+    _empty->setVisible(_rows.empty());
+    _scroll->setVisible(!_rows.empty());
+    return _rows;
+}
+
+void Popover::refreshSoon() {
+    if (std::exchange(_isRefreshDue, true)) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            _isRefreshDue = false;
+            refresh();
+        },
+        Qt::QueuedConnection);
+}
+
+/// Qt would hand the keyboard of what goes away to its neighbour.
+void Popover::leaveKeyboard(QWidget& part) {
+    QWidget* focus = QApplication::focusWidget();
+    if (focus && (focus == &part || part.isAncestorOf(focus))) focus->clearFocus();
+}
+
+void Popover::fit() {
+    if (!isVisible()) return;
+    for (QWidget* part : {_list, static_cast<QWidget*>(this)})
+        part->layout()->activate();
+    _scroll->setFixedHeight(std::min(_list->sizeHint().height(), maxListHeight));
+    _layout->activate();
+    const QPoint tip = _button.mapTo(parentWidget(), QPoint(_button.width() / 2, _button.height()));
+    const int width = cardWidth + 2 * shadowRoom;
+    const int right = parentWidget()->width() - width;
+    const int x = std::clamp(tip.x() - width / 2, -shadowRoom / 2, std::max(-shadowRoom / 2, right + shadowRoom / 2));
+    setGeometry(Metrics::toGrid(x), Metrics::toGrid(tip.y() - shadowRoom + 2), width,
+                Metrics::toGrid(_layout->sizeHint().height() + Metrics::grid - 1));
+    update();
+}
+
+void Popover::open() {
+    if (isVisible()) return;
+    refresh();
+    show();
+    raise();
+    fit();
+    _button.setChecked(true);
+    qApp->installEventFilter(this);
+}
+
+void Popover::close() {
+    if (!isVisible()) return;
+    qApp->removeEventFilter(this);
+    leaveKeyboard(*this);
+    hide();
+    _button.setChecked(false);
+}
+
+bool Popover::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest) fit();
+    return QWidget::event(event);
+}
+
+bool Popover::eventFilter(QObject* receiver, QEvent* event) {
+    if (receiver == parentWidget() && event->type() == QEvent::Resize) fit();
+    const bool isPress = event->type() == QEvent::MouseButtonPress;
+    if ((!isPress && event->type() != QEvent::KeyPress) || !receiver->isWidgetType() ||
+        static_cast<QWidget*>(receiver)->window() != window())
+        return false;
+    if (isPress) {
+        const QPoint at = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
+        const auto holds = [&at](const QWidget& widget) { return widget.rect().contains(widget.mapFromGlobal(at)); };
+        if (!holds(*this) && !holds(_button)) close();
+        return false;
+    }
+    const QWidget* focus = QApplication::focusWidget();
+    const bool isTyping = focus && focus->testAttribute(Qt::WA_InputMethodEnabled);
+    if (static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape || isTyping) return false;
+    close();
+    return true;
+}
+
+void Popover::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const Look& look = *_drawing.look.value();
+    const QRectF card = QRectF(rect()).adjusted(shadowRoom, shadowRoom + arrowHeight, -shadowRoom, -shadowRoom);
+    Parts::dropShadow(painter, card.translated(0, 6), cornerRadius, 24, look.isDark() ? 0.6 : 0.3);
+    const qreal x = std::clamp(qreal(_button.mapTo(parentWidget(), _button.rect().center()).x() - this->x()),
+                               card.left() + cornerRadius + arrowHeight, card.right() - cornerRadius - arrowHeight);
+    QPainterPath arrow(QPointF(x - arrowHeight, card.top() + 1));
+    arrow.lineTo(x, card.top() - arrowHeight);
+    arrow.lineTo(x + arrowHeight, card.top() + 1);
+    QPainterPath outline;
+    outline.addRoundedRect(card.adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
+    outline = outline.united(arrow);
+    const QColor ground = palette().color(QPalette::Window);
+    painter.setBrush(look.isDark() ? blend(ground, Qt::white, 0.03) : ground);
+    painter.setPen(QPen(look.isDark() ? blend(ground, Qt::white, 0.2) : blend(ground, Qt::black, 0.25), 1));
+    painter.drawPath(outline);
+}
+
+} // namespace tessik

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "TessikAutomation/Views/Controls/PanelButton.h"
+
+namespace tessik {
+
+/// A button with a symbol left of its text, or either alone: a plate of the header, or flat where it stands in a list.
+class SymbolButton final : public PanelButton {
+    Q_OBJECT
+
+public:
+    enum class Face : std::uint8_t { plate, flat };
+    SymbolButton(Face face, const QString& symbol, const QString& text, DrawingContext& drawing,
+                 QWidget* parent = nullptr);
+    QSize sizeHint() const override;
+
+    void setSymbol(const QString& name);
+    /// Of the symbol.
+    void setColor(QColor Tints::*color);
+    /// A lamp that says that something in here waits.
+    void setCalling(bool calling);
+    bool isCalling() const { return _isCalling; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const Face _face;
+    QString _symbolName;
+    Symbol _symbol;
+    QColor Tints::*_color = &Tints::legend;
+    bool _isCalling = false;
+};
+
+} // namespace tessik

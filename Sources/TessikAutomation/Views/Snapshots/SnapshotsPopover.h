@@ -1,0 +1,40 @@
+#pragma once
+
+#include "TessikAutomation/Persistence/WallClock.h"
+#include "TessikAutomation/Snapshots/SnapshotRecall.h"
+#include "TessikAutomation/Views/Controls/Popover.h"
+
+class QPushButton;
+
+namespace tessik {
+
+class NameSection;
+
+/// The session's snapshots: taken, recalled, and one of them starred as the session's starting state.
+class SnapshotsPopover final : public Popover {
+    Q_OBJECT
+
+public:
+    SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& recall, SymbolButton& button, DrawingContext& drawing,
+                     QWidget* over, WallClock clock = currentSecond);
+
+    /// Called after a recall.
+    std::function<void(const Snapshot&)> onRecalled;
+
+protected:
+    void prepareRow(RecordRow& row) override;
+    void refresh() override;
+
+private:
+    void showNaming(bool isNaming);
+    void recall(const QUuid& id);
+
+    SnapshotStore& _snapshots;
+    SnapshotRecall& _recall;
+    const WallClock _clock;
+    QPushButton* _capture;
+    NameSection* _naming;
+    std::vector<QPropertyNotifier> _observers;
+};
+
+} // namespace tessik

@@ -1,0 +1,150 @@
+#include "TessikAutomation/Views/AutomationFixture.h"
+
+namespace tessik::test {
+namespace {
+
+struct AutomationPanelViewTest : AutomationWindowTest {
+    QString status() {
+        const auto& detail = find<QLabel>(*panel, "statusDetail");
+        return find<QLabel>(*panel, "status").text() + QLatin1Char('|') +
+               (detail.isVisible() ? detail.text() : QString());
+    }
+    QString enabled() {
+        return which([](const QAbstractButton& key) { return key.isEnabled(); });
+    }
+    QString lit() {
+        return which([](const QAbstractButton& key) { return key.isChecked(); });
+    }
+    /// The warning's text; empty while there is none.
+    QString warning() {
+        return find(*panel, "unsynced").isVisible() ? find<QLabel>(*panel, "unsyncedText").text() : QString();
+    }
+
+private:
+    template <typename Holds>
+    QString which(Holds holds) {
+        QStringList found;
+        for (const char* legend : {"WRITE", "UPDATE", "READ", "NULL"})
+            if (holds(key(legend))) found << QLatin1String(legend);
+        return found.join(QLatin1Char(' '));
+    }
+};
+
+TEST_F(AutomationPanelViewTest, KeysArmDisarmAndSayWhatTheyNeed) {
+    EXPECT_EQ(enabled(), QStringLiteral("WRITE"));
+    EXPECT_EQ(lit(), QString());
+    for (const char* legend : {"UPDATE", "READ"})
+        EXPECT_EQ(key(legend).toolTip(), QStringLiteral("Select a pass in the Passes list first"));
+    EXPECT_EQ(key("NULL").toolTip(), QStringLiteral("NULL works with READ or UPDATE engaged"));
+    EXPECT_EQ(key("WRITE").toolTip(),
+              QStringLiteral("Record a new pass -- captures fader/switch moves as absolute positions"));
+    QTest::mouseClick(&key("READ"), Qt::LeftButton);
+    EXPECT_EQ(engine.mode.value(), AutomationMode::off);
+
+    click(key("WRITE"));
+    EXPECT_EQ(engine.mode.value(), AutomationMode::write);
+    EXPECT_EQ(lit(), QStringLiteral("WRITE"));
+    click(key("WRITE"));
+    EXPECT_EQ(engine.mode.value(), AutomationMode::off);
+    EXPECT_EQ(lit(), QString());
+
+    engine.select(pass("A", 50));
+    EXPECT_EQ(enabled(), QStringLiteral("WRITE UPDATE READ"));
+    EXPECT_EQ(key("UPDATE").toolTip(),
+              QStringLiteral("Play the selected pass and record fader moves as offsets from it"));
+    EXPECT_EQ(key("READ").toolTip(), QStringLiteral("Play the selected pass back to the console"));
+    click(key("UPDATE"));
+    EXPECT_EQ(engine.mode.value(), AutomationMode::update);
+    click(key("READ"));
+    EXPECT_EQ(lit(), QStringLiteral("READ"));
+    EXPECT_EQ(enabled(), QStringLiteral("WRITE UPDATE READ NULL"));
+    EXPECT_EQ(key("NULL").toolTip(),
+              QStringLiteral("Hold playback off the app's fader position so the channel arrows show which way to move "
+                             "the physical fader to match the automation"));
+    click(key("NULL"));
+    EXPECT_TRUE(engine.nullEnabled.value());
+    EXPECT_EQ(lit(), QStringLiteral("READ NULL"));
+    click(key("NULL"));
+    EXPECT_FALSE(engine.nullEnabled.value());
+    click(key("NULL"));
+    click(key("READ"));
+    EXPECT_EQ(lit(), QString()) << "leaving READ takes NULL with it";
+
+    click(key("READ"));
+    engine.select(std::nullopt);
+    EXPECT_EQ(enabled(), QStringLiteral("WRITE READ NULL")) << "what is armed can be switched off";
+    click(key("READ"));
+    EXPECT_EQ(enabled(), QStringLiteral("WRITE"));
+}
+
+TEST_F(AutomationPanelViewTest, KeysOfTheKeyboardPressThemToo) {
+    key("WRITE").setFocus(Qt::TabFocusReason);
+    type(Qt::Key_Up);
+    EXPECT_EQ(engine.mode.value(), AutomationMode::write);
+}
+
+TEST_F(AutomationPanelViewTest, StatusFollowsTheEngine) {
+    EXPECT_EQ(status(), QStringLiteral("AUTOMATION OFF|"));
+    engine.mode = AutomationMode::write;
+    EXPECT_EQ(status(), QStringLiteral("ARMED|waiting for timecode"));
+    EXPECT_TRUE(find<QLabel>(*panel, "status").font().bold());
+    roll(1s);
+    EXPECT_EQ(status(), QStringLiteral("ACTIVE|0 events"));
+    for (const int value : {10, 20, 30}) {
+        desk.moveFader(ChannelKind::input(1), value);
+        run(100ms);
+    }
+    run(500ms);
+    EXPECT_EQ(status(), QStringLiteral("ACTIVE|3 events"));
+    stop();
+    EXPECT_EQ(status(), QStringLiteral("ARMED|waiting for timecode")) << "dropped to READ";
+    EXPECT_EQ(lit(), QStringLiteral("READ"));
+    engine.finishRecording(QStringLiteral("A"), passes);
+    roll(1s);
+    EXPECT_EQ(status(), QStringLiteral("ACTIVE|"));
+
+    engine.select(pass("B", 50, 0, 0, MTCFrameRate::fps30));
+    run(50ms);
+    EXPECT_EQ(status(), QStringLiteral("WRONG FRAME RATE|pass 30 fps, tape 25 fps"));
+    engine.mode = AutomationMode::off;
+    EXPECT_EQ(status(), QStringLiteral("AUTOMATION OFF|"));
+}
+
+TEST_F(AutomationPanelViewTest, WarnsOfUnsyncedChannelsWhereARecordingWouldSufferFromThem) {
+    EXPECT_EQ(warning(), QStringLiteral("41 channels not synced"));
+    model.modelSize = ConsoleModel::ModelSize::ch24;
+    EXPECT_EQ(warning(), QStringLiteral("33 channels not synced"));
+    desk.moveFader(ChannelKind::stereo(), 10);
+    run(10ms);
+    EXPECT_EQ(warning(), QStringLiteral("32 channels not synced"));
+    EXPECT_EQ(find(*panel, "unsynced").toolTip(),
+              QStringLiteral("The app has never received data from 32 channel(s), so it doesn't know their real "
+                             "positions. Recording now stamps a wrong baseline and playback won't match. Sync first: "
+                             "recall a scene on the console, or Zero Console → Send to Console."));
+    const std::pair<AutomationMode, bool> modes[]{{AutomationMode::write, true},
+                                                  {AutomationMode::update, true},
+                                                  {AutomationMode::read, false},
+                                                  {AutomationMode::off, true}};
+    for (const auto& [mode, isWarned] : modes) {
+        engine.mode = mode;
+        EXPECT_EQ(!warning().isEmpty(), isWarned) << qPrintable(rawValue(mode));
+    }
+    desk.recallScene(0);
+    run(500ms);
+    EXPECT_EQ(warning(), QString());
+    model.modelSize = ConsoleModel::ModelSize::ch32;
+    EXPECT_EQ(warning(), QString()) << "the desk told all it has";
+}
+
+TEST_F(AutomationPanelViewTest, IsCompactAndFitsBesideTheTransport) {
+    EXPECT_LE(panel->sizeHint().width(), 430);
+    for (const char* legend : {"WRITE", "UPDATE", "READ", "NULL"})
+        EXPECT_TRUE(panel->rect().contains(key(legend).geometry())) << legend;
+    for (const QString& text : {QStringLiteral("waiting for timecode"), QStringLiteral("41 channels not synced")}) {
+        const auto& line = find<QLabel>(*panel, text.startsWith(QLatin1Char('w')) ? "statusDetail" : "unsyncedText");
+        EXPECT_LE(QFontMetrics(line.font()).horizontalAdvance(text), find(*panel, "unsynced").width());
+    }
+}
+
+} // namespace
+} // namespace tessik::test

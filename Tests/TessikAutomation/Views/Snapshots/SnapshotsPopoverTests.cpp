@@ -1,0 +1,104 @@
+#include "TessikAutomation/Views/AutomationFixture.h"
+
+namespace tessik::test {
+namespace {
+
+struct SnapshotsPopoverTest : AutomationWindowTest {
+    SnapshotsPopoverTest() {
+        snapshotsPopover.onRecalled = [this](const Snapshot& snapshot) { recalled << snapshot.name; };
+        click(snapshotsButton);
+    }
+    QWidget& section() { return find(snapshotsPopover, "card"); }
+    EntryField& field() { return find<EntryField>(snapshotsPopover, "name"); }
+    /// Sets input 5 and captures, by hand.
+    void capture(const QString& name, int level) {
+        channel(ChannelKind::input(5)).faderValue = level;
+        click(find(snapshotsPopover, "capture"));
+        type(name);
+        type(Qt::Key_Return);
+    }
+    int level() { return channel(ChannelKind::input(5)).faderValue.value(); }
+    QWidget& part(int row, const char* name) { return find(*rows(snapshotsPopover)[std::size_t(row)], name); }
+
+    QStringList recalled;
+};
+
+TEST_F(SnapshotsPopoverTest, CapturesUnderTheProposedNameOrAnother) {
+    EXPECT_TRUE(shows(snapshotsPopover, QStringLiteral("SNAPSHOTS")));
+    EXPECT_TRUE(shows(snapshotsPopover, QStringLiteral("No snapshots yet")));
+    EXPECT_FALSE(section().isVisible());
+    click(find(snapshotsPopover, "capture"));
+    EXPECT_EQ(field().text(), QStringLiteral("Mar 4, 9:05 PM"));
+    EXPECT_TRUE(field().hasFocus());
+    click(find(snapshotsPopover, "drop"));
+    EXPECT_FALSE(section().isVisible());
+    EXPECT_TRUE(snapshots.snapshots.value().isEmpty());
+    click(find(snapshotsPopover, "capture"));
+    type(Qt::Key_Escape);
+    EXPECT_FALSE(section().isVisible());
+    EXPECT_TRUE(snapshotsPopover.isVisible());
+
+    click(find(snapshotsPopover, "capture"));
+    click(find(snapshotsPopover, "save"));
+    capture(QStringLiteral("Loud"), 100);
+    EXPECT_EQ(names(snapshotsPopover), (QStringList{QStringLiteral("Mar 4, 9:05 PM"), QStringLiteral("Loud")}));
+    EXPECT_FALSE(section().isVisible());
+    EXPECT_FALSE(hasKeyboard(snapshotsPopover)) << "Space plays again";
+}
+
+TEST_F(SnapshotsPopoverTest, RecallsStarsRenamesAndDeletes) {
+    capture(QStringLiteral("Low"), 20);
+    capture(QStringLiteral("High"), 110);
+    click(*rows(snapshotsPopover)[0]);
+    EXPECT_EQ(level(), 110) << "a click on the row recalls nothing";
+    click(part(0, "recall"));
+    EXPECT_EQ(level(), 20);
+    run(200ms);
+    EXPECT_EQ(desk.vca(ChannelKind::input(5)), 20);
+    EXPECT_EQ(recalled, QStringList{QStringLiteral("Low")});
+
+    EXPECT_EQ(part(0, "star").toolTip(),
+              QStringLiteral("Use as this session's starting console state -- recalled automatically when the session "
+                             "opens"));
+    click(part(1, "star"));
+    EXPECT_EQ(snapshots.defaultSnapshot()->name, QStringLiteral("High"));
+    EXPECT_TRUE(static_cast<QAbstractButton&>(part(1, "star")).isChecked());
+    click(part(0, "star"));
+    EXPECT_EQ(snapshots.defaultSnapshot()->name, QStringLiteral("Low"));
+    EXPECT_FALSE(static_cast<QAbstractButton&>(part(1, "star")).isChecked());
+    click(part(0, "star"));
+    EXPECT_FALSE(snapshots.defaultSnapshot());
+    EXPECT_FALSE(static_cast<QAbstractButton&>(part(0, "star")).isChecked());
+
+    click(*rows(snapshotsPopover)[0]);
+    type(Qt::Key_F2);
+    type(QStringLiteral("Quiet"));
+    type(Qt::Key_Return);
+    EXPECT_EQ(names(snapshotsPopover), (QStringList{QStringLiteral("Quiet"), QStringLiteral("High")}))
+        << "it keeps its place";
+    click(part(0, "trash"));
+    EXPECT_EQ(names(snapshotsPopover), QStringList{QStringLiteral("High")});
+    click(part(0, "recall"));
+    EXPECT_EQ(level(), 110);
+}
+
+TEST_F(SnapshotsPopoverTest, StaysInTheWindowWhateverItHolds) {
+    QList<Snapshot> many;
+    for (int i = 0; i < 40; ++i)
+        many.append(
+            {.id = QUuid::createUuid(), .name = QString(200, QLatin1Char('M')), .createdAt = {}, .channels = {}});
+    snapshots.load(many, std::nullopt);
+    settle();
+    for (const QSize size : {QSize(1366, 768), QSize(1600, 900), QSize(1040, 560)}) {
+        window.resize(size);
+        settle();
+        EXPECT_TRUE(window.centralWidget()->rect().contains(snapshotsPopover.geometry().adjusted(20, 20, -20, -20)))
+            << size.width();
+        EXPECT_EQ(snapshotsPopover.x() % Metrics::grid, 0);
+        for (const char* name : {"recall", "star", "trash"})
+            EXPECT_TRUE(rows(snapshotsPopover)[0]->rect().contains(part(0, name).geometry())) << name;
+    }
+}
+
+} // namespace
+} // namespace tessik::test
