@@ -27,9 +27,9 @@ inline constexpr int deskDivider = 4;       ///< between the scrolling inputs an
 inline constexpr int verticalBarWidth = 12; ///< where the modules scroll, in the divider
 
 // ---- a channel strip above the bar
-inline constexpr int moduleTop = 4;
-inline constexpr int moduleBottom = 2;
-inline constexpr int sectionGap = 2;
+inline constexpr int moduleTop = 5;
+inline constexpr int moduleBottom = 0;
+inline constexpr int sectionGap = 6;
 inline constexpr int sectionTitleHeight = 11;
 inline constexpr int sectionTitlePitch = 14;
 inline constexpr int keyHeight = 19;

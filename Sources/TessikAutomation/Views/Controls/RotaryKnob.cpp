@@ -10,6 +10,7 @@ namespace {
 
 constexpr double dragTravel = 150;
 constexpr double pointerStep = 1.5; // degrees between two pictures of the pointer
+constexpr int positionsRoom = 20;   // for the names of a selector's positions
 constexpr int valueOverhang = 5;    // the display of the value is wider than the knob's place
 // Their addresses name pictures that knobs of one size share.
 constexpr char pointerSprite = 0;
@@ -24,9 +25,11 @@ QRect valueRect(const QRect& rect) { return legendRect(rect).adjusted(-valueOver
 } // namespace
 
 QRect RotaryKnob::knobRect(const QRect& rect) const {
-    const int free = rect.height() - Metrics::knobLegendHeight - diameter;
-    return {rect.x() + (rect.width() - diameter) / 2, rect.y() + std::max(0, (free + Parts::tickRoom) / 2), diameter,
-            diameter};
+    const int marks = travel.positions.isEmpty() ? Parts::tickRoom : positionsRoom;
+    const int room = std::min(rect.height() - Metrics::knobLegendHeight - marks, rect.width() - 2 * marks);
+    const int side = std::clamp(room, std::min(Metrics::knobDiameter, diameter), diameter);
+    const int above = rect.height() - Metrics::knobLegendHeight - side;
+    return {rect.x() + (rect.width() - side) / 2, rect.y() + std::max(0, (above + Parts::tickRoom) / 2), side, side};
 }
 
 void RotaryKnob::paintStatic(Canvas& canvas, const QRect& rect) const {

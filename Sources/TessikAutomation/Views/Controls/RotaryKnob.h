@@ -13,7 +13,7 @@ public:
         : TravelControl(std::move(legend), std::move(way)), tint(capTint) {}
 
     QColor tint; ///< of the cap
-    int diameter = Metrics::knobDiameter;
+    int diameter = Metrics::knobDiameter; ///< at most; less in a place that is too small for it and its marks
     bool polarized = false; ///< its middle is marked
     bool showsPositionScale = true;
     double minAngle = -150;

@@ -234,7 +234,8 @@ void DeskView::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), _drawing.look.value()->railColor());
     // Between the two blocks the frame of the desk shows.
     const int x = _inputs->width();
-    painter.fillRect(QRect(x, 0, strip(ChannelKind::stereo())->x() - x, stripHeight()), QColor(8, 8, 8));
+    painter.fillRect(QRect(x, 0, strip(ChannelKind::stereo())->x() - x, stripHeight()),
+                     _drawing.look.value()->gapColor());
 }
 
 bool DeskView::eventFilter(QObject* object, QEvent* event) {

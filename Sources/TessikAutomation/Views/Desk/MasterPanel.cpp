@@ -20,29 +20,37 @@ constexpr int left = 8;
 constexpr int leftWidth = 276;
 constexpr int right = 300;
 constexpr int rightWidth = 300;
+constexpr int halfWidth = rightWidth / 2 - 6;
+constexpr int secondHalf = right + rightWidth - halfWidth;
 constexpr int returnWidth = leftWidth / effectsReturnCount;
-constexpr int bigKnob = 42;
-constexpr int selectorHeight = 72;
+constexpr int largeKnob = 36;
+constexpr int levelKnob = 44;
+constexpr int maxKnobHeight = 58;
+constexpr int maxKeyHeight = 24;
+constexpr int selectorHeight = 70;
+constexpr int framePadding = 4;
 
-/// Rows from the top down. What the panel has beyond their heights is shared by weight, and a row stands in the middle
-/// of its share.
+/// Rows from the top down. What the panel has beyond their heights is shared by weight.
 class Rows {
 public:
     int add(int height, double weight) {
         _rows.push_back({height, weight});
         return int(_rows.size()) - 1;
     }
-    int top(int row, int panelHeight) const {
-        double height = moduleTop, weight = 0;
-        for (const Row& one : _rows) {
-            height += one.height;
-            weight += one.weight;
-        }
-        const double share = std::max(0.0, panelHeight - height) / weight;
+    int count() const { return int(_rows.size()); }
+    /// The upper edge of a row's share; of the row after the last, the lower end.
+    double top(int row, int panelHeight) const {
         double y = moduleTop;
         for (int i = 0; i < row; ++i)
-            y += _rows[std::size_t(i)].height + share * _rows[std::size_t(i)].weight;
-        return qRound(y + share * _rows[std::size_t(row)].weight / 2);
+            y += _rows[std::size_t(i)].height + share(panelHeight) * _rows[std::size_t(i)].weight;
+        return y;
+    }
+    /// A row's place in the middle of its share, as high as that is but not above `maxHeight`.
+    QRect place(int row, int x, int width, int maxHeight, int panelHeight) const {
+        const double from = top(row, panelHeight);
+        const double room = top(row + 1, panelHeight) - from;
+        const int height = std::min(maxHeight, int(room));
+        return {x, qRound(from + (room - height) / 2), width, height};
     }
 
 private:
@@ -50,12 +58,22 @@ private:
         int height;
         double weight;
     };
+    double share(int panelHeight) const {
+        double height = 2 * moduleTop, weight = 0;
+        for (const Row& row : _rows) {
+            height += row.height;
+            weight += row.weight;
+        }
+        return std::max(0.0, panelHeight - height) / weight;
+    }
+
     std::vector<Row> _rows;
 };
 
-constexpr double keyWeight = 0.5;
-constexpr double knobWeight = 2;
-constexpr double titleWeight = 0.4;
+constexpr double keyWeight = 1;
+constexpr double knobWeight = 3;
+constexpr double keyBlockWeight = 3;
+constexpr double gapWeight = 1;
 
 struct Print {
     std::function<QRect(QSize)> place;
@@ -105,9 +123,28 @@ class Builder {
 public:
     using Place = std::function<QRect(QSize)>;
 
-    /// A place in a row of one of the columns.
-    Place at(const std::shared_ptr<Rows>& rows, int row, int x, int width, int height, int down = 0) {
-        return [=](QSize panel) { return QRect(x, rows->top(row, panel.height()) + down, width, height); };
+    /// A place in a row of one of the columns; of a block of keys, the `index`-th of `count` rows.
+    static Place at(const std::shared_ptr<Rows>& rows, int row, int x, int width, int maxHeight) {
+        return [=](QSize panel) { return rows->place(row, x, width, maxHeight, panel.height()); };
+    }
+    static Place key(const std::shared_ptr<Rows>& rows, int row, int x, int width, int index = 0, int count = 1) {
+        return [=](QSize panel) {
+            const QRect block = rows->place(row, x, width, count * (maxKeyHeight + keyGap), panel.height());
+            const int pitch = block.height() / count;
+            return QRect(x, block.y() + index * pitch, width, pitch - keyGap);
+        };
+    }
+    static Place knobPlace(const std::shared_ptr<Rows>& rows, int row, int x, int width) {
+        return at(rows, row, x, width, maxKnobHeight);
+    }
+    /// A frame around the rows from `first` up to the last one there is.
+    void frame(const std::shared_ptr<Rows>& rows, int first, int x, int width) {
+        const int last = rows->count();
+        frames.push_back([=](QSize panel) {
+            const int from = int(rows->top(first, panel.height()));
+            return QRect(x, from, width, int(rows->top(last, panel.height())) - from)
+                .adjusted(-framePadding, -framePadding / 2, framePadding, 1);
+        });
     }
     void title(Place place, const char* text, const QColor& tint) {
         titles.push_back({std::move(place), QString::fromUtf8(text), tint});
@@ -133,6 +170,7 @@ public:
 
     ControlTable<MasterSubject> table;
     std::vector<Print> titles;
+    std::vector<Place> frames;
 
 private:
     static Field<Master> master(const RecordControl<Master>& control) {
@@ -162,9 +200,9 @@ private:
 };
 
 void addReturns(Builder& b, const std::shared_ptr<Rows>& rows) {
-    b.title(b.at(rows, rows->add(sectionTitlePitch, titleWeight), left, leftWidth, sectionTitleHeight),
-            "EFFECTS RETURNS", SectionTints::effects);
-    const int number = rows->add(12, 0);
+    const int title = rows->add(sectionTitlePitch, 0);
+    b.title(b.at(rows, title, left, leftWidth, sectionTitleHeight), "EFFECTS RETURNS", SectionTints::effects);
+    const int number = rows->add(11, 0.4);
     const int level = rows->add(knobPitch, knobWeight);
     const int pan = rows->add(knobPitch, knobWeight);
     const int groups12 = rows->add(keyPitch, keyWeight);
@@ -176,96 +214,113 @@ void addReturns(Builder& b, const std::shared_ptr<Rows>& rows) {
         const int width = returnWidth - 4;
         const int half = (width - keyGap) / 2;
         const int second = x + half + keyGap;
-        const auto whole = b.at(rows, number, x, width, 10);
-        b.titles.push_back({whole, QStringLiteral("RTN %1").arg(i + 1), QColor()});
-        b.returnKnob(i, &Return::level, b.at(rows, level, x, width, knobPitch));
-        b.returnKnob(i, &Return::pan, b.at(rows, pan, x, width, knobPitch));
-        b.returnToggle(i, &Return::assignGroup1_2, b.at(rows, groups12, x, half, keyHeight));
-        b.returnToggle(i, &Return::assignGroup3_4, b.at(rows, groups12, second, half, keyHeight));
-        b.returnToggle(i, &Return::assignGroup5_6, b.at(rows, groups56, x, half, keyHeight));
-        b.returnToggle(i, &Return::assignGroup7_8, b.at(rows, groups56, second, half, keyHeight));
-        b.returnToggle(i, &Return::assignStereo, b.at(rows, stereo, x, width, keyHeight));
-        b.returnToggle(i, &Return::solo, b.at(rows, solo, x, half, keyHeight));
-        b.returnToggle(i, &Return::mute, b.at(rows, solo, second, half, keyHeight));
+        b.titles.push_back({b.at(rows, number, x, width, 10), QStringLiteral("RTN %1").arg(i + 1), QColor()});
+        b.returnKnob(i, &Return::level, b.knobPlace(rows, level, x, width));
+        b.returnKnob(i, &Return::pan, b.knobPlace(rows, pan, x, width));
+        b.returnToggle(i, &Return::assignGroup1_2, b.key(rows, groups12, x, half));
+        b.returnToggle(i, &Return::assignGroup3_4, b.key(rows, groups12, second, half));
+        b.returnToggle(i, &Return::assignGroup5_6, b.key(rows, groups56, x, half));
+        b.returnToggle(i, &Return::assignGroup7_8, b.key(rows, groups56, second, half));
+        b.returnToggle(i, &Return::assignStereo, b.key(rows, stereo, x, width));
+        b.returnToggle(i, &Return::solo, b.key(rows, solo, x, half));
+        b.returnToggle(i, &Return::mute, b.key(rows, solo, second, half));
     }
+    b.frame(rows, title, left, leftWidth);
 }
 
 void addAuxMasters(Builder& b, const std::shared_ptr<Rows>& rows) {
-    rows->add(4, 0.5);
-    b.title(b.at(rows, rows->add(sectionTitlePitch, titleWeight), left, leftWidth, sectionTitleHeight), "AUX MASTERS",
-            SectionTints::aux);
+    rows->add(7, gapWeight);
+    const int title = rows->add(sectionTitlePitch, 0);
+    b.title(b.at(rows, title, left, leftWidth, sectionTitleHeight), "AUX MASTERS", SectionTints::aux);
     const int knobs = rows->add(knobPitch, knobWeight);
     int x = left;
     for (double Master::*field : {&Master::aux1Level, &Master::aux2Level, &Master::aux3Level, &Master::aux4Level,
                                   &Master::aux5Level, &Master::aux6Level}) {
-        b.knob(field, b.at(rows, knobs, x, leftWidth / 6, knobPitch));
+        b.knob(field, b.knobPlace(rows, knobs, x, leftWidth / 6), largeKnob);
         x += leftWidth / 6;
     }
+    b.frame(rows, title, left, leftWidth);
 }
 
 void addControlRoom(Builder& b, const std::shared_ptr<Rows>& rows) {
-    b.title(b.at(rows, rows->add(sectionTitlePitch, titleWeight), right, rightWidth, sectionTitleHeight),
-            "CONTROL ROOM", SectionTints::input);
+    const int title = rows->add(sectionTitlePitch, 0);
+    b.title(b.at(rows, title, right, rightWidth, sectionTitleHeight), "CONTROL ROOM", SectionTints::input);
     constexpr int sourceWidth = 48;
-    constexpr int keysX = right + rightWidth - 2 * 42;
+    constexpr int keyWidth = 42;
+    constexpr int keysX = right + rightWidth - 2 * keyWidth + keyGap;
     bool Master::*const sources[3][3]{{&Master::crSourceAux1, &Master::crSourceAux2, &Master::crSourceAux3},
                                       {&Master::crSourceAux4, &Master::crSourceAux5, &Master::crSourceAux6},
                                       {&Master::crSourceExt7, &Master::crSource2TB, &Master::crSourceStereo}};
     bool Master::*const monitors[2][2]{{&Master::crMono, &Master::crDim}, {&Master::crSpeakerA, &Master::crSpeakerB}};
-    const int keys = rows->add(3 * keyPitch, knobWeight);
+    const int keys = rows->add(3 * keyPitch, keyBlockWeight);
     for (int i = 0; i < 3; ++i)
         for (int j = 0; j < 3; ++j)
-            b.toggle(sources[i][j],
-                     b.at(rows, keys, right + j * sourceWidth, sourceWidth - keyGap, keyHeight, i * keyPitch));
+            b.toggle(sources[i][j], b.key(rows, keys, right + j * sourceWidth, sourceWidth - keyGap, i, 3));
     constexpr int knobX = right + 3 * sourceWidth;
-    b.knob(&Master::controlRoomLevel, b.at(rows, keys, knobX, keysX - knobX, 3 * keyPitch - 2), bigKnob);
+    b.knob(&Master::controlRoomLevel, b.at(rows, keys, knobX, keysX - knobX, 3 * keyPitch), levelKnob);
     for (int i = 0; i < 2; ++i)
         for (int j = 0; j < 2; ++j)
-            b.toggle(monitors[i][j], b.at(rows, keys, keysX + j * 42, 42 - keyGap, keyHeight, i * keyPitch));
-    b.toggle(&Master::pflEngaged, b.at(rows, keys, keysX, 2 * 42 - keyGap, keyHeight, 2 * keyPitch));
+            b.toggle(monitors[i][j], b.key(rows, keys, keysX + j * keyWidth, keyWidth - keyGap, i, 3));
+    b.toggle(&Master::pflEngaged, b.key(rows, keys, keysX, 2 * keyWidth - keyGap, 2, 3));
     const int knobs = rows->add(knobPitch, knobWeight);
-    b.knob(&Master::controlRoomSoloLevel, b.at(rows, knobs, right, rightWidth / 3, knobPitch));
-    b.knob(&Master::controlRoomPflLevel, b.at(rows, knobs, right + rightWidth / 3, rightWidth / 3, knobPitch));
-    b.knob(&Master::phonesLevel, b.at(rows, knobs, right + 2 * rightWidth / 3, rightWidth / 3, knobPitch));
+    int x = right;
+    for (double Master::*field : {&Master::controlRoomSoloLevel, &Master::controlRoomPflLevel, &Master::phonesLevel}) {
+        b.knob(field, b.knobPlace(rows, knobs, x, rightWidth / 3), largeKnob);
+        x += rightWidth / 3;
+    }
+    b.frame(rows, title, right, rightWidth);
+}
+
+/// A block of half the column's width: a knob, and three keys beside it.
+void addKnobAndKeys(Builder& b, const std::shared_ptr<Rows>& rows, int row, int x, double Master::*knob,
+                    const std::array<bool Master::*, 3>& keys) {
+    constexpr int knobWidth = 64;
+    for (int i = 0; i < 3; ++i)
+        b.toggle(keys[std::size_t(i)], b.key(rows, row, x + knobWidth, halfWidth - knobWidth, i, 3));
+    b.knob(knob, b.knobPlace(rows, row, x, knobWidth), largeKnob);
 }
 
 void addStudioAndTalkback(Builder& b, const std::shared_ptr<Rows>& rows) {
-    constexpr int width = rightWidth / 2 - 4;
-    constexpr int second = right + rightWidth - width;
-    constexpr int knobWidth = 64;
-    rows->add(3, 0.5);
-    const int titles = rows->add(sectionTitlePitch, titleWeight);
-    b.title(b.at(rows, titles, right, width, sectionTitleHeight), "STUDIO", SectionTints::monitor);
-    b.title(b.at(rows, titles, second, width, sectionTitleHeight), "TALKBACK", SectionTints::eqLowMid);
-    const int keys = rows->add(3 * keyPitch, knobWeight);
-    const auto column = [&](int x, std::initializer_list<bool Master::*> fields) {
-        int down = 0;
-        for (bool Master::*field : fields) {
-            b.toggle(field, b.at(rows, keys, x + knobWidth, width - knobWidth, keyHeight, down));
-            down += keyPitch;
-        }
-    };
-    column(right, {&Master::studioCR, &Master::studioMono, &Master::studioOn});
-    b.knob(&Master::studioLevel, b.at(rows, keys, right, knobWidth, knobPitch, keyPitch / 2));
-    column(second, {&Master::talkbackAux1_4, &Master::talkbackSlate, &Master::talkbackTB});
-    b.knob(&Master::talkbackMicLevel, b.at(rows, keys, second, knobWidth, knobPitch, keyPitch / 2));
+    rows->add(7, gapWeight);
+    const int title = rows->add(sectionTitlePitch, 0);
+    b.title(b.at(rows, title, right, halfWidth, sectionTitleHeight), "STUDIO", SectionTints::monitor);
+    b.title(b.at(rows, title, secondHalf, halfWidth, sectionTitleHeight), "TALKBACK", SectionTints::eqLowMid);
+    const int row = rows->add(3 * keyPitch, keyBlockWeight);
+    addKnobAndKeys(b, rows, row, right, &Master::studioLevel,
+                   {&Master::studioCR, &Master::studioMono, &Master::studioOn});
+    addKnobAndKeys(b, rows, row, secondHalf, &Master::talkbackMicLevel,
+                   {&Master::talkbackAux1_4, &Master::talkbackSlate, &Master::talkbackTB});
+    b.frame(rows, title, right, halfWidth);
+    b.frame(rows, title, secondHalf, halfWidth);
 }
 
-void addOscillatorAndMeter(Builder& b, const std::shared_ptr<Rows>& rows) {
-    constexpr int width = rightWidth / 2 - 4;
-    constexpr int second = right + rightWidth - width;
-    rows->add(3, 0.5);
-    const int titles = rows->add(sectionTitlePitch, titleWeight);
-    b.title(b.at(rows, titles, right, width, sectionTitleHeight), "METER SELECT", SectionTints::master);
-    b.title(b.at(rows, titles, second, width, sectionTitleHeight), "OSCILLATOR", SectionTints::master);
-    const int keys = rows->add(selectorHeight, knobWeight);
-    int down = 0;
-    for (bool Master::*field : {&Master::meterStudio, &Master::meterCR, &Master::meterStereo}) {
-        b.toggle(field, b.at(rows, keys, right, width, keyHeight, down));
-        down += keyPitch;
-    }
-    b.knob(&Master::oscFrequencyPosition, b.at(rows, keys, second, 96, selectorHeight));
-    b.toggle(&Master::oscTone, b.at(rows, keys, second + 96, width - 96, keyHeight, keyPitch));
+void addMeterAndOscillator(Builder& b, const std::shared_ptr<Rows>& rows) {
+    constexpr int selectorWidth = 96;
+    rows->add(7, gapWeight);
+    const int title = rows->add(sectionTitlePitch, 0);
+    b.title(b.at(rows, title, right, halfWidth, sectionTitleHeight), "METER SELECT", SectionTints::master);
+    b.title(b.at(rows, title, secondHalf, halfWidth, sectionTitleHeight), "OSCILLATOR", SectionTints::master);
+    const int row = rows->add(selectorHeight, keyBlockWeight);
+    const std::array<bool Master::*, 3> keys{&Master::meterStudio, &Master::meterCR, &Master::meterStereo};
+    for (int i = 0; i < 3; ++i)
+        b.toggle(keys[std::size_t(i)], b.key(rows, row, right + 20, halfWidth - 40, i, 3));
+    b.knob(&Master::oscFrequencyPosition, b.at(rows, row, secondHalf, selectorWidth, selectorHeight));
+    b.toggle(&Master::oscTone, b.key(rows, row, secondHalf + selectorWidth, halfWidth - selectorWidth, 1, 3));
+    b.frame(rows, title, right, halfWidth);
+    b.frame(rows, title, secondHalf, halfWidth);
+}
+
+void paintFrame(Canvas& canvas, const QRect& rect) {
+    const Look& look = canvas.look;
+    QPainter& painter = canvas.painter;
+    const QRectF frame = QRectF(canvas.px(QRectF(rect))).adjusted(0.5, 0.5, -0.5, -0.5);
+    const qreal radius = 4 * canvas.scale;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(withAlpha(Qt::white, look.isDark() ? 0.05 : 0.22), canvas.line()));
+    painter.drawRoundedRect(frame.translated(0, canvas.line()), radius, radius);
+    painter.setBrush(withAlpha(Qt::white, look.isDark() ? 0.022 : 0.06));
+    painter.setPen(QPen(withAlpha(Qt::black, look.isDark() ? 0.55 : 0.32), canvas.line()));
+    painter.drawRoundedRect(frame, radius, radius);
 }
 
 ControlTable<MasterSubject> makeTable() {
@@ -276,14 +331,12 @@ ControlTable<MasterSubject> makeTable() {
     addAuxMasters(b, leftRows);
     addControlRoom(b, rightRows);
     addStudioAndTalkback(b, rightRows);
-    addOscillatorAndMeter(b, rightRows);
-    b.table.kind.paintFace = [titles = b.titles](Canvas& canvas, QSize panel) {
+    addMeterAndOscillator(b, rightRows);
+    b.table.kind.paintFace = [titles = b.titles, frames = b.frames](Canvas& canvas, QSize panel) {
         const QRect whole = canvas.px(QRectF(QPointF(), panel));
         Parts::modulePanel(canvas.painter, whole, canvas.scale, canvas.look.palette.masterPanelBackground, canvas.look);
-        const int seam = canvas.px((left + leftWidth + right) / 2);
-        canvas.painter.fillRect(QRect(seam, 0, canvas.line(), whole.height()), withAlpha(Qt::black, 0.45));
-        canvas.painter.fillRect(QRect(seam + canvas.line(), 0, canvas.line(), whole.height()),
-                                withAlpha(Qt::white, canvas.look.isDark() ? 0.07 : 0.35));
+        for (const auto& frame : frames)
+            paintFrame(canvas, frame(panel));
         for (const Print& title : titles) {
             const QRect place = title.place(panel);
             if (title.tint.isValid())

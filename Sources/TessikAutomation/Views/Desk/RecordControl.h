@@ -29,7 +29,7 @@ QString fieldKey(Value Record::*member) {
     std::apply(
         [&](const auto&... field) {
             const auto look = [&](const auto& one) {
-                if constexpr (std::is_same_v<decltype(one.member), Value Record::*const>)
+                if constexpr (std::is_same_v<decltype(one.member), Value Record::*>)
                     if (one.member == member) key = QLatin1String(one.key.data(), qsizetype(one.key.size()));
             };
             (look(field), ...);

@@ -68,6 +68,7 @@ const Look& Look::of(ColorScheme scheme) {
     return scheme == ColorScheme::dark ? dark : light;
 }
 
+QColor Look::gapColor() const { return isDark() ? QColor(8, 8, 8) : blend(railColor(), Qt::black, 0.5); }
 QColor Look::railColor() const { return blend(palette.appBackground, Qt::black, isDark() ? 0.45 : 0.14); }
 
 QColor blend(const QColor& from, const QColor& to, double t) {

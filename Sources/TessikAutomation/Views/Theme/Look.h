@@ -47,6 +47,8 @@ struct Look {
 
     /// The frame of the desk, around and between the strips.
     QColor railColor() const;
+    /// Between two blocks of strips.
+    QColor gapColor() const;
     bool isDark() const { return scheme == ColorScheme::dark; }
     static const Look& of(ColorScheme scheme);
 };
