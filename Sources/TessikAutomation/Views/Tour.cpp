@@ -101,8 +101,8 @@ void Tour::screenMoves() {
     dragFader(ChannelKind::input(1), 100, 30);
     dragFader(ChannelKind::input(3), 30, 110);
     dragFader(ChannelKind::stereo(), 90, 106);
-    for (const char* control : {"chanMuted", "eqOn"})
-        clickControl(ChannelKind::input(6), QLatin1String(control));
+    clickControl(*_app.window.desk().strip(ChannelKind::input(6)), QStringLiteral("chanMuted"));
+    clickControl(*_app.window.desk().inputModule(6), QStringLiteral("eqOn"));
     compareDesk();
     _guide.check(std::abs(_rig.desk.vca(ChannelKind::input(1)) - 30) <= 1 &&
                      std::abs(_rig.desk.vca(ChannelKind::stereo()) - 106) <= 1,
@@ -324,14 +324,13 @@ void Tour::compareDesk() {
                      : QStringLiteral("desk and program differ: ") + differences.join(QLatin1String("; ")));
 }
 
-void Tour::clickControl(ChannelKind kind, const QString& control) {
-    ControlHost* strip = _app.window.desk().strip(kind);
-    const int index = strip->controlIndex(control);
-    _guide.check(index >= 0, QStringLiteral("%1 has a control %2").arg(kind.id(), control));
+void Tour::clickControl(ControlHost& host, const QString& control) {
+    const int index = host.controlIndex(control);
+    _guide.check(index >= 0, QStringLiteral("there is a control %1").arg(control));
     if (index < 0) return;
-    const QPointF at = QRectF(strip->controlRect(index)).center();
-    sendMouse(*strip, QEvent::MouseButtonPress, at, Qt::LeftButton);
-    sendMouse(*strip, QEvent::MouseButtonRelease, at, Qt::NoButton);
+    const QPointF at = QRectF(host.controlRect(index)).center();
+    sendMouse(host, QEvent::MouseButtonPress, at, Qt::LeftButton);
+    sendMouse(host, QEvent::MouseButtonRelease, at, Qt::NoButton);
 }
 
 void Tour::dragFader(ChannelKind kind, int from, int to) {

@@ -45,7 +45,7 @@ private:
     /// Keeps trying on whatever dialog is open until `answer` has dealt with it.
     void answerDialog(std::function<bool(QDialog&)> answer);
     void pressKey(Qt::Key key);
-    void clickControl(ChannelKind kind, const QString& control);
+    void clickControl(ControlHost& host, const QString& control);
     void dragFader(ChannelKind kind, int from, int to);
 
     Application& _app;

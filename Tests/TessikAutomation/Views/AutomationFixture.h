@@ -98,7 +98,9 @@ struct AutomationWindowTest : testing::Test, AutomationRig {
 
     ThemeStore theme;
     TransportManager transport{service};
-    MainWindow window{{theme, model, input, output, screen, clock, transport}};
+    ChannelLabelStore labels;
+    MasterSectionStore master;
+    MainWindow window{{theme, model, input, output, screen, clock, transport, manualSettings, labels, master}};
     AutomationPanelView* panel = new AutomationPanelView(engine, model, clock, window.drawing());
     SymbolButton& snapshotsButton = panel->addButton(QStringLiteral("snapshots"), QStringLiteral("Snapshots"));
     SymbolButton& passesButton = panel->addButton(QStringLiteral("passes"), {});
