@@ -16,19 +16,17 @@ bool eventually(Condition condition) {
     return QTest::qWaitFor(condition, 120'000);
 }
 
-/// A client of the sequencer in a process of its own, with one port to begin with.
-class FarClient {
+/// A program beside the test's own that answers every line told to it with a line.
+class FarProgram {
 public:
-    explicit FarClient(const QString& client, const QString& port = QStringLiteral("MIDI 1")) {
-        _process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/tessik-alsa-far"), {client, port});
-        number = answer().toInt();
-        EXPECT_GT(number, 0) << "the far client did not start";
+    FarProgram(const QString& program, const QStringList& arguments) {
+        _process.start(QCoreApplication::applicationDirPath() + QLatin1Char('/') + program, arguments);
     }
-    ~FarClient() { stop(); }
+    ~FarProgram() { stop(); }
 
     /// Ends it; its ports are gone when this returns.
     void stop() {
-        _process.closeWriteChannel();
+        _process.terminate();
         _process.waitForFinished(120'000);
     }
 
@@ -48,10 +46,19 @@ public:
         return QString::fromUtf8(_process.readLine()).trimmed();
     }
 
-    int number = 0; ///< of the client, in the sequencer
-
 private:
     QProcess _process;
+};
+
+/// A client of the sequencer, with one port to begin with.
+class FarClient : public FarProgram {
+public:
+    explicit FarClient(const QString& client, const QString& port = QStringLiteral("MIDI 1"))
+        : FarProgram(QStringLiteral("tessik-alsa-far"), {client, port}), number(answer().toInt()) {
+        EXPECT_GT(number, 0) << "the far client did not start";
+    }
+
+    const int number; ///< of the client, in the sequencer
 };
 
 /// A service on the machine's sequencer.
