@@ -25,6 +25,13 @@ void SnapshotStore::rename(const QUuid& id, const QString& name) {
     if (onChange) onChange();
 }
 
+void SnapshotStore::insert(qsizetype index, const Snapshot& snapshot) {
+    QList<Snapshot> all = withoutID(snapshots.value(), snapshot.id);
+    all.insert(std::min(index, all.size()), snapshot);
+    snapshots = all;
+    if (onChange) onChange();
+}
+
 void SnapshotStore::remove(const QUuid& id) {
     snapshots = withoutID(snapshots.value(), id);
     if (defaultSnapshotID.value() == id) defaultSnapshotID = std::nullopt;

@@ -10,7 +10,7 @@ public:
     /// Newest first after a load; one captured since stands at the end.
     QProperty<QList<Snapshot>> snapshots;
     QProperty<std::optional<QUuid>> defaultSnapshotID{std::nullopt};
-    /// Called after each `save`, `rename`, `remove` and `setDefault`, never on `load`.
+    /// Called after each `save`, `rename`, `insert`, `remove` and `setDefault`, never on `load`.
     std::function<void()> onChange;
 
     /// None also where the default names no snapshot of the list.
@@ -20,6 +20,8 @@ public:
     void save(const Snapshot& snapshot);
     /// The place in the list stays.
     void rename(const QUuid& id, const QString& name);
+    /// Puts a removed snapshot back to its place.
+    void insert(qsizetype index, const Snapshot& snapshot);
     /// Clears the default where it was this one.
     void remove(const QUuid& id);
     void setDefault(std::optional<QUuid> id);

@@ -13,6 +13,7 @@
 #include <QLoggingCategory>
 #include <QMenuBar>
 #include <QScreen>
+#include <QUndoStack>
 
 namespace tessik {
 
@@ -106,6 +107,7 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
     session.onSessionLoaded = [this] {
         passEngine.noteSessionReplaced();
         setLoadedItem(std::nullopt);
+        window.history().clear();
         snapshotRecall.recallDefault(snapshots);
     };
 
@@ -144,19 +146,26 @@ void Application::buildMenus() {
     window.menuBar()->addMenu(file);
     file->addAction(QStringLiteral("Se&ttings…"), &window, &MainWindow::openSettings);
     file->addAction(QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")), &window, [this] { quit(); });
+    QMenu* edit = window.menuBar()->addMenu(QStringLiteral("&Edit"));
+    const auto add = [edit](QAction* action, const char* keys) {
+        action->setShortcut(QKeySequence(QLatin1String(keys)));
+        edit->addAction(action);
+    };
+    add(window.history().createUndoAction(edit), "Ctrl+Z");
+    add(window.history().createRedoAction(edit), "Ctrl+Shift+Z");
 }
 
 void Application::buildAutomation() {
     auto* panel = new AutomationPanelView(passEngine, consoleModel, mtcClock, window.drawing());
     window.setAutomationPanel(panel);
-    auto* recalls = new SnapshotsPopover(snapshots, snapshotRecall,
+    auto* recalls = new SnapshotsPopover(snapshots, snapshotRecall, window.history(),
                                          panel->addButton(QStringLiteral("snapshots"), QStringLiteral("Snapshots")),
                                          window.drawing(), window.centralWidget());
     recalls->onRecalled = [this](const Snapshot& snapshot) {
         setLoadedItem(LoadedItem{LoadedItemType::snapshot, snapshot.id});
     };
-    new PassesPopover(passEngine, passes, panel->addButton(QStringLiteral("passes"), {}), window.drawing(),
-                      window.centralWidget());
+    new PassesPopover(passEngine, passes, window.history(), panel->addButton(QStringLiteral("passes"), {}),
+                      window.drawing(), window.centralWidget());
     _observers.push_back(passEngine.selectedPass.addNotifier([this] {
         if (const auto& pass = passEngine.selectedPass.value())
             setLoadedItem(LoadedItem{LoadedItemType::pass, pass->id});

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QTest>
+#include <QUndoStack>
 #include <gtest/gtest.h>
 
 namespace tessik::test {
@@ -104,11 +105,11 @@ struct AutomationWindowTest : testing::Test, AutomationRig {
     AutomationPanelView* panel = new AutomationPanelView(engine, model, clock, window.drawing());
     SymbolButton& snapshotsButton = panel->addButton(QStringLiteral("snapshots"), QStringLiteral("Snapshots"));
     SymbolButton& passesButton = panel->addButton(QStringLiteral("passes"), {});
-    SnapshotsPopover& snapshotsPopover =
-        *new SnapshotsPopover(snapshots, recall, snapshotsButton, window.drawing(), window.centralWidget(),
-                              [] { return QDateTime(QDate(2026, 3, 4), QTime(21, 5), Qt::LocalTime).toUTC(); });
+    SnapshotsPopover& snapshotsPopover = *new SnapshotsPopover(
+        snapshots, recall, window.history(), snapshotsButton, window.drawing(), window.centralWidget(),
+        [] { return QDateTime(QDate(2026, 3, 4), QTime(21, 5), Qt::LocalTime).toUTC(); });
     PassesPopover& passesPopover =
-        *new PassesPopover(engine, passes, passesButton, window.drawing(), window.centralWidget());
+        *new PassesPopover(engine, passes, window.history(), passesButton, window.drawing(), window.centralWidget());
 };
 
 } // namespace tessik::test

@@ -2,13 +2,51 @@
 
 #include "TessikAutomation/Views/Controls/NameSection.h"
 
-namespace tessik {
+#include <QUndoStack>
 
-PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, SymbolButton& button, DrawingContext& drawing,
-                             QWidget* over)
+namespace tessik {
+namespace {
+
+std::optional<AutomationPass> passOf(const PassStore& store, const QUuid& id) {
+    for (const AutomationPass& pass : store.passes.value())
+        if (pass.id == id) return pass;
+    return std::nullopt;
+}
+
+bool isSelectedIn(const PassEngine& engine, const QUuid& id) {
+    const std::optional<AutomationPass>& selected = engine.selectedPass.value();
+    return selected && selected->id == id;
+}
+
+/// A selected pass that plays plays on; one that does not is let go of.
+class PassRemoval final : public QUndoCommand {
+public:
+    PassRemoval(PassEngine& engine, PassStore& passes, AutomationPass pass)
+        : QUndoCommand(QStringLiteral("deleting %1").arg(pass.name)),
+          _engine(engine),
+          _passes(passes),
+          _pass(std::move(pass)) {}
+    void redo() override {
+        _pass = passOf(_passes, _pass.id).value_or(_pass); // it may have been renamed
+        if (isSelectedIn(_engine, _pass.id) && !_engine.isRolling.value()) _engine.select(std::nullopt);
+        _passes.remove(_pass.id);
+    }
+    void undo() override { _passes.save(_pass); }
+
+private:
+    PassEngine& _engine;
+    PassStore& _passes;
+    AutomationPass _pass;
+};
+
+} // namespace
+
+PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& history, SymbolButton& button,
+                             DrawingContext& drawing, QWidget* over)
     : Popover(QStringLiteral("PASSES"), QStringLiteral("No passes yet"), button, drawing, over),
       _engine(engine),
       _passes(passes),
+      _history(history),
       _take(new NameSection(QStringLiteral("Save Pass"), QStringLiteral("Discard"), this)) {
     _take->hide();
     addAbove(_take);
@@ -25,26 +63,14 @@ PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, SymbolButton
 void PassesPopover::prepareRow(RecordRow& row) {
     connect(&row, &QAbstractButton::clicked, this, [this, &row] { choose(row.id()); });
     connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) { _passes.rename(row.id(), name); });
-    connect(&row, &RecordRow::removed, this, [this, &row] { remove(row.id()); });
+    connect(&row, &RecordRow::removed, this, [this, &row] {
+        if (auto pass = passOf(_passes, row.id())) _history.push(new PassRemoval(_engine, _passes, *std::move(pass)));
+    });
 }
 
-std::optional<AutomationPass> PassesPopover::pass(const QUuid& id) const {
-    for (const AutomationPass& each : _passes.passes.value())
-        if (each.id == id) return each;
-    return std::nullopt;
-}
+bool PassesPopover::isSelected(const QUuid& id) const { return isSelectedIn(_engine, id); }
 
-bool PassesPopover::isSelected(const QUuid& id) const {
-    const std::optional<AutomationPass>& selected = _engine.selectedPass.value();
-    return selected && selected->id == id;
-}
-
-void PassesPopover::choose(const QUuid& id) { _engine.select(isSelected(id) ? std::nullopt : pass(id)); }
-
-void PassesPopover::remove(const QUuid& id) {
-    if (isSelected(id) && !_engine.isRolling.value()) _engine.select(std::nullopt);
-    _passes.remove(id);
-}
+void PassesPopover::choose(const QUuid& id) { _engine.select(isSelected(id) ? std::nullopt : passOf(_passes, id)); }
 
 void PassesPopover::refresh() {
     const QList<AutomationPass>& passes = _passes.passes.value();

@@ -3,6 +3,8 @@
 #include "TessikAutomation/Automation/PassEngine.h"
 #include "TessikAutomation/Views/Controls/Popover.h"
 
+class QUndoStack;
+
 namespace tessik {
 
 class NameSection;
@@ -13,21 +15,22 @@ class PassesPopover final : public Popover {
     Q_OBJECT
 
 public:
-    PassesPopover(PassEngine& engine, PassStore& passes, SymbolButton& button, DrawingContext& drawing, QWidget* over);
+    /// What is deleted can be taken back from `history`.
+    PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& history, SymbolButton& button,
+                  DrawingContext& drawing, QWidget* over);
 
 protected:
     void prepareRow(RecordRow& row) override;
     void refresh() override;
 
 private:
-    std::optional<AutomationPass> pass(const QUuid& id) const;
     bool isSelected(const QUuid& id) const;
     void choose(const QUuid& id);
-    void remove(const QUuid& id);
     void showTake();
 
     PassEngine& _engine;
     PassStore& _passes;
+    QUndoStack& _history;
     NameSection* _take;
     std::optional<QUuid> _waiting;
     bool _openedItself = false;

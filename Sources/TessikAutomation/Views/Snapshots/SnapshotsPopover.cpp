@@ -2,13 +2,45 @@
 
 #include "TessikAutomation/Views/Controls/NameSection.h"
 
-namespace tessik {
+#include <QUndoStack>
 
-SnapshotsPopover::SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& recall, SymbolButton& button,
-                                   DrawingContext& drawing, QWidget* over, WallClock clock)
+namespace tessik {
+namespace {
+
+class SnapshotRemoval final : public QUndoCommand {
+public:
+    SnapshotRemoval(SnapshotStore& snapshots, const Snapshot& snapshot)
+        : QUndoCommand(QStringLiteral("deleting %1").arg(snapshot.name)), _snapshots(snapshots), _snapshot(snapshot) {}
+    void redo() override {
+        const QList<Snapshot>& all = _snapshots.snapshots.value();
+        const auto found =
+            std::find_if(all.begin(), all.end(), [this](const Snapshot& each) { return each.id == _snapshot.id; });
+        if (found == all.end()) return;
+        _snapshot = *found; // it may have been renamed
+        _index = found - all.begin();
+        _wasDefault = _snapshots.defaultSnapshotID.value() == _snapshot.id;
+        _snapshots.remove(_snapshot.id);
+    }
+    void undo() override {
+        _snapshots.insert(_index, _snapshot);
+        if (_wasDefault && !_snapshots.defaultSnapshotID.value()) _snapshots.setDefault(_snapshot.id);
+    }
+
+private:
+    SnapshotStore& _snapshots;
+    Snapshot _snapshot;
+    qsizetype _index = 0;
+    bool _wasDefault = false;
+};
+
+} // namespace
+
+SnapshotsPopover::SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& recall, QUndoStack& history,
+                                   SymbolButton& button, DrawingContext& drawing, QWidget* over, WallClock clock)
     : Popover(QStringLiteral("SNAPSHOTS"), QStringLiteral("No snapshots yet"), button, drawing, over),
       _snapshots(snapshots),
       _recall(recall),
+      _history(history),
       _clock(std::move(clock)),
       _capture(new TextButton(QStringLiteral("Capture…"), "capture", this)),
       _naming(new NameSection(QStringLiteral("New Snapshot"), QStringLiteral("Cancel"), this)) {
@@ -52,16 +84,22 @@ void SnapshotsPopover::prepareRow(RecordRow& row) {
     star->setCheckable(true);
     connect(star, &QAbstractButton::clicked, this, [this, &row] { _snapshots.toggleDefault(row.id()); });
     connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) { _snapshots.rename(row.id(), name); });
-    connect(&row, &RecordRow::removed, this, [this, &row] { _snapshots.remove(row.id()); });
+    connect(&row, &RecordRow::removed, this, [this, &row] {
+        if (const auto snapshot = snapshotOf(row.id())) _history.push(new SnapshotRemoval(_snapshots, *snapshot));
+    });
+}
+
+std::optional<Snapshot> SnapshotsPopover::snapshotOf(const QUuid& id) const {
+    for (const Snapshot& snapshot : _snapshots.snapshots.value())
+        if (snapshot.id == id) return snapshot;
+    return std::nullopt;
 }
 
 void SnapshotsPopover::recall(const QUuid& id) {
-    for (const Snapshot& snapshot : _snapshots.snapshots.value()) {
-        if (snapshot.id != id) continue;
-        _recall.recall(snapshot);
-        if (onRecalled) onRecalled(snapshot);
-        return;
-    }
+    const std::optional<Snapshot> snapshot = snapshotOf(id);
+    if (!snapshot) return;
+    _recall.recall(*snapshot);
+    if (onRecalled) onRecalled(*snapshot);
 }
 
 void SnapshotsPopover::refresh() {

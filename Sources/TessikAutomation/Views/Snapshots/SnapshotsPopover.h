@@ -5,6 +5,7 @@
 #include "TessikAutomation/Views/Controls/Popover.h"
 
 class QPushButton;
+class QUndoStack;
 
 namespace tessik {
 
@@ -15,8 +16,9 @@ class SnapshotsPopover final : public Popover {
     Q_OBJECT
 
 public:
-    SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& recall, SymbolButton& button, DrawingContext& drawing,
-                     QWidget* over, WallClock clock = currentSecond);
+    /// What is deleted can be taken back from `history`.
+    SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& recall, QUndoStack& history, SymbolButton& button,
+                     DrawingContext& drawing, QWidget* over, WallClock clock = currentSecond);
 
     /// Called after a recall.
     std::function<void(const Snapshot&)> onRecalled;
@@ -27,10 +29,12 @@ protected:
 
 private:
     void showNaming(bool isNaming);
+    std::optional<Snapshot> snapshotOf(const QUuid& id) const;
     void recall(const QUuid& id);
 
     SnapshotStore& _snapshots;
     SnapshotRecall& _recall;
+    QUndoStack& _history;
     const WallClock _clock;
     QPushButton* _capture;
     NameSection* _naming;

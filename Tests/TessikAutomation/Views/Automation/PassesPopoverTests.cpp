@@ -122,6 +122,15 @@ TEST_F(PassesPopoverTest, DeletingTheSelectedPassLetsGoOfItWhereTheTapeStands) {
     EXPECT_EQ(selectedName(), QString());
     EXPECT_TRUE(shows(passesPopover, QStringLiteral("No passes yet")));
     EXPECT_FALSE(hasKeyboard(window.desk())) << "the keyboard of what went away goes to nobody";
+    window.history().undo();
+    window.history().undo();
+    settle();
+    EXPECT_EQ(names(passesPopover), (QStringList{QStringLiteral("Verse"), QStringLiteral("Chorus")}));
+    EXPECT_EQ(passes.passes.value()[1].events.size(), 1200);
+    EXPECT_EQ(selectedName(), QString());
+    window.history().redo();
+    settle();
+    EXPECT_EQ(names(passesPopover), QStringList{QStringLiteral("Verse")});
 }
 
 TEST_F(PassesPopoverTest, ATakeThatEndsIsAskedForItsNameWithoutTakingTheKeyboard) {

@@ -82,6 +82,23 @@ TEST_F(SnapshotsPopoverTest, RecallsStarsRenamesAndDeletes) {
     EXPECT_EQ(level(), 110);
 }
 
+TEST_F(SnapshotsPopoverTest, ADeletedSnapshotComesBackToItsPlaceWithItsStar) {
+    for (const char* name : {"A", "B", "C"})
+        capture(QLatin1String(name), 10);
+    click(part(1, "star"));
+    click(part(1, "trash"));
+    EXPECT_FALSE(snapshots.defaultSnapshot());
+    window.history().undo();
+    settle();
+    EXPECT_EQ(names(snapshotsPopover), (QStringList{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")}));
+    EXPECT_EQ(snapshots.defaultSnapshot()->name, QStringLiteral("B"));
+    snapshots.rename(snapshots.defaultSnapshot()->id, QStringLiteral("B2"));
+    window.history().redo();
+    window.history().undo();
+    settle();
+    EXPECT_EQ(names(snapshotsPopover)[1], QStringLiteral("B2"));
+}
+
 TEST_F(SnapshotsPopoverTest, StaysInTheWindowWhateverItHolds) {
     QList<Snapshot> many;
     for (int i = 0; i < 40; ++i)

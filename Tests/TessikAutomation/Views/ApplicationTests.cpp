@@ -1,0 +1,56 @@
+#include "TessikAutomation/Views/Application.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace tessik {
+namespace {
+
+struct ApplicationTest : testing::Test {
+    AutomationPass pass(const char* name) {
+        return {.id = QUuid::createUuid(), .name = QLatin1String(name), .createdAt = currentSecond()};
+    }
+    QString title() { return application.window.windowTitle(); }
+
+    QTemporaryDir folder;
+    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
+    Application application{service, folder.path()};
+};
+
+TEST_F(ApplicationTest, TheTitleNamesWhatWasRecalledLast) {
+    EXPECT_EQ(title(), QStringLiteral("Untitled[*]"));
+    const AutomationPass verse = pass("Verse [*]");
+    application.passes.save(verse);
+    application.passEngine.select(verse);
+    EXPECT_EQ(title(), QStringLiteral("Untitled[*]  —  Pass: Verse [*][*]"));
+    application.passes.rename(verse.id, QStringLiteral("Chorus"));
+    EXPECT_EQ(title(), QStringLiteral("Untitled[*]  —  Pass: Chorus"));
+    application.passEngine.select(std::nullopt);
+    EXPECT_EQ(title(), QStringLiteral("Untitled[*]"));
+
+    application.snapshots.save(application.snapshotRecall.capture(QStringLiteral("Low"), currentSecond()));
+    application.window.show();
+    application.window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&application.window));
+    QApplication::processEvents();
+    auto* recall = application.window.findChild<QAbstractButton*>(QStringLiteral("recall"));
+    auto* trash = application.window.findChild<QAbstractButton*>(QStringLiteral("trash"));
+    ASSERT_TRUE(recall && trash);
+    recall->click();
+    EXPECT_EQ(title(), QStringLiteral("Untitled[*]  —  Snapshot: Low"));
+    application.passEngine.select(std::nullopt);
+    EXPECT_EQ(title(), QStringLiteral("Untitled[*]  —  Snapshot: Low")) << "no pass was let go of";
+    trash->click();
+    EXPECT_EQ(title(), QStringLiteral("Untitled[*]")) << "what is gone is not named";
+    QTest::keyClick(application.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(title(), QStringLiteral("Untitled[*]  —  Snapshot: Low"));
+
+    application.session.newSession();
+    EXPECT_EQ(title(), QStringLiteral("Untitled[*]"));
+    QTest::keyClick(application.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(application.snapshots.snapshots.value().isEmpty()) << "nothing of another session comes back";
+}
+
+} // namespace
+} // namespace tessik
