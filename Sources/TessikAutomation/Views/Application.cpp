@@ -104,6 +104,9 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
     session.storePendingTake = [this] {
         if (const auto take = passEngine.recordingPass.value()) passEngine.finishRecording(take->name, passes);
     };
+    _observers.push_back(passEngine.recordingPass.addNotifier([this] {
+        if (passEngine.recordingPass.value() && !passEngine.isRecording()) session.takeEnded();
+    }));
     session.onSessionLoaded = [this] {
         passEngine.noteSessionReplaced();
         setLoadedItem(std::nullopt);

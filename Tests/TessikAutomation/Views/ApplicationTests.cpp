@@ -1,5 +1,6 @@
 #include "TessikAutomation/Views/Application.h"
 
+#include <QAbstractButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>

@@ -42,7 +42,8 @@ struct AutomationWindowTest : testing::Test, AutomationRig {
     void click(QWidget& widget) {
         const QPoint at = widget.mapTo(&window, widget.rect().center());
         ASSERT_TRUE(widget.isVisible());
-        ASSERT_EQ(window.childAt(at), &widget) << qPrintable(widget.objectName());
+        ASSERT_EQ(window.childAt(at), &widget)
+            << qPrintable(widget.objectName()) << " under " << window.childAt(at)->metaObject()->className();
         QTest::mouseClick(&widget, Qt::LeftButton);
         settle();
     }

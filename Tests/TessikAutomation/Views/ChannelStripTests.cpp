@@ -59,8 +59,7 @@ TEST_F(ChannelStripTest, ClickingASwitchTurnsItAndTellsTheDesk) {
         const char* id;
         QProperty<bool> ChannelState::*field;
         int byte;
-    } rows[]{{"eqOn", &ChannelState::eqOn, 59},
-             {"monMuted", &ChannelState::monMuted, 62},
+    } rows[]{{"monMuted", &ChannelState::monMuted, 62},
              {"auxMuted", &ChannelState::auxMuted, 61},
              {"chanMuted", &ChannelState::chanMuted, 31}};
     for (const ChannelKind kind : {in5, ChannelKind::group(3), ChannelKind::stereo()}) {
@@ -116,27 +115,20 @@ TEST_F(ChannelStripTest, KeysOperateWhatHasTheFocusAndLeaveTheWindowsKeys) {
 }
 
 TEST_F(ChannelStripTest, TabGoesOverEveryControlInOrder) {
-    strip(ChannelKind::input(1)).focusControl(control(strip(ChannelKind::input(1)), "eqOn"), Qt::TabFocusReason);
-    QStringList names;
-    for (int i = 0; i < 11; ++i) {
-        auto* host = qobject_cast<ControlHost*>(QApplication::focusWidget());
-        ASSERT_TRUE(host);
-        ASSERT_GE(host->focusedControl(), 0);
-        names << host->name(host->focusedControl());
-        QTest::keyClick(host, Qt::Key_Tab);
+    ControlHost& host = strip(in5);
+    std::vector<int> operable;
+    for (int i = 0; i < host.controlCount(); ++i)
+        if (host.isOperable(i)) operable.push_back(i);
+    ASSERT_GE(operable.size(), 5u);
+    host.focusControl(operable.front(), Qt::TabFocusReason);
+    for (const int control : operable) {
+        EXPECT_EQ(host.focusedControl(), control) << qPrintable(host.name(control));
+        QTest::keyClick(&host, Qt::Key_Tab);
     }
-    const auto of = [](const QString& channel) {
-        return QStringList{channel + QLatin1String(" EQ"), channel + QLatin1String(" monitor MUTE"),
-                           channel + QLatin1String(" aux MUTE"), channel + QLatin1String(" fader"),
-                           channel + QLatin1String(" MUTE")};
-    };
-    EXPECT_EQ(names, of(QStringLiteral("Channel 1")) + of(QStringLiteral("Channel 2")) +
-                         QStringList{QStringLiteral("Channel 3 EQ")});
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
-    auto* host = qobject_cast<ControlHost*>(QApplication::focusWidget());
-    ASSERT_TRUE(host);
-    EXPECT_EQ(host->name(host->focusedControl()), QStringLiteral("Channel 2 MUTE"));
+    EXPECT_FALSE(host.hasFocus()) << "after the last control comes the next strip";
+    host.focusControl(operable.back(), Qt::TabFocusReason);
+    QTest::keyClick(&host, Qt::Key_Backtab);
+    EXPECT_EQ(host.focusedControl(), operable[operable.size() - 2]);
 }
 
 TEST_F(ChannelStripTest, FocusBringsAStripIntoViewAndShowsItself) {
@@ -153,11 +145,11 @@ TEST_F(ChannelStripTest, FocusBringsAStripIntoViewAndShowsItself) {
 TEST_F(ChannelStripTest, ToolTipsGiveNameAndValue) {
     channel().faderValue = 97;
     channel().auxMuted = true;
-    const std::pair<const char*, const char*> texts[]{{"fader", "Channel 5 fader, -3.0 dB"},
-                                                      {"auxMuted", "Channel 5 aux MUTE, on"},
-                                                      {"chanMuted", "Channel 5 MUTE, off"},
-                                                      {"null", "Channel 5 NULL, no target"},
-                                                      {"readout", "Channel 5 level, -3.0 dB"}};
+    const std::pair<const char*, const char*> texts[]{{"fader", "Channel 5, fader, -3.0 dB"},
+                                                      {"auxMuted", "Channel 5, aux MUTE, on"},
+                                                      {"chanMuted", "Channel 5, MUTE, off"},
+                                                      {"null", "Channel 5, NULL, no target"},
+                                                      {"readout", "Channel 5, level, -3.0 dB"}};
     ControlHost& host = strip(in5);
     for (const auto& [id, text] : texts) {
         const QPoint at = centre(host, id);
@@ -182,10 +174,9 @@ TEST_F(ChannelStripTest, ScreenReadersSeeEachControl) {
         QAccessible::Role role;
         const char *name, *value;
         bool checked;
-    } rows[]{{"fader", QAccessible::Slider, "Channel 5 fader", "-∞ dB", false},
-             {"eqOn", QAccessible::CheckBox, "Channel 5 EQ", "on", true},
-             {"chanMuted", QAccessible::CheckBox, "Channel 5 MUTE", "off", false},
-             {"null", QAccessible::Indicator, "Channel 5 NULL", "no target", false}};
+    } rows[]{{"fader", QAccessible::Slider, "Channel 5, fader", "-∞ dB", false},
+             {"chanMuted", QAccessible::CheckBox, "Channel 5, MUTE", "off", false},
+             {"null", QAccessible::Indicator, "Channel 5, NULL", "no target", false}};
     for (const auto& row : rows) {
         QAccessibleInterface* one = child(row.id);
         EXPECT_EQ(one->role(), row.role) << row.id;
@@ -262,7 +253,7 @@ TEST_F(ChannelStripTest, AChangePaintsWhatChangedAndNothingElse) {
     QApplication::processEvents();
     ASSERT_EQ(watch.painted.keys(), QList<QObject*>{&host});
     QRegion region = watch.painted.take(&host);
-    EXPECT_FALSE(region.intersects(QRect(fader.topLeft(), QSize(fader.width(), 60)))) << "the cap was never up there";
+    EXPECT_FALSE(region.intersects(QRect(fader.topLeft(), QSize(fader.width(), 40)))) << "the cap was never up there";
     EXPECT_TRUE(region.intersects(host.controlRect(control(host, "readout"))));
     EXPECT_LT(area(region), 2 * 52 * 78 + 76 * 22);
 

@@ -138,6 +138,7 @@ void Popover::fit() {
     const int x = std::clamp(tip.x() - width / 2, -shadowRoom / 2, std::max(-shadowRoom / 2, right + shadowRoom / 2));
     setGeometry(Metrics::toGrid(x), Metrics::toGrid(tip.y() - shadowRoom + 2), width,
                 Metrics::toGrid(_layout->sizeHint().height() + Metrics::grid - 1));
+    setMask(rect().adjusted(0, shadowRoom - 2, 0, 0)); // the button above stays within reach of the pointer
     update();
 }
 

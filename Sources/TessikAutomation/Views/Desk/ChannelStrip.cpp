@@ -40,8 +40,8 @@ QRect nullRect(QSize strip) { return row(strip, readoutRect(strip).top() - rowGa
 QRect muteRect(QSize strip) { return row(strip, nullRect(strip).top() - rowGap - muteHeight, muteHeight); }
 QRect faderRect(QSize strip) {
     // On a narrow strip a little to the right, so that the labels of the scale keep clear of the seam.
-    const int x = strip.width() < inputChannelStripWidth ? 2 : 0;
-    return {x, faderTop, strip.width(), muteRect(strip).top() - rowGap - faderTop};
+    const int x = strip.width() < inputChannelStripWidth ? 4 : 0;
+    return {x, faderTop, strip.width() - x, muteRect(strip).top() - rowGap - faderTop};
 }
 
 void paintFace(Canvas& canvas, QSize strip) {

@@ -137,7 +137,7 @@ TEST_F(AutomationPanelViewTest, WarnsOfUnsyncedChannelsWhereARecordingWouldSuffe
 }
 
 TEST_F(AutomationPanelViewTest, IsCompactAndFitsBesideTheTransport) {
-    EXPECT_LE(panel->sizeHint().width(), 430);
+    EXPECT_LE(panel->sizeHint().width(), 440);
     for (const char* legend : {"WRITE", "UPDATE", "READ", "NULL"})
         EXPECT_TRUE(panel->rect().contains(key(legend).geometry())) << legend;
     for (const QString& text : {QStringLiteral("waiting for timecode"), QStringLiteral("41 channels not synced")}) {
