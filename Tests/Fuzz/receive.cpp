@@ -28,9 +28,8 @@ public:
         MIDIClientRef client = 0;
         require(_service.createClient(QStringLiteral("Desk"), {}, client) == 0);
         require(_service.createSource(client, QStringLiteral("Out"), _source) == 0);
-        _manager.connection.setSysExHandler([](Uptime, std::span<const std::uint8_t> bytes) {
-            require(bytes.size() <= SysExAssembler::maxBytes);
-        });
+        _manager.connection.setSysExHandler(
+            [](Uptime, std::span<const std::uint8_t> bytes) { require(bytes.size() <= SysExAssembler::maxBytes); });
         MIDIEndpointRef destination = 0;
         require(_service.createDestination(
                     client, QStringLiteral("In"), [](const MIDIEventList&) {}, destination) == 0);

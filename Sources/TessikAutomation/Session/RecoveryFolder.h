@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TessikAutomation/Session/FileStamp.h"
 #include "TessikAutomation/Automation/PendingTake.h"
+#include "TessikAutomation/Session/FileStamp.h"
 #include "TessikAutomation/Session/SessionDocument.h"
 
 #include <memory>

@@ -27,7 +27,8 @@ struct MIDIWord {
 class MIDIInputConnection {
 public:
     using WordHandler = std::function<void(const MIDIWord&)>;
-    /// Gets the data bytes of a whole message, without F0 and F7. One that is too long is dropped, the first one logged.
+    /// Gets the data bytes of a whole message, without F0 and F7. One that is too long is dropped, the first one
+    /// logged.
     using SysExHandler = std::function<void(Uptime stamp, std::span<const std::uint8_t> bytes)>;
     using TaskHandler = std::function<void(Uptime stamp, std::uint64_t payload)>;
 

@@ -12,9 +12,9 @@ public:
     RotaryKnob(QString legend, Travel way, const QColor& capTint)
         : TravelControl(std::move(legend), std::move(way)), tint(capTint) {}
 
-    QColor tint; ///< of the cap
+    QColor tint;                          ///< of the cap
     int diameter = Metrics::knobDiameter; ///< at most; less in a place that is too small for it and its marks
-    bool polarized = false; ///< its middle is marked
+    bool polarized = false;               ///< its middle is marked
     bool showsPositionScale = true;
     double minAngle = -150;
     double maxAngle = 150;

@@ -42,7 +42,6 @@ public:
     /// What a panel in the header draws with.
     DrawingContext& drawing() { return _drawing; }
 
-
 private:
     void applyTheme();
 
