@@ -52,17 +52,12 @@ TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, 
     record->setTint(tints.ledRed);
     setFixedSize(record->geometry().right() + 1 + margin, panelHeight);
 
-    const auto rows = {std::pair{_startRow, &LocatorStore::start}, {_endRow, &LocatorStore::end}};
-    for (const auto& [row, position] : rows) {
-        const auto assign = row == _startRow ? &LocatorStore::setStart : &LocatorStore::setEnd;
-        connect(&row->field(), &QAbstractButton::clicked, this, [this, position] {
-            if (const auto target = (_locators.*position)()) _transport.locate(*target);
-        });
-        connect(&row->captureKey(), &QAbstractButton::clicked, this,
-                [this, assign] { (_locators.*assign)(_clock.currentPosition.value()); });
-        connect(&row->clearKey(), &QAbstractButton::clicked, this,
-                [this, assign] { (_locators.*assign)(std::nullopt); });
-    }
+    connectRow(
+        *_startRow, [this] { return _locators.start(); },
+        [this](const LocatorStore::Locator& position) { _locators.setStart(position); });
+    connectRow(
+        *_endRow, [this] { return _locators.end(); },
+        [this](const LocatorStore::Locator& position) { _locators.setEnd(position); });
 
     const auto look = [this] { refresh(); };
     _observers.push_back(locators.bindableStart().addNotifier(look));
@@ -74,6 +69,16 @@ TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, 
         if (!_startRow->captureKey().isEnabled()) refresh();
     }));
     refresh();
+}
+
+void TransportPanelView::connectRow(LocatorRow& row, std::function<LocatorStore::Locator()> read,
+                                    std::function<void(const LocatorStore::Locator&)> write) {
+    connect(&row.field(), &QAbstractButton::clicked, this, [this, read] {
+        if (const LocatorStore::Locator target = read()) _transport.locate(*target);
+    });
+    connect(&row.captureKey(), &QAbstractButton::clicked, this,
+            [this, write] { write(_clock.currentPosition.value()); });
+    connect(&row.clearKey(), &QAbstractButton::clicked, this, [write] { write(std::nullopt); });
 }
 
 PanelButton* TransportPanelView::addKey(int x, const QString& icon, const QString& legend, const QString& name,

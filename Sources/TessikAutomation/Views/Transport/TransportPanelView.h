@@ -40,6 +40,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void connectRow(LocatorRow& row, std::function<LocatorStore::Locator()> read,
+                    std::function<void(const LocatorStore::Locator&)> write);
     PanelButton* addKey(int x, const QString& icon, const QString& legend, const QString& name, const QString& help,
                         std::function<void()> press);
     std::optional<TimecodePosition> songEnd() const;
