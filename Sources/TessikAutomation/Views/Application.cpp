@@ -7,6 +7,7 @@
 #include "TessikAutomation/Views/Session/SessionMenu.h"
 #include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
 #include "TessikAutomation/Views/Transport/TransportPanelView.h"
+#include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 
 #include <QApplication>
 #include <QDir>
@@ -156,11 +157,19 @@ void Application::buildMenus() {
     };
     add(window.history().createUndoAction(edit), "Ctrl+Z");
     add(window.history().createRedoAction(edit), "Ctrl+Shift+Z");
+    window.menuBar()->addMenu(QStringLiteral("&View"))->addActions(window.zoomActions());
 }
 
 void Application::buildAutomation() {
     auto* panel = new AutomationPanelView(passEngine, consoleModel, mtcClock, window.drawing());
     window.setAutomationPanel(panel);
+    auto* zero = new ZeroConsoleMenu({consoleModel, midiOutput, manualSettings, channelLabels, masterSection},
+                                     window.history(), &window);
+    PanelButton& zeroKey = panel->addKey(QStringLiteral("ZERO"), QStringLiteral("zero"));
+    zeroKey.setToolTip(QStringLiteral("Zero Console"));
+    zeroKey.setAccessibleName(QStringLiteral("Zero Console"));
+    QObject::connect(&zeroKey, &QAbstractButton::clicked, zero,
+                     [zero, &zeroKey] { zero->popup(zeroKey.mapToGlobal(QPoint(0, zeroKey.height()))); });
     auto* recalls = new SnapshotsPopover(snapshots, snapshotRecall, window.history(),
                                          panel->addButton(QStringLiteral("snapshots"), QStringLiteral("Snapshots")),
                                          window.drawing(), window.centralWidget());

@@ -32,7 +32,7 @@ TEST_F(DeskViewTest, ShowsTheInputsOfTheConsolesSizeAndNothingIsCutOff) {
             EXPECT_EQ(shown, ConsoleModel::inputCount(modelSize));
             for (ChannelState* channel : model.allVisibleChannels()) {
                 ControlHost& host = strip(channel->kind);
-                EXPECT_GE(host.width(), channel->kind.kind() == ChannelKind::Case::group ? 64 : 88);
+                EXPECT_GE(host.width(), channel->kind.kind() == ChannelKind::Case::group ? 64 : 96);
                 for (const int length : {host.x(), host.y(), host.width(), host.height()})
                     EXPECT_EQ(length % 4, 0);
                 EXPECT_GE(host.mapTo(&desk, QPoint(0, host.height())).y(), desk.height() - Metrics::railHeight - 3);
@@ -48,7 +48,7 @@ TEST_F(DeskViewTest, ShowsTheInputsOfTheConsolesSizeAndNothingIsCutOff) {
             }
             const ControlHost& last = strip(ChannelKind::group(8));
             EXPECT_LE(last.geometry().right(), desk.width());
-            EXPECT_GE(last.geometry().right(), desk.width() - 5);
+            EXPECT_GE(last.geometry().right(), desk.width() - 8);
         }
     }
 }

@@ -131,10 +131,19 @@ AutomationPanelView::AutomationPanelView(PassEngine& engine, ConsoleModel& conso
 }
 
 QSize AutomationPanelView::sizeHint() const {
-    return {keyCount * keyWidth + gap + statusWidth + gap + buttonsWidth, Metrics::headerHeight};
+    return {keyCount * keyWidth + gap + statusWidth + gap + _keysWidth + buttonsWidth, Metrics::headerHeight};
 }
 
 QSize AutomationPanelView::minimumSizeHint() const { return sizeHint() - QSize(statusWidth + gap, 0); }
+
+PanelButton& AutomationPanelView::addKey(const QString& legend, const QString& symbol) {
+    auto* key = new PanelButton(legend, symbolNamed(symbol), _drawing, this);
+    key->setFixedSize(key->sizeHint().width() - gap, key->sizeHint().height());
+    auto* row = static_cast<QHBoxLayout*>(layout());
+    row->insertWidget(row->count() - 1, key);
+    _keysWidth += key->width() + gap;
+    return *key;
+}
 
 SymbolButton& AutomationPanelView::addButton(const QString& symbol, const QString& text) {
     auto* button = new SymbolButton(SymbolButton::Face::plate, symbol, text, _drawing, this);

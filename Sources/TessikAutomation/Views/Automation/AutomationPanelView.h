@@ -19,6 +19,8 @@ public:
     AutomationPanelView(PassEngine& engine, ConsoleModel& consoleModel, MTCClock& mtcClock, DrawingContext& drawing,
                         QWidget* parent = nullptr);
 
+    /// A key left of the buttons.
+    PanelButton& addKey(const QString& legend, const QString& symbol);
     /// A button at the right end, below those that are there.
     SymbolButton& addButton(const QString& symbol, const QString& text);
     QSize sizeHint() const override;
@@ -54,6 +56,7 @@ private:
     QLabel* _warningSymbol;
     QLabel* _warningText;
     QVBoxLayout* _buttons;
+    int _keysWidth = 0; ///< of those added
     int _unsynced = -1;
     std::vector<QPropertyNotifier> _observers;
 };

@@ -157,6 +157,8 @@ void ControlHost::paintEvent(QPaintEvent* event) {
             view(i).paintMoving(canvas, rect, state(i));
     }
     if (_focusVisible && focusedControl() >= 0) paintFocus(canvas);
+    for (const int control : {_moving, _pressed})
+        if (control >= 0 && state(control).moving) view(control).paintOverlay(canvas, place(control), state(control));
 }
 
 void ControlHost::paintFocus(Canvas& canvas) const {

@@ -33,7 +33,9 @@ public:
     virtual void paintStatic(Canvas&, const QRect& /*rect*/) const {}
     /// Draws what depends on the state.
     virtual void paintMoving(Canvas&, const QRect& /*rect*/, const ControlState&) const {}
-    /// Everything that `paintMoving` touches, glow and shadow included.
+    /// Draws on top of all controls, and of the keyboard focus, while a hand is at the control.
+    virtual void paintOverlay(Canvas&, const QRect& /*rect*/, const ControlState&) const {}
+    /// Everything that `paintMoving` and `paintOverlay` touch, glow and shadow included.
     virtual QRect movingRect(const QRect& rect, const ControlValue&) const { return rect; }
     /// Where the keyboard focus is shown.
     virtual QRect focusRect(const QRect& rect, const ControlValue&) const { return rect; }

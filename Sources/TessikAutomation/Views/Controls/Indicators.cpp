@@ -109,8 +109,24 @@ void LevelReadout::paintMoving(Canvas& canvas, const QRect& rect, const ControlS
 }
 
 void ChannelNumber::paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const {
-    Parts::letterpress(canvas.painter, canvas.px(QRectF(rect)), canvas.scale, state.value.text,
+    const QRect place = canvas.px(QRectF(rect));
+    if (state.value.number != 0) {
+        canvas.painter.setRenderHint(QPainter::Antialiasing);
+        canvas.painter.setPen(Qt::NoPen);
+        canvas.painter.setBrush(withAlpha(QColor(0x2A, 0x7D, 0xE1), 0.8));
+        const QRect plate = canvas.px(QRectF(rect.adjusted(6, 3, -6, -2)));
+        canvas.painter.drawRoundedRect(QRectF(plate), 3 * canvas.scale, 3 * canvas.scale);
+        Type::draw(canvas.painter, place, Qt::AlignHCenter, state.value.text,
+                   Type::font(14 * canvas.scale, QFont::DemiBold), Qt::white);
+        return;
+    }
+    Parts::letterpress(canvas.painter, place, canvas.scale, state.value.text,
                        Type::font(14 * canvas.scale, QFont::DemiBold), canvas.look);
+}
+
+std::optional<double> ChannelNumber::keyed(int key, bool, double number) const {
+    const double wanted = key == Qt::Key_Up ? 1 : 0;
+    return (key == Qt::Key_Up || key == Qt::Key_Down) && wanted != number ? std::optional(wanted) : std::nullopt;
 }
 
 } // namespace tessik

@@ -24,13 +24,21 @@ public:
     QString valueText(const ControlValue& value) const override { return value.text + QStringLiteral(" dB"); }
 };
 
-/// The channel's number, printed on the aluminium bar.
+/// The channel's number, printed on the aluminium bar. A click selects the channel. Its number is 1 when selected.
 class ChannelNumber final : public ControlView {
 public:
     void paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const override;
 
-    QAccessible::Role role() const override { return QAccessible::StaticText; }
-    QString valueText(const ControlValue& value) const override { return value.text; }
+    QRect focusRect(const QRect& rect, const ControlValue&) const override { return rect.adjusted(4, 2, -4, -1); }
+
+    Operation operation() const override { return Operation::click; }
+    double clicked(double number) const override { return number == 0 ? 1 : 0; }
+    std::optional<double> keyed(int key, bool fine, double number) const override;
+
+    QAccessible::Role role() const override { return QAccessible::CheckBox; }
+    QString valueText(const ControlValue& value) const override {
+        return value.number != 0 ? QStringLiteral("selected") : QStringLiteral("not selected");
+    }
 };
 
 } // namespace tessik

@@ -12,10 +12,6 @@ constexpr int capWidth = 20;
 constexpr int shadow = 5;
 constexpr char capSprite = 0; // its address names the caps, which short faders share
 
-QRect legendRect(const QRect& rect) {
-    return {rect.x(), rect.bottom() + 1 - Metrics::knobLegendHeight, rect.width(), Metrics::knobLegendHeight};
-}
-
 void paintCap(QPainter& painter, const QRect& cap, qreal u, const QColor& line) {
     const int hair = std::max(1, qRound(u));
     Parts::dropShadow(painter, QRectF(cap).adjusted(0, 2 * u, u, 2 * u), 2 * u, 4 * u, 0.6);
@@ -77,10 +73,11 @@ void MiniFader::paintMoving(Canvas& canvas, const QRect& rect, const ControlStat
     const QPoint at(canvas.px(cap.x()), canvas.px(cap.y()));
     canvas.sprite(&capSprite, tint.rgb(), at - QPoint(reach, reach), size + 2 * QSize(reach, reach),
                   [&](QPainter& painter) { paintCap(painter, QRect(QPoint(reach, reach), size), canvas.scale, tint); });
-    if (state.moving) paintValue(canvas, legendRect(rect).adjusted(0, -2, 0, 1), state.value.number);
 }
 
-QRect MiniFader::movingRect(const QRect& rect, const ControlValue&) const { return rect.adjusted(-2, -4, 2, 2); }
+QRect MiniFader::movingRect(const QRect& rect, const ControlValue&) const {
+    return rect.adjusted(-2, -4, 2, 2).united(valueRect(rect));
+}
 
 QRect MiniFader::focusRect(const QRect& rect, const ControlValue& value) const {
     return capRect(rect, value.number).toAlignedRect().adjusted(-3, -3, 3, 3);

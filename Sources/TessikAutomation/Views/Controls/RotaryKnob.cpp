@@ -11,16 +11,9 @@ namespace {
 constexpr double dragTravel = 150;
 constexpr double pointerStep = 1.5; // degrees between two pictures of the pointer
 constexpr int positionsRoom = 20;   // for the names of a selector's positions
-constexpr int valueOverhang = 5;    // the display of the value is wider than the knob's place
 // Their addresses name pictures that knobs of one size share.
 constexpr char pointerSprite = 0;
 constexpr char hoverSprite = 0;
-
-QRect legendRect(const QRect& rect) {
-    return {rect.x(), rect.bottom() + 1 - Metrics::knobLegendHeight, rect.width(), Metrics::knobLegendHeight};
-}
-
-QRect valueRect(const QRect& rect) { return legendRect(rect).adjusted(-valueOverhang, -2, valueOverhang, 1); }
 
 } // namespace
 
@@ -78,7 +71,6 @@ void RotaryKnob::paintMoving(Canvas& canvas, const QRect& rect, const ControlSta
                       Parts::knobPointer(painter, own.center(), own.width() / 2, canvas.scale, step * pointerStep,
                                          dark);
                   });
-    if (state.moving) paintValue(canvas, valueRect(rect), state.value.number);
 }
 
 QRect RotaryKnob::movingRect(const QRect& rect, const ControlValue&) const { return rect.united(valueRect(rect)); }

@@ -22,12 +22,14 @@ public:
     bool takesTyping() const override { return true; }
     std::optional<double> typed(const QString& text) const override { return travel.typed(text); }
 
+    void paintOverlay(Canvas& canvas, const QRect& rect, const ControlState& state) const override;
     QString valueText(const ControlValue& value) const override { return travel.text(value.number); }
     Range range() const override { return {travel.min, travel.max, travel.step()}; }
 
 protected:
-    /// The value on a small display, in `rect` of the panel.
-    void paintValue(Canvas& canvas, const QRect& rect, double number) const;
+    static QRect legendRect(const QRect& rect);
+    /// Where the value is shown, in a small display over the legend.
+    static QRect valueRect(const QRect& rect);
     void paintLegend(Canvas& canvas, const QRect& rect) const;
 };
 

@@ -6,9 +6,12 @@
 #include "TessikAutomation/Views/Desk/ManualControls.h"
 #include "TessikAutomation/Views/Desk/ModulePanel.h"
 #include "TessikAutomation/Views/Desk/ScribbleFocusCoordinator.h"
+#include "TessikAutomation/Views/Desk/StripSelection.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikKit/Models/FaderDBCalibration.h"
+
+#include <QGuiApplication>
 
 namespace tessik {
 namespace {
@@ -87,8 +90,19 @@ ControlBinding bindScribble(const StripSubject& subject) {
 }
 
 ControlBinding bindNumber(const StripSubject& subject) {
-    ChannelState& channel = *subject.channel;
-    return {.name = spokenName(channel.kind), .read = [&channel] { return ControlValue{0, channel.displayName}; }};
+    ControlBinding binding{.read =
+                               [subject] {
+                                   return ControlValue{subject.selection->contains(subject.channel->id) ? 1.0 : 0.0,
+                                                       subject.channel->displayName};
+                               },
+                           .write =
+                               [subject](double) {
+                                   subject.selection->click(subject.channel->id, QGuiApplication::keyboardModifiers(),
+                                                            subject.scribbles->order());
+                               },
+                           .watch = watching(subject.selection->selectedIDs)};
+    nameControl(binding, spokenName(subject.channel->kind), QStringLiteral("selection"), nullptr);
+    return binding;
 }
 
 ControlBinding bindFader(const StripSubject& subject) {

@@ -7,6 +7,7 @@
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 
+#include <QContextMenuEvent>
 #include <QPainter>
 #include <QWheelEvent>
 
@@ -25,6 +26,7 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
       _history(history),
       _windowDrawing(drawing),
       _scribbles(objects.consoleModel),
+      _clipboard(objects.manualSettings, history),
       _inputs(new HorizontalOnlyScrollView(this)),
       _moduleView(new VerticalOnlyScrollView(_inputs->content())),
       _masterView(nullptr),
@@ -83,9 +85,13 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
 }
 
 void DeskView::addChannel(ChannelState& channel) {
-    const StripSubject subject{
-        &channel, &_objects.deskEditor, &_objects.manualSettings.box(channel.id), &_objects.channelLabels, &_scribbles,
-        &_history};
+    const StripSubject subject{&channel,
+                               &_objects.deskEditor,
+                               &_objects.manualSettings.box(channel.id),
+                               &_objects.channelLabels,
+                               &_scribbles,
+                               &_selection,
+                               &_history};
     const ChannelKind::Case kind = channel.kind.kind();
     const bool isInput = kind == ChannelKind::Case::input;
     if (isInput) _modules.push_back(addHost(inputModuleTable(), subject, _moduleView->content()));
@@ -236,6 +242,34 @@ void DeskView::paintEvent(QPaintEvent*) {
     const int x = _inputs->width();
     painter.fillRect(QRect(x, 0, strip(ChannelKind::stereo())->x() - x, stripHeight()),
                      _drawing.look.value()->gapColor());
+}
+
+void DeskView::contextMenuEvent(QContextMenuEvent* event) {
+    for (QWidget* under = childAt(event->pos()); under && under != this; under = under->parentWidget())
+        for (int i = 0; i < maxInputs; ++i)
+            if (under == _modules[std::size_t(i)] || under == _strips[std::size_t(i)]) {
+                QMenu* menu = stripMenu(ChannelKind::input(i + 1).id(), this);
+                menu->setAttribute(Qt::WA_DeleteOnClose);
+                menu->popup(event->globalPos());
+                return;
+            }
+}
+
+QMenu* DeskView::stripMenu(const QString& channelID, QWidget* parent) {
+    auto* menu = new QMenu(parent);
+    menu->addAction(QStringLiteral("Copy Settings"), this, [this, channelID] { _clipboard.copy(channelID); });
+    // A strip outside the selection is meant alone.
+    QStringList targets;
+    if (_selection.contains(channelID))
+        for (const ChannelState* channel : _objects.consoleModel.visibleInputs())
+            if (_selection.contains(channel->id)) targets.append(channel->id);
+    if (targets.isEmpty()) targets.append(channelID);
+    const QString what =
+        targets.size() > 1 ? QStringLiteral("%1 channels").arg(targets.size()) : _scribbleEditor->spokenName(channelID);
+    QAction* paste = menu->addAction(QStringLiteral("Paste Settings"), this,
+                                     [this, targets, what] { _clipboard.paste(targets, what); });
+    paste->setEnabled(!_clipboard.isEmpty());
+    return menu;
 }
 
 bool DeskView::eventFilter(QObject* object, QEvent* event) {

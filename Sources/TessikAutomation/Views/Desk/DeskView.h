@@ -5,7 +5,11 @@
 #include "TessikAutomation/Views/Desk/ChannelStrip.h"
 #include "TessikAutomation/Views/Desk/HorizontalOnlyScrollView.h"
 #include "TessikAutomation/Views/Desk/ScribbleFocusCoordinator.h"
+#include "TessikAutomation/Views/Desk/SettingsClipboard.h"
+#include "TessikAutomation/Views/Desk/StripSelection.h"
 #include "TessikAutomation/Views/Desk/VerticalOnlyScrollView.h"
+
+#include <QMenu>
 
 namespace tessik {
 
@@ -27,6 +31,9 @@ public:
     VerticalOnlyScrollView& moduleView() const { return *_moduleView; }
     ScribbleFocusCoordinator& scribbles() { return _scribbles; }
     ScribbleEditor& scribbleEditor() const { return *_scribbleEditor; }
+    StripSelection& selection() { return _selection; }
+    /// What can be done with a channel's settings; `parent` owns the menu. Only inputs have one.
+    QMenu* stripMenu(const QString& channelID, QWidget* parent);
 
     /// Places a small view in the lower right corner, below the strips that stay.
     void setStatusView(QWidget* view);
@@ -48,6 +55,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     ControlHost* addHost(const ControlTable<StripSubject>& table, const StripSubject& subject, QWidget* parent);
@@ -63,6 +71,8 @@ private:
     DrawingContext _drawing; ///< zoomed
     int _zoom = 100;
     ScribbleFocusCoordinator _scribbles;
+    StripSelection _selection;
+    SettingsClipboard _clipboard;
     HorizontalOnlyScrollView* _inputs;
     VerticalOnlyScrollView* _moduleView;
     VerticalOnlyScrollView* _masterView;

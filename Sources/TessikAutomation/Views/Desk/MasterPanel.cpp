@@ -165,7 +165,9 @@ public:
     }
     void returnKnob(int index, double Return::*field, Place place) {
         const Field<Return> found = effectsReturn(index, ManualControls::effectsReturn().of(field));
-        add(found, ModulePanel::knob(found.control), std::move(place));
+        RotaryKnob view = ModulePanel::knob(found.control);
+        view.diameter = largeKnob;
+        add(found, std::move(view), std::move(place));
     }
 
     ControlTable<MasterSubject> table;

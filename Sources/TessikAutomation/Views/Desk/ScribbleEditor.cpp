@@ -147,7 +147,9 @@ void ScribbleEditor::mousePressEvent(QMouseEvent* event) {
 }
 
 bool ScribbleEditor::eventFilter(QObject* object, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonPress && object->isWidgetType()) {
+    if (event->type() == QEvent::Shortcut) {
+        close(); // before the command, which may replace the session
+    } else if (event->type() == QEvent::MouseButtonPress && object->isWidgetType()) {
         auto* pressed = static_cast<QWidget*>(object);
         if (pressed != this && !isAncestorOf(pressed) && pressed->window() == window()) close();
     }

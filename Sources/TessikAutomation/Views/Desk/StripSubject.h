@@ -9,6 +9,7 @@
 namespace tessik {
 
 class ScribbleFocusCoordinator;
+class StripSelection;
 
 /// What the parts of one channel's strip show and operate.
 struct StripSubject {
@@ -17,6 +18,7 @@ struct StripSubject {
     ManualChannelSettingsBox* settings;
     ChannelLabelStore* labels;
     ScribbleFocusCoordinator* scribbles;
+    StripSelection* selection;
     QUndoStack* history;
 };
 

@@ -6,7 +6,7 @@
 #include "TessikAutomation/Views/Window/HeaderView.h"
 #include "TessikAutomation/Views/Window/StatusView.h"
 
-#include <QKeyEvent>
+#include <QAction>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -41,6 +41,14 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
     connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+,")), this), &QShortcut::activated, this,
             &MainWindow::openSettings);
 
+    addZoomAction(QStringLiteral("&Larger Desk"),
+                  {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))},
+                  [this] { _desk->changeZoom(true); });
+    addZoomAction(QStringLiteral("&Smaller Desk"), {QKeySequence(QStringLiteral("Ctrl+-"))},
+                  [this] { _desk->changeZoom(false); });
+    addZoomAction(QStringLiteral("&Normal Size"), {QKeySequence(QStringLiteral("Ctrl+0"))},
+                  [this] { _desk->setZoom(100); });
+
     keys.onLeft = [this] { _desk->pageInputs(false); };
     keys.onRight = [this] { _desk->pageInputs(true); };
 
@@ -71,6 +79,15 @@ void MainWindow::openSettings() {
         _settings->setAttribute(Qt::WA_DeleteOnClose);
     }
     _settings->open();
+}
+
+void MainWindow::addZoomAction(const QString& text, const QList<QKeySequence>& shortcuts,
+                               std::function<void()> action) {
+    auto* added = new QAction(text, this);
+    added->setShortcuts(shortcuts);
+    connect(added, &QAction::triggered, this, action);
+    addAction(added);
+    _zoomActions.append(added);
 }
 
 void MainWindow::applyTheme() {

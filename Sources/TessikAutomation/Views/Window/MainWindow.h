@@ -36,6 +36,8 @@ public:
     void openSettings();
     /// The sheet while it is open.
     SettingsView* settingsView() const { return _settings; }
+    /// The sizes of the desk, for a menu.
+    const QList<QAction*>& zoomActions() const { return _zoomActions; }
     DeskView& desk() const { return *_desk; }
     /// What the user can take back: manual controls, labels, master section.
     QUndoStack& history() { return _history; }
@@ -44,6 +46,7 @@ public:
 
 private:
     void applyTheme();
+    void addZoomAction(const QString& text, const QList<QKeySequence>& shortcuts, std::function<void()> action);
 
     AppObjects _objects;
     DrawingContext _drawing;
@@ -52,6 +55,7 @@ private:
     BannerView* _banner;
     DeskView* _desk;
     QPointer<SettingsView> _settings;
+    QList<QAction*> _zoomActions;
     std::vector<QPropertyNotifier> _observers;
 };
 

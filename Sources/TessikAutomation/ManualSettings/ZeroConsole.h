@@ -1,0 +1,33 @@
+#pragma once
+
+#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+#include "TessikAutomation/ManualSettings/ChannelLabelStore.h"
+#include "TessikAutomation/ManualSettings/ManualSettingsStore.h"
+#include "TessikAutomation/ManualSettings/MasterSectionStore.h"
+
+namespace tessik {
+
+/// How far a Zero Console goes; each tier does what the one before does, and more.
+enum class ResetTier : std::uint8_t { channelsOnly, channelsAndMaster, channelsAndMasterSendToConsole };
+inline constexpr std::array allResetTiers{ResetTier::channelsOnly, ResetTier::channelsAndMaster,
+                                          ResetTier::channelsAndMasterSendToConsole};
+
+/// What the user reads of a tier.
+struct ResetTierTexts {
+    QString menuTitle, dialogTitle, dialogMessage;
+};
+ResetTierTexts texts(ResetTier tier);
+
+/// Puts the console's record, and with the last tier the console itself, back to zero.
+class ZeroConsole {
+public:
+    ConsoleModel& consoleModel;
+    MIDIOutputManager& output;
+    ManualSettingsStore& manualSettings;
+    ChannelLabelStore& channelLabels;
+    MasterSectionStore& masterSection;
+
+    void run(ResetTier tier) const;
+};
+
+} // namespace tessik

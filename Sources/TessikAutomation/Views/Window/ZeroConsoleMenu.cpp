@@ -1,0 +1,33 @@
+#include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
+
+#include <QPushButton>
+
+namespace tessik {
+
+ZeroConsoleMenu::ZeroConsoleMenu(const ZeroConsole& zeroConsole, QUndoStack& history, QWidget* parent)
+    : QMenu(QStringLiteral("&Zero Console"), parent), _zeroConsole(zeroConsole), _history(history) {
+    for (const ResetTier tier : allResetTiers) {
+        if (tier == ResetTier::channelsAndMasterSendToConsole) addSeparator();
+        connect(addAction(texts(tier).menuTitle), &QAction::triggered, this, [this, tier] { ask(tier); });
+    }
+}
+
+void ZeroConsoleMenu::ask(ResetTier tier) {
+    const ResetTierTexts said = texts(tier);
+    QString message = said.dialogMessage;
+    if (tier == ResetTier::channelsAndMasterSendToConsole && !_zeroConsole.output.port.connectedDestinationID.value())
+        message += QStringLiteral("\n\nNo MIDI Out is connected: nothing will be sent.");
+    _confirmation = new QMessageBox(QMessageBox::Warning, QStringLiteral("Zero Console"), said.dialogTitle,
+                                    QMessageBox::Cancel, parentWidget()->window());
+    _confirmation->setAttribute(Qt::WA_DeleteOnClose);
+    _confirmation->setInformativeText(message);
+    QPushButton* zero = _confirmation->addButton(QStringLiteral("Zero It"), QMessageBox::DestructiveRole);
+    _confirmation->setDefaultButton(QMessageBox::Cancel);
+    connect(zero, &QPushButton::clicked, this, [this, tier] {
+        _zeroConsole.run(tier);
+        _history.clear();
+    });
+    _confirmation->open();
+}
+
+} // namespace tessik

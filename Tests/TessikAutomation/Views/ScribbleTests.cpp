@@ -1,0 +1,109 @@
+#include "TessikAutomation/Views/Desk/ScribbleEditor.h"
+#include "TessikAutomation/Views/WindowFixture.h"
+
+namespace tessik {
+namespace {
+
+struct ScribbleTest : WindowTest {
+    ScribbleTest() {
+        show();
+        window->activateWindow();
+        QApplication::processEvents();
+        window->keys.onPlayStop = [this] { ++windowKeys; };
+        window->keys.onReturnToStart = [this] { ++windowKeys; };
+    }
+    ScribbleEditor& editing() { return window->desk().scribbleEditor(); }
+    EntryField& field() { return editing().field(); }
+    std::optional<QString> editingID() { return window->desk().scribbles().editingID; }
+    void click(ChannelKind kind) {
+        ControlHost& host = strip(kind);
+        QTest::mouseClick(&host, Qt::LeftButton, {}, centre(host, "scribble"));
+    }
+    std::optional<ChannelLabel> label(ChannelKind kind) {
+        const auto all = labels.labelsByChannelID.value();
+        return all.contains(kind.id()) ? std::optional(all.value(kind.id())) : std::nullopt;
+    }
+
+    int windowKeys = 0;
+};
+
+const ChannelKind in3 = ChannelKind::input(3);
+
+TEST_F(ScribbleTest, ClickTypeColourReturn) {
+    click(in3);
+    ASSERT_TRUE(editing().isVisible());
+    EXPECT_EQ(QApplication::focusWidget(), &field());
+    QTest::keyClicks(&field(), QStringLiteral("Lead Vox"));
+    QTest::mouseClick(&editing(), Qt::LeftButton, {}, editing().swatchRect(5).center());
+    EXPECT_FALSE(label(in3)) << "nothing is kept before Return";
+    QTest::keyClick(&field(), Qt::Key_Return);
+    EXPECT_EQ(label(in3), (ChannelLabel{QStringLiteral("Lead Vox"), QStringLiteral("4EA8CB")}));
+    EXPECT_FALSE(editing().isVisible());
+    EXPECT_EQ(windowKeys, 0) << "a space was typed, Return was the field's";
+    EXPECT_EQ(strip(in3).valueText(control(strip(in3), "scribble")), QStringLiteral("Lead Vox"));
+
+    EXPECT_EQ(window->history().undoText(), QStringLiteral("label, channel 3"));
+    window->history().undo();
+    EXPECT_FALSE(label(in3)) << "as it was: without a label";
+    window->history().redo();
+    EXPECT_EQ(label(in3)->name, QStringLiteral("Lead Vox"));
+}
+
+TEST_F(ScribbleTest, EscapeDropsAClickElsewhereKeeps) {
+    labels.update({QStringLiteral("Snare"), QStringLiteral("123456")}, in3.id());
+    click(in3);
+    EXPECT_EQ(field().text(), QStringLiteral("Snare"));
+    QTest::keyClicks(&field(), QStringLiteral("Top"));
+    QTest::keyClick(&field(), Qt::Key_Escape);
+    EXPECT_EQ(label(in3)->name, QStringLiteral("Snare"));
+    EXPECT_FALSE(editingID());
+
+    click(in3);
+    QTest::keyClicks(&field(), QStringLiteral("Bottom"));
+    click(ChannelKind::group(2));
+    EXPECT_EQ(*label(in3), (ChannelLabel{QStringLiteral("Bottom"), QStringLiteral("123456")}))
+        << "its own colour stays";
+    EXPECT_EQ(editingID(), ChannelKind::group(2).id());
+    QTest::mouseClick(window->centralWidget(), Qt::LeftButton, {}, {200, 20});
+    EXPECT_FALSE(editingID());
+    EXPECT_FALSE(label(ChannelKind::group(2))) << "nothing was entered";
+}
+
+TEST_F(ScribbleTest, TabGoesOverTheWholeOrderAndStopsAtItsEnds) {
+    const QStringList order = window->desk().scribbles().order();
+    ASSERT_EQ(order.size(), 41);
+    EXPECT_EQ(order[31], QStringLiteral("input-32"));
+    EXPECT_EQ(order[32], QStringLiteral("stereo"));
+    EXPECT_EQ(order.last(), QStringLiteral("group-8"));
+    click(ChannelKind::input(1));
+    for (qsizetype i = 0; i < order.size(); ++i) {
+        ASSERT_EQ(editingID(), order[i]);
+        QTest::keyClicks(&field(), QString::number(i));
+        QTest::keyClick(&field(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(editingID(), order.last()) << "no way on";
+    const auto all = labels.labelsByChannelID.value();
+    for (qsizetype i = 0; i < order.size(); ++i)
+        EXPECT_EQ(all.value(order[i]).name, QString::number(i));
+    for (qsizetype i = order.size(); i-- > 0;) {
+        ASSERT_EQ(editingID(), order[i]);
+        QTest::keyClick(&field(), Qt::Key_Backtab, Qt::ShiftModifier);
+    }
+    EXPECT_EQ(editingID(), order.first());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window->desk().inputs().left() == 0; })) << "brought into view";
+    model.modelSize = ConsoleModel::ModelSize::ch24;
+    EXPECT_EQ(window->desk().scribbles().order()[24], QStringLiteral("stereo"));
+}
+
+TEST_F(ScribbleTest, TheStripBeingEditedIsBroughtIntoView) {
+    HorizontalOnlyScrollView& inputs = window->desk().inputs();
+    window->desk().scribbles().editingID = QStringLiteral("input-20");
+    window->desk().scribbles().advance(QStringLiteral("input-20"), true);
+    const ControlHost& host = strip(ChannelKind::input(21));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return host.x() + host.width() <= inputs.left() + inputs.width(); }));
+    EXPECT_TRUE(editing().geometry().contains(host.mapTo(&window->desk(), QPoint(host.width() / 2, 60))))
+        << "the field follows its strip";
+}
+
+} // namespace
+} // namespace tessik

@@ -1,0 +1,81 @@
+#include "TessikAutomation/Views/Metrics.h"
+#include "TessikAutomation/Views/WindowFixture.h"
+
+namespace tessik {
+namespace {
+
+struct ZoomTest : WindowTest {};
+
+TEST_F(ZoomTest, EverySizeShowsEveryControlAndFollowsTheHand) {
+    show({1600, 900});
+    for (const int percent : DeskView::zoomSteps) {
+        DeskView& desk = window->desk();
+        desk.setZoom(percent);
+        for (ControlHost* host : {desk.inputModule(1), desk.strip(ChannelKind::input(1)), desk.master(),
+                                  desk.strip(ChannelKind::group(8)), desk.strip(ChannelKind::stereo())}) {
+            EXPECT_EQ(host->x() % 4, 0);
+            EXPECT_EQ(host->width() % 4, 0);
+            for (int i = 0; i < host->controlCount(); ++i) {
+                EXPECT_TRUE(host->rect().adjusted(0, 0, 1, 1).contains(host->controlRect(i)))
+                    << percent << qPrintable(host->name(i));
+                for (int j = 0; j < i; ++j)
+                    EXPECT_FALSE(host->controlRect(i).adjusted(1, 1, -1, -1).intersects(host->controlRect(j)))
+                        << percent << qPrintable(host->name(i));
+                EXPECT_EQ(host->controlAt(host->controlRect(i).center()), i);
+            }
+        }
+        const ControlHost& last = *desk.strip(ChannelKind::group(8));
+        EXPECT_LE(last.geometry().right(), desk.width());
+        EXPECT_GE(last.geometry().bottom(), desk.height() - Metrics::railHeight - 4);
+        EXPECT_EQ(desk.moduleView().height(), desk.strip(ChannelKind::input(1))->y());
+
+        ControlHost& fader = strip(ChannelKind::input(1));
+        const QRect rect = fader.controlRect(control(fader, "fader"));
+        QTest::mousePress(&fader, Qt::LeftButton, {}, rect.center());
+        QTest::mouseMove(&fader, rect.center() - QPoint(0, 9));
+        QTest::mouseMove(&fader, rect.center());
+        QTest::mouseRelease(&fader, Qt::LeftButton, {}, rect.center());
+        EXPECT_NEAR(model.channelState(ChannelKind::input(1))->faderValue.value(), 64, 1) << percent;
+    }
+}
+
+TEST_F(ZoomTest, StepsByKeysAndIsRememberedOnThisMachine) {
+    show();
+    window->activateWindow();
+    const auto expect = [&](Qt::Key key, int percent) {
+        QTest::keyClick(window.get(), key, Qt::ControlModifier);
+        EXPECT_EQ(window->desk().zoom(), percent);
+    };
+    expect(Qt::Key_Plus, 125);
+    expect(Qt::Key_Equal, 150);
+    expect(Qt::Key_Plus, 150);
+    show();
+    EXPECT_EQ(window->desk().zoom(), 150);
+    window->activateWindow();
+    expect(Qt::Key_0, 100);
+    expect(Qt::Key_Minus, 88);
+    expect(Qt::Key_Minus, 88);
+    SavedSettings::setString(SavedSettings::Key::deskZoom, QStringLiteral("large"));
+    show();
+    EXPECT_EQ(window->desk().zoom(), 100);
+}
+
+TEST_F(ZoomTest, TheModulesScrollWhereTheWindowIsLowAndTheFadersGrowWhereItIsHigh) {
+    show({1366, 768});
+    VerticalOnlyScrollView& modules = window->desk().moduleView();
+    EXPECT_TRUE(modules.scrollBar()->isVisible());
+    ControlHost& module = *window->desk().inputModule(4);
+    module.focusControl(control(module, "manualMute"), Qt::TabFocusReason);
+    const int bottom = module.mapTo(&modules, module.controlRect(control(module, "manualMute")).bottomRight()).y();
+    EXPECT_LT(bottom, modules.height()) << "the keyboard brings a control into view";
+    const int low = strip(ChannelKind::input(1)).controlRect(control(strip(ChannelKind::input(1)), "fader")).height();
+    window->resize(2560, 1440);
+    QApplication::processEvents();
+    EXPECT_FALSE(modules.scrollBar()->isVisible());
+    EXPECT_EQ(modules.top(), 0);
+    EXPECT_GT(strip(ChannelKind::input(1)).controlRect(control(strip(ChannelKind::input(1)), "fader")).height(),
+              2 * low);
+}
+
+} // namespace
+} // namespace tessik
