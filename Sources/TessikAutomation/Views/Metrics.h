@@ -25,6 +25,7 @@ inline constexpr int stereoStripWidth = 96;
 inline constexpr int channelStripSpacing = 0;
 inline constexpr int deskDivider = 4;       ///< between the scrolling inputs and the fixed strips
 inline constexpr int verticalBarWidth = 12; ///< where the modules scroll, in the divider
+inline constexpr int masterBarWidth = 8;    ///< where the master section does, in its margin
 
 // ---- a channel strip above the bar
 inline constexpr int moduleTop = 5;
@@ -56,7 +57,7 @@ inline constexpr int nullHeight = 16;
 inline constexpr int readoutHeight = 18;
 inline constexpr int rowGap = 4;
 inline constexpr int stripBottom = 6;
-inline constexpr int minFaderHeight = 168;
+inline constexpr int minFaderHeight = 160;
 inline constexpr int minStripHeight =
     faderTop + minFaderHeight + rowGap + muteHeight + rowGap + nullHeight + rowGap + readoutHeight + stripBottom;
 

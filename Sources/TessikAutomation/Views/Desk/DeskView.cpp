@@ -220,7 +220,7 @@ void DeskView::layOut() {
     _masterView->setGeometry(fixed, 0, fixedWidth(), upper);
     _masterView->setContentHeight(masterHeight, scaled(knobPitch));
     _master->setGeometry(0, 0, fixedWidth(), masterHeight);
-    _masterView->scrollBar()->setGeometry(width() - verticalBarWidth, 0, verticalBarWidth, upper);
+    _masterView->scrollBar()->setGeometry(fixed + fixedWidth() - masterBarWidth, 0, masterBarWidth, upper);
     _masterView->scrollBar()->setVisible(masterHeight > upper);
     _masterView->scrollBar()->raise();
 

@@ -27,8 +27,10 @@ constexpr int largeKnob = 36;
 constexpr int levelKnob = 44;
 constexpr int maxKnobHeight = 58;
 constexpr int maxKeyHeight = 24;
-constexpr int selectorHeight = 70;
+constexpr int selectorHeight = 62;
+constexpr int keyBlockHeight = 3 * 20; // of three rows of keys
 constexpr int framePadding = 4;
+constexpr int blockGap = 6;
 
 /// Rows from the top down. What the panel has beyond their heights is shared by weight.
 class Rows {
@@ -231,7 +233,7 @@ void addReturns(Builder& b, const std::shared_ptr<Rows>& rows) {
 }
 
 void addAuxMasters(Builder& b, const std::shared_ptr<Rows>& rows) {
-    rows->add(7, gapWeight);
+    rows->add(blockGap, gapWeight);
     const int title = rows->add(sectionTitlePitch, 0);
     b.title(b.at(rows, title, left, leftWidth, sectionTitleHeight), "AUX MASTERS", SectionTints::aux);
     const int knobs = rows->add(knobPitch, knobWeight);
@@ -254,7 +256,7 @@ void addControlRoom(Builder& b, const std::shared_ptr<Rows>& rows) {
                                       {&Master::crSourceAux4, &Master::crSourceAux5, &Master::crSourceAux6},
                                       {&Master::crSourceExt7, &Master::crSource2TB, &Master::crSourceStereo}};
     bool Master::*const monitors[2][2]{{&Master::crMono, &Master::crDim}, {&Master::crSpeakerA, &Master::crSpeakerB}};
-    const int keys = rows->add(3 * keyPitch, keyBlockWeight);
+    const int keys = rows->add(keyBlockHeight, keyBlockWeight);
     for (int i = 0; i < 3; ++i)
         for (int j = 0; j < 3; ++j)
             b.toggle(sources[i][j], b.key(rows, keys, right + j * sourceWidth, sourceWidth - keyGap, i, 3));
@@ -283,11 +285,11 @@ void addKnobAndKeys(Builder& b, const std::shared_ptr<Rows>& rows, int row, int 
 }
 
 void addStudioAndTalkback(Builder& b, const std::shared_ptr<Rows>& rows) {
-    rows->add(7, gapWeight);
+    rows->add(blockGap, gapWeight);
     const int title = rows->add(sectionTitlePitch, 0);
     b.title(b.at(rows, title, right, halfWidth, sectionTitleHeight), "STUDIO", SectionTints::monitor);
     b.title(b.at(rows, title, secondHalf, halfWidth, sectionTitleHeight), "TALKBACK", SectionTints::eqLowMid);
-    const int row = rows->add(3 * keyPitch, keyBlockWeight);
+    const int row = rows->add(keyBlockHeight, keyBlockWeight);
     addKnobAndKeys(b, rows, row, right, &Master::studioLevel,
                    {&Master::studioCR, &Master::studioMono, &Master::studioOn});
     addKnobAndKeys(b, rows, row, secondHalf, &Master::talkbackMicLevel,
@@ -298,7 +300,7 @@ void addStudioAndTalkback(Builder& b, const std::shared_ptr<Rows>& rows) {
 
 void addMeterAndOscillator(Builder& b, const std::shared_ptr<Rows>& rows) {
     constexpr int selectorWidth = 96;
-    rows->add(7, gapWeight);
+    rows->add(blockGap, gapWeight);
     const int title = rows->add(sectionTitlePitch, 0);
     b.title(b.at(rows, title, right, halfWidth, sectionTitleHeight), "METER SELECT", SectionTints::master);
     b.title(b.at(rows, title, secondHalf, halfWidth, sectionTitleHeight), "OSCILLATOR", SectionTints::master);

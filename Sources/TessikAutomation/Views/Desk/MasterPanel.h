@@ -13,6 +13,6 @@ struct MasterSubject {
 /// The master section with the four effects returns. It has no MIDI: a record.
 const ControlTable<MasterSubject>& masterPanelTable();
 /// The least height in which it is complete, in units of the panel. What is beyond goes between its rows.
-inline constexpr int masterPanelMinHeight = 316;
+inline constexpr int masterPanelMinHeight = 288;
 
 } // namespace tessik
