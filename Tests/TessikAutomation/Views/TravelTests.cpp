@@ -69,7 +69,9 @@ TEST(TravelTests, KeysStepAndFineSteps) {
     for (const auto& row : rows) {
         const std::optional<double> to = row.travel.keyed(row.key, row.fine, row.from);
         ASSERT_EQ(to.has_value(), row.to.has_value()) << row.key;
-        if (to) EXPECT_NEAR(*to, *row.to, 1e-9) << row.key;
+        if (to) {
+            EXPECT_NEAR(*to, *row.to, 1e-9) << row.key;
+        }
     }
 }
 
