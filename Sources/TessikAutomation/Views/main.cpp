@@ -2,7 +2,7 @@
 #include "TessikAutomation/Views/Application.h"
 #include "TessikAutomation/Views/CommandLine.h"
 #include "TessikAutomation/Views/RigWindow.h"
-#include "TessikAutomation/Views/Tour.h"
+#include "TessikAutomation/Views/Tour/Tour.h"
 #include "TessikKit/MIDI/ALSA/ALSAMIDIService.h"
 
 #include <QApplication>

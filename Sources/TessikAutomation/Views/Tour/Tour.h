@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/Views/Application.h"
-#include "TessikAutomation/Views/TourGuide.h"
+#include "TessikAutomation/Views/Tour/TourGuide.h"
 
 #include <QDir>
 

@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/TourGuide.h"
+#include "TessikAutomation/Views/Tour/TourGuide.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

@@ -1,0 +1,103 @@
+#include "TessikAutomation/Views/Tour/Tour.h"
+
+#include "TessikAutomation/Views/Metrics.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QMouseEvent>
+#include <QTimer>
+
+namespace tessik {
+
+namespace {
+
+void sendMouse(QWidget& widget, QEvent::Type type, QPointF at, Qt::MouseButtons held) {
+    QMouseEvent event(type, at, widget.mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, held,
+                      Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+} // namespace
+
+Tour::Tour(Application& application, Rig& rig, const QString& folder, QString recoveryRoot)
+    : _app(application), _rig(rig), _folder(folder), _recoveryRoot(std::move(recoveryRoot)), _guide(folder) {}
+
+int Tour::run() {
+    if (!_guide.isUsable()) return 1;
+    _app.showWindow();
+    _app.window.setGeometry(0, 0, 1600, 900);
+    connect();
+    hearScene();
+    handMoves();
+    screenMoves();
+    loseTheCable();
+    rollTape();
+    saveSession();
+    crashAndRecover();
+    settings();
+    appearances();
+    return _guide.finish() == 0 ? 0 : 1;
+}
+
+void Tour::pressKey(Qt::Key key) {
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(_app.window.centralWidget(), &press);
+}
+
+void Tour::answerDialog(std::function<bool(QDialog&)> answer) {
+    auto* timer = new QTimer(&_app.window);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, answer = std::move(answer)] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog && answer(*dialog)) timer->deleteLater();
+    });
+    timer->start(20);
+}
+
+void Tour::compareDesk() {
+    const bool quiet = _guide.waitFor([this] { return !_app.midiOutput.isBusy() && _rig.desk.isQuiet(); });
+    _guide.passTime(20);
+    _guide.check(quiet && _rig.desk.isQuiet(), QStringLiteral("the cables are quiet"));
+    QStringList differences;
+    for (const ChannelKind kind : _rig.desk.channels()) {
+        const ChannelState& channel = *_app.consoleModel.channelState(kind);
+        const int vca = _rig.desk.vca(kind);
+        if (vca != channel.faderValue.value())
+            differences
+                << QStringLiteral("%1: VCA %2, screen %3").arg(kind.id()).arg(vca).arg(channel.faderValue.value());
+        if (_app.midiOutput.believedValue(MIDIChannelMapping::faderCC(kind)).value_or(vca) != vca)
+            differences << QStringLiteral("%1: VCA %2 is not what is believed").arg(kind.id()).arg(vca);
+        if (_rig.desk.switches(kind) != channel.switches())
+            differences << QStringLiteral("%1: switches differ").arg(kind.id());
+    }
+    _guide.check(differences.isEmpty(),
+                 differences.isEmpty()
+                     ? QStringLiteral("the desk holds what the program believes, on all channels")
+                     : QStringLiteral("desk and program differ: ") + differences.join(QLatin1String("; ")));
+}
+
+void Tour::clickControl(ControlHost& host, const QString& control) {
+    const int index = host.controlIndex(control);
+    _guide.check(index >= 0, QStringLiteral("there is a control %1").arg(control));
+    if (index < 0) return;
+    const QPointF at = QRectF(host.controlRect(index)).center();
+    sendMouse(host, QEvent::MouseButtonPress, at, Qt::LeftButton);
+    sendMouse(host, QEvent::MouseButtonRelease, at, Qt::NoButton);
+}
+
+void Tour::dragFader(ChannelKind kind, int from, int to) {
+    ControlHost* strip = _app.window.desk().strip(kind);
+    const int fader = strip->controlIndex(QStringLiteral("fader"));
+    const QRectF rect = strip->controlRect(fader);
+    const double capHeight = Metrics::capHeight;
+    const auto place = [&](int value) {
+        return QPointF(rect.center().x(), rect.bottom() - capHeight / 2 - (rect.height() - capHeight) * value / 127.0);
+    };
+    sendMouse(*strip, QEvent::MouseButtonPress, place(from), Qt::LeftButton);
+    for (int step = 1; step <= 20; ++step) {
+        sendMouse(*strip, QEvent::MouseMove, place(from + (to - from) * step / 20), Qt::LeftButton);
+        _guide.passTime(5);
+    }
+    sendMouse(*strip, QEvent::MouseButtonRelease, place(to), Qt::NoButton);
+}
+
+} // namespace tessik

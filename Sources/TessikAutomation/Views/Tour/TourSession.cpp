@@ -1,0 +1,114 @@
+#include "TessikAutomation/Session/SessionReader.h"
+#include "TessikAutomation/Views/Tour/Tour.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QProcess>
+#include <QPushButton>
+
+#include <csignal>
+
+namespace tessik {
+
+void Tour::fillSession(const QString& name) {
+    _app.snapshots.save(_app.snapshotRecall.capture(name, currentSecond()));
+    _app.snapshots.setDefault(_app.snapshots.snapshots.value().constLast().id);
+    _app.channelLabels.update({name, QStringLiteral("E0553F")}, QStringLiteral("input-1"));
+    ManualChannelSettings manual = _app.manualSettings.settings(QStringLiteral("input-5"));
+    manual.eqHiMidGain += 1.5;
+    _app.manualSettings.store(QStringLiteral("input-5"), manual);
+    MasterSectionSettings master = _app.masterSection.settings();
+    master.controlRoomLevel += 2;
+    master.effectsReturns[1].pan = -0.25;
+    _app.masterSection.setSettings(master);
+    _app.locators.setStart(TimecodePosition{MTCFrameRate::fps25, 1, 0, 0, 0});
+    _app.locators.setEnd(TimecodePosition{MTCFrameRate::fps25, 1, 3, 30, 12});
+    AutomationPass pass;
+    pass.id = QUuid::createUuid();
+    pass.name = name;
+    pass.createdAt = currentSecond();
+    pass.frameRate = MTCFrameRate::fps25;
+    pass.startTimecode = {MTCFrameRate::fps25, 1, 0, 0, 0};
+    for (int i = 0; i < 1000; ++i)
+        pass.events.append({i, ChannelKind::input(1 + i % 32), PassEventValue::fader(i % 128)});
+    _app.passes.save(pass);
+}
+
+void Tour::saveSession() {
+    _guide.beginStep(QStringLiteral("Fill a session and save it"));
+    fillSession(QStringLiteral("Verse"));
+    _guide.check(_app.session.hasUnsavedChanges.value(), QStringLiteral("the session counts as changed"));
+    _sessionFile = _folder.filePath(QStringLiteral("Late Night Mix.tessik"));
+    QFile::remove(_sessionFile);
+    answerDialog([this](QDialog& dialog) {
+        auto* panel = qobject_cast<QFileDialog*>(&dialog);
+        if (!panel) return false;
+        panel->findChild<QLineEdit*>()->setText(_sessionFile);
+        panel->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+        return true;
+    });
+    _app.session.saveAs();
+    _guide.check(_guide.waitFor([this] { return !_app.session.hasUnsavedChanges.value(); }),
+                 QStringLiteral("the session is saved"));
+    _guide.check(_app.session.displayName() == QLatin1String("Late Night Mix"),
+                 QStringLiteral("it bears the file's name"));
+    compareStores(_sessionFile, QStringLiteral("the file holds every store as it is"));
+    _guide.picture(_app.window, QStringLiteral("saved"));
+}
+
+void Tour::crashAndRecover() {
+    _guide.beginStep(QStringLiteral("A copy of the program crashes, and its work is recovered"));
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(crashVariable), _recoveryRoot);
+    child.setProcessEnvironment(environment);
+    child.setProcessChannelMode(QProcess::ForwardedChannels);
+    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--tour"), _folder.absolutePath()});
+    _guide.check(_guide.waitFor([&child] { return child.state() == QProcess::NotRunning; }, 30'000) &&
+                     child.exitStatus() == QProcess::CrashExit,
+                 QStringLiteral("the copy was killed at work"));
+    answerDialog([](QDialog& dialog) {
+        for (QPushButton* button : dialog.findChildren<QPushButton*>())
+            if (button->text() == QLatin1String("Recover")) return button->click(), true;
+        return false;
+    });
+    _app.session.offerRecovery();
+    const QList<AutomationPass> passes = _app.passes.passes.value();
+    _guide.check(passes.size() == 1 && passes[0].name == QLatin1String("Crash") && passes[0].events.size() == 1000,
+                 QStringLiteral("the crashed copy's pass is here"));
+    _guide.check(_app.channelLabels.labelsByChannelID.value().value(QStringLiteral("input-1")).name ==
+                         QLatin1String("Crash") &&
+                     _app.snapshots.defaultSnapshot() && _app.locators.end() &&
+                     _app.manualSettings.settings(QStringLiteral("input-5")).eqHiMidGain == 1.5 &&
+                     _app.masterSection.settings().controlRoomLevel == 2,
+                 QStringLiteral("and so are its labels, snapshots, locators, manual settings and master section"));
+    _guide.check(_app.session.hasUnsavedChanges.value(), QStringLiteral("what was recovered is still to be saved"));
+    _app.session.open(QUrl::fromLocalFile(_sessionFile));
+    compareStores(_sessionFile, QStringLiteral("the saved session opens as it was"));
+    compareDesk();
+}
+
+void Tour::crash() {
+    fillSession(QStringLiteral("Crash"));
+    _app.session.recoveryTick();
+    _app.session.finishSaving();
+    std::raise(SIGKILL);
+    std::abort();
+}
+
+void Tour::compareStores(const QString& file, const QString& statement) {
+    const SessionReadResult read = readSession(file, currentSecond());
+    _guide.check(read.document && read.document->passes == _app.passes.passes.value() &&
+                     read.document->channelLabels == _app.channelLabels.labelsByChannelID.value() &&
+                     read.document->masterSection == _app.masterSection.settings() &&
+                     read.document->startLocator == _app.locators.start() &&
+                     read.document->endLocator == _app.locators.end() &&
+                     read.document->defaultSnapshotID == _app.snapshots.defaultSnapshotID.value() &&
+                     read.document->manualSettings.value(QStringLiteral("input-5")) ==
+                         _app.manualSettings.settings(QStringLiteral("input-5")) &&
+                     read.document->snapshots == _app.snapshots.snapshots.value(),
+                 statement);
+}
+
+} // namespace tessik
