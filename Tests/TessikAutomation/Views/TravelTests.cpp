@@ -82,7 +82,7 @@ TEST(TravelTests, ValuesAreWrittenAndRead) {
         const Travel& travel;
         double value;
         const char* text;
-    } written[]{{gain, 3, "+3.0 dB"},       {gain, -12.25, "-12.2 dB"},
+    } written[]{{gain, 3, "+3.0 dB"},       {gain, -12.26, "-12.3 dB"},
                 {gain, -0.01, "0.0 dB"},    {sweep, 220, "220 Hz"},
                 {sweep, 999.6, "1.00 kHz"}, {sweep, 2200, "2.20 kHz"},
                 {sweep, 9996, "10.0 kHz"},  {level, 7.5, "7.5"},

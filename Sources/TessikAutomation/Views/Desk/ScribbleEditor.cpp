@@ -51,6 +51,9 @@ ScribbleEditor::ScribbleEditor(ScribbleFocusCoordinator& scribbles, ChannelLabel
       _drawing(drawing),
       _field(new EntryField(this)) {
     resize(panelSize);
+    // A click on a colour leaves the keyboard with the name, else Return would be the window's.
+    setFocusPolicy(Qt::ClickFocus);
+    setFocusProxy(_field);
     _field->setGeometry(margin, margin, panelSize.width() - 2 * margin, fieldHeight);
     _field->setAlignment(Qt::AlignCenter);
     _field->setPlaceholderText(QStringLiteral("Name"));

@@ -5,7 +5,7 @@ namespace tessik {
 void StripSelection::click(const QString& id, Qt::KeyboardModifiers modifiers, const QStringList& order) {
     QStringList selected = selectedIDs;
     if (modifiers & Qt::ShiftModifier && order.contains(_anchor)) {
-        const auto [from, to] = std::minmax(order.indexOf(_anchor), order.indexOf(id));
+        const auto [from, to] = std::minmax({order.indexOf(_anchor), order.indexOf(id)});
         selectedIDs = order.mid(from, to - from + 1);
         return;
     }
