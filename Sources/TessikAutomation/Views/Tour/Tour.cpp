@@ -32,7 +32,12 @@ int Tour::run() {
     screenMoves();
     loseTheCable();
     rollTape();
+    writeTake();
+    readBack();
+    updateTake();
+    nullParked();
     saveSession();
+    zeroConsole();
     crashAndRecover();
     settings();
     appearances();
@@ -42,6 +47,24 @@ int Tour::run() {
 void Tour::pressKey(Qt::Key key) {
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
     QApplication::sendEvent(_app.window.centralWidget(), &press);
+}
+
+void Tour::click(QWidget& widget) {
+    const QPointF at = QRectF(widget.rect()).center();
+    sendMouse(widget, QEvent::MouseButtonPress, at, Qt::LeftButton);
+    sendMouse(widget, QEvent::MouseButtonRelease, at, Qt::NoButton);
+}
+
+void Tour::typeInto(QWidget& field, const QString& text) {
+    click(field);
+    field.setFocus();
+    const auto type = [&field](int key, Qt::KeyboardModifiers modifiers, const QString& letter) {
+        QKeyEvent press(QEvent::KeyPress, key, modifiers, letter);
+        QApplication::sendEvent(&field, &press);
+    };
+    type(Qt::Key_A, Qt::ControlModifier, {});
+    for (const QChar letter : text)
+        type(0, {}, letter);
 }
 
 void Tour::answerDialog(std::function<bool(QDialog&)> answer) {

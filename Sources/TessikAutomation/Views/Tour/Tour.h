@@ -1,10 +1,12 @@
 #pragma once
 
 #include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Views/Tour/TapeCurves.h"
 #include "TessikAutomation/Views/Tour/TourGuide.h"
 
 #include <QDir>
 
+class QAbstractButton;
 class QDialog;
 
 namespace tessik {
@@ -32,7 +34,12 @@ private:
     void screenMoves();
     void loseTheCable();
     void rollTape();
+    void writeTake();
+    void readBack();
+    void updateTake();
+    void nullParked();
     void saveSession();
+    void zeroConsole();
     void crashAndRecover();
     void settings();
     void appearances();
@@ -44,7 +51,19 @@ private:
     void compareStores(const QString& file, const QString& statement);
     /// Keeps trying on whatever dialog is open until `answer` has dealt with it.
     void answerDialog(std::function<bool(QDialog&)> answer);
+    /// Locates the recorder and waits for its answer.
+    void locate(std::int64_t frame);
+    /// Plays from `frame` on and stops when the tape is `frames` further. `meanwhile` is called often, with the frames
+    /// gone by.
+    void roll(std::int64_t frame, double frames, const std::function<void(double t)>& meanwhile);
+    /// Gives the take that waits its name, in the popover that opened for it.
+    void saveTake(const QString& name);
+    void compareCurves(const TapeCurves& played, const TapeCurves& expected, const QString& statement);
     void pressKey(Qt::Key key);
+    void click(QWidget& widget);
+    void typeInto(QWidget& field, const QString& text);
+    /// A key of the automation by its legend.
+    QAbstractButton& automationKey(const char* legend);
     void clickControl(ControlHost& host, const QString& control);
     void dragFader(ChannelKind kind, int from, int to);
 
@@ -53,6 +72,7 @@ private:
     const QDir _folder;
     const QString _recoveryRoot;
     QString _sessionFile;
+    TapeCurves _hands; // what the hands did in the take
     TourGuide _guide;
 };
 
