@@ -80,6 +80,7 @@ struct SilentDialogs final : SessionDialogs {
     }
     bool confirmOverwrite(const QString&, const QString&) override { return true; }
     Unsaved askUnsaved(const QString&, const QString&) override { return Unsaved::discard; }
+    TakeAnswer askTake(const QString&, const QString&, const QString&) override { return {Unsaved::discard, {}}; }
     Recovery askRecovery(const QString&, const QString&) override { return Recovery::later; }
 };
 

@@ -195,21 +195,28 @@ void SessionController::finishSave(const QString& path, std::int64_t changes, co
 
 bool SessionController::prepareToQuit() {
     finishSaving();
-    const bool hasTake = pendingTake && pendingTake();
-    if (hasUnsavedChanges.value() || hasTake) {
-        const QString text = hasTake ? QStringLiteral("A take is not in the session yet. Saving adds it; if you don't "
-                                                      "save, it is lost with all other changes.")
-                                     : QStringLiteral("Your changes are lost if you don't save them.");
-        switch (_dialogs.askUnsaved(QStringLiteral("Save the changes of “%1”?").arg(displayName()), text)) {
-        case SessionDialogs::Unsaved::cancel: return false;
-        case SessionDialogs::Unsaved::discard: break;
-        case SessionDialogs::Unsaved::save:
-            if (hasTake && storePendingTake) storePendingTake();
-            save();
-            finishSaving();
-            if (hasUnsavedChanges.value()) return false;
-            break;
-        }
+    const std::optional<PendingTake> take = pendingTake ? pendingTake() : std::nullopt;
+    using Choice = SessionDialogs::Unsaved;
+    Choice choice = Choice::discard;
+    if (take) {
+        const SessionDialogs::TakeAnswer answer = _dialogs.askTake(
+            QStringLiteral("Save the take?"),
+            QStringLiteral("It is not in “%1” yet. Saving puts it there under this name, and saves the "
+                           "session.")
+                .arg(displayName()),
+            take->pass.name);
+        choice = answer.choice;
+        if (choice == Choice::save) storePendingTake(answer.name);
+    }
+    // Who keeps the take has said that the session is to be saved.
+    if (choice == Choice::discard && hasUnsavedChanges.value())
+        choice = _dialogs.askUnsaved(QStringLiteral("Save the changes of “%1”?").arg(displayName()),
+                                     QStringLiteral("Your changes are lost if you don't save them."));
+    if (choice == Choice::cancel) return false;
+    if (choice == Choice::save) {
+        save();
+        finishSaving();
+        if (hasUnsavedChanges.value()) return false;
     }
     _recoveryTimer.stop();
     removeRecovery(std::exchange(_recovery, {}));

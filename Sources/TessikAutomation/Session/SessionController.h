@@ -66,8 +66,8 @@ public:
 
     /// The take that is in no store yet, for recovery.
     std::function<std::optional<PendingTake>()> pendingTake;
-    /// Puts that take into the pass store under its proposed name: when the user saves on quitting.
-    std::function<void()> storePendingTake;
+    /// Puts that take into the pass store under that name: when the user saves it on quitting.
+    std::function<void(const QString& name)> storePendingTake;
 
     /// Offers what crashed copies left, newest first, until the user takes one. For the start of the program.
     void offerRecovery();

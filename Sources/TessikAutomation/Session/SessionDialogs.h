@@ -23,6 +23,13 @@ public:
     enum class Unsaved { save, discard, cancel };
     virtual Unsaved askUnsaved(const QString& title, const QString& text) = 0;
 
+    struct TakeAnswer {
+        Unsaved choice;
+        QString name; ///< where it is saved; never empty
+    };
+    /// What becomes of a take that waits for its name.
+    virtual TakeAnswer askTake(const QString& title, const QString& text, const QString& proposedName) = 0;
+
     enum class Recovery {
         recover,
         discard,

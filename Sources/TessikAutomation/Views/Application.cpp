@@ -102,9 +102,7 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
 
     passEngine.onTakeSuperseded = [this](const AutomationPass& take) { passes.save(take); };
     session.pendingTake = [this] { return passEngine.pendingTake(); };
-    session.storePendingTake = [this] {
-        if (const auto take = passEngine.recordingPass.value()) passEngine.finishRecording(take->name, passes);
-    };
+    session.storePendingTake = [this](const QString& name) { passEngine.finishRecording(name, passes); };
     _observers.push_back(passEngine.recordingPass.addNotifier([this] {
         if (passEngine.recordingPass.value() && !passEngine.isRecording()) session.takeEnded();
     }));

@@ -21,6 +21,7 @@ struct ScriptedDialogs final : SessionDialogs {
     std::optional<QString> whereToSave;
     bool overwrite = false;
     Unsaved unsaved = Unsaved::cancel;
+    Unsaved ofTake = Unsaved::cancel;
     std::function<Recovery(const QString& text)> recovery = [](const QString&) { return Recovery::recover; };
     QStringList log;
 
@@ -40,6 +41,10 @@ struct ScriptedDialogs final : SessionDialogs {
     Unsaved askUnsaved(const QString& title, const QString&) override {
         log += title;
         return unsaved;
+    }
+    TakeAnswer askTake(const QString& title, const QString&, const QString& proposedName) override {
+        log += title;
+        return {ofTake, proposedName + QStringLiteral(" named")};
     }
     Recovery askRecovery(const QString& title, const QString&) override {
         log += title;
@@ -305,12 +310,26 @@ TEST_F(SessionControllerTest, QuittingAsksWhereSomethingWouldBeLost) {
     program->dialogs.whereToSave = file("mix.tessik");
     std::optional<PendingTake> waiting = PendingTake{take(3), {}};
     program->controller.pendingTake = [&] { return waiting; };
-    program->controller.storePendingTake = [&] {
-        program->passes.save(waiting->finished());
+    program->controller.storePendingTake = [&](const QString& name) {
+        AutomationPass named = waiting->finished();
+        named.name = name;
+        program->passes.save(named);
         waiting.reset();
     };
+    program->dialogs.taken();
+    EXPECT_FALSE(program->controller.prepareToQuit()); // cancelled, before anything else is asked
+    const QString ofTake = QStringLiteral("Save the take?");
+    EXPECT_EQ(program->dialogs.taken(), QStringList{ofTake});
+    program->dialogs.ofTake = SessionDialogs::Unsaved::discard;
+    program->dialogs.unsaved = SessionDialogs::Unsaved::cancel;
+    EXPECT_FALSE(program->controller.prepareToQuit());
+    EXPECT_EQ(program->dialogs.taken(), (QStringList{ofTake, QStringLiteral("Save the changes of “Untitled”?")}));
+    EXPECT_TRUE(waiting) << "still there when the user stays";
+    program->dialogs.ofTake = SessionDialogs::Unsaved::save;
     EXPECT_TRUE(program->controller.prepareToQuit());
-    EXPECT_EQ(onDisk(file("mix.tessik")).passes.size(), 1);
+    EXPECT_FALSE(program->dialogs.taken().contains(QStringLiteral("Save the changes of “Untitled”?")));
+    ASSERT_EQ(onDisk(file("mix.tessik")).passes.size(), 1);
+    EXPECT_TRUE(onDisk(file("mix.tessik")).passes[0].name.endsWith(QStringLiteral(" named")));
     EXPECT_EQ(recoveryFiles(), 0);
 
     program->label("lost on purpose");

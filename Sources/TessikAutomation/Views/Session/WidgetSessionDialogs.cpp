@@ -1,8 +1,13 @@
 #include "TessikAutomation/Views/Session/WidgetSessionDialogs.h"
 
+#include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStyle>
 
 namespace tessik {
 
@@ -67,6 +72,54 @@ SessionDialogs::Unsaved WidgetSessionDialogs::askUnsaved(const QString& title, c
     box.exec();
     if (box.clickedButton() == save) return Unsaved::save;
     return box.clickedButton() == discard ? Unsaved::discard : Unsaved::cancel;
+}
+
+SessionDialogs::TakeAnswer WidgetSessionDialogs::askTake(const QString& title, const QString& text,
+                                                         const QString& proposedName) {
+    QDialog box(&_window);
+    box.setWindowModality(Qt::WindowModal);
+    auto* layout = new QGridLayout(&box);
+    layout->setContentsMargins(20, 16, 20, 16);
+    layout->setHorizontalSpacing(16);
+    layout->setVerticalSpacing(12);
+    const int iconSide = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+    auto* icon = new QLabel(&box);
+    icon->setPixmap(box.style()
+                        ->standardIcon(QStyle::SP_MessageBoxQuestion)
+                        .pixmap(QSize(iconSide, iconSide), box.devicePixelRatio()));
+    const auto addLine = [&](int row, const QString& line) {
+        auto* label = new QLabel(line, &box);
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        layout->addWidget(label, row, 1, 1, 2);
+    };
+    layout->addWidget(icon, 0, 0, 2, 1, Qt::AlignTop);
+    addLine(0, title);
+    addLine(1, text);
+    auto* name = new QLineEdit(proposedName, &box);
+    name->setObjectName(QStringLiteral("name"));
+    name->setPlaceholderText(proposedName);
+    name->selectAll();
+    auto* nameLabel = new QLabel(QStringLiteral("&Name"), &box);
+    nameLabel->setBuddy(name);
+    layout->addWidget(nameLabel, 2, 1);
+    layout->addWidget(name, 2, 2);
+    layout->setColumnStretch(2, 1);
+    layout->setColumnMinimumWidth(2, 280);
+
+    auto* buttons = new QDialogButtonBox(&box);
+    const QPushButton* save = buttons->addButton(QStringLiteral("Save"), QDialogButtonBox::AcceptRole);
+    const QPushButton* discard = buttons->addButton(QStringLiteral("Discard"), QDialogButtonBox::DestructiveRole);
+    buttons->addButton(QStringLiteral("Cancel"), QDialogButtonBox::RejectRole);
+    layout->addWidget(buttons, 3, 0, 1, 3);
+    Unsaved choice = Unsaved::cancel;
+    QObject::connect(buttons, &QDialogButtonBox::clicked, &box, [&](const QAbstractButton* button) {
+        choice = button == save ? Unsaved::save : button == discard ? Unsaved::discard : Unsaved::cancel;
+        box.accept();
+    });
+    box.exec();
+    const QString typed = name->text().trimmed();
+    return {choice, typed.isEmpty() ? proposedName : typed};
 }
 
 SessionDialogs::Recovery WidgetSessionDialogs::askRecovery(const QString& title, const QString& text) {

@@ -18,6 +18,7 @@ public:
     void alert(const QString& title, const QString& text) override;
     bool confirmOverwrite(const QString& title, const QString& text) override;
     Unsaved askUnsaved(const QString& title, const QString& text) override;
+    TakeAnswer askTake(const QString& title, const QString& text, const QString& proposedName) override;
     Recovery askRecovery(const QString& title, const QString& text) override;
 
 private:

@@ -11,6 +11,8 @@ namespace tessik {
 
 namespace {
 
+constexpr int dialogInterval = 20;
+
 void sendMouse(QWidget& widget, QEvent::Type type, QPointF at, Qt::MouseButtons held) {
     QMouseEvent event(type, at, widget.mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, held,
                       Qt::NoModifier);
@@ -71,9 +73,11 @@ void Tour::answerDialog(std::function<bool(QDialog&)> answer) {
     auto* timer = new QTimer(&_app.window);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, answer = std::move(answer)] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (dialog && answer(*dialog)) timer->deleteLater();
+        if (!dialog) return;
+        timer->stop(); // answering may take its time
+        answer(*dialog) ? timer->deleteLater() : timer->start(dialogInterval);
     });
-    timer->start(20);
+    timer->start(dialogInterval);
 }
 
 void Tour::compareDesk() {

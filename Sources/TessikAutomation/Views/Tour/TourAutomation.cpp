@@ -3,7 +3,9 @@
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QLineEdit>
+#include <QPushButton>
 
 #include <cmath>
 
@@ -206,6 +208,17 @@ void Tour::writeTake() {
     _guide.check(_app.passEngine.mode.value() == AutomationMode::read,
                  QStringLiteral("at the stop WRITE has become READ"));
     compareDesk();
+    answerDialog([this](QDialog& dialog) {
+        const auto* field = dialog.findChild<QLineEdit*>(QStringLiteral("name"));
+        const auto& take = _app.passEngine.recordingPass.value();
+        _guide.check(field && take && field->text() == take->name, QStringLiteral("Quit asks for the take's name"));
+        _guide.picture(dialog, QStringLiteral("quit-with-take"));
+        for (QPushButton* button : dialog.findChildren<QPushButton*>())
+            if (button->text() == QLatin1String("Cancel")) button->click();
+        return true;
+    });
+    _app.quit();
+    _guide.check(_app.window.isVisible(), QStringLiteral("Cancel stays, with the take"));
     saveTake(QStringLiteral("Ride"));
 }
 
