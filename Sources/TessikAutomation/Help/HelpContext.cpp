@@ -25,6 +25,7 @@ QString chapterTitle(HelpContext context) {
     case HelpContext::nulling: return QStringLiteral("Nulling Faders (NULL)");
     case HelpContext::unsyncedChannels: return QStringLiteral("Getting Your Console State Into the App");
     case HelpContext::zeroConsole: return QStringLiteral("Zeroing the Console");
+    case HelpContext::rig: return QStringLiteral("Installing and First Launch");
     case HelpContext::problems: return QStringLiteral("Troubleshooting");
     }
     return QStringLiteral("The Main Window");
@@ -32,10 +33,22 @@ QString chapterTitle(HelpContext context) {
 
 void setHelpContext(QWidget& part, HelpContext context) { part.setProperty(property, chapterTitle(context)); }
 
+namespace {
+
+QVariant contextAround(const QWidget* where) {
+    QVariant chapter;
+    for (; where && !chapter.isValid(); where = where->parentWidget())
+        chapter = where->property(property);
+    return chapter;
+}
+
+} // namespace
+
+bool hasHelpContext(const QWidget* where) { return contextAround(where).isValid(); }
+
 QString chapterTitle(const QWidget* where) {
-    for (; where; where = where->parentWidget())
-        if (const QVariant chapter = where->property(property); chapter.isValid()) return chapter.toString();
-    return chapterTitle(HelpContext::mainWindow);
+    const QVariant chapter = contextAround(where);
+    return chapter.isValid() ? chapter.toString() : chapterTitle(HelpContext::mainWindow);
 }
 
 } // namespace tessik

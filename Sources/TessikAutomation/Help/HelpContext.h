@@ -24,6 +24,7 @@ enum class HelpContext : std::uint8_t {
     nulling,
     unsyncedChannels,
     zeroConsole,
+    rig,
     problems,
 };
 
@@ -31,6 +32,7 @@ QString chapterTitle(HelpContext context);
 
 /// Says which chapter explains `part` and all that stands in it.
 void setHelpContext(QWidget& part, HelpContext context);
+bool hasHelpContext(const QWidget* where);
 /// The chapter for the widget where the user is: that of the nearest part around it, else "The Main Window".
 QString chapterTitle(const QWidget* where);
 

@@ -1,5 +1,7 @@
 #include "TessikAutomation/Views/Application.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
+#include "TessikAutomation/Help/HelpMenu.h"
 #include "TessikAutomation/Persistence/StartupRestore.h"
 #include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Views/Automation/AutomationPanelView.h"
@@ -115,6 +117,7 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
 
     auto* panel = new TransportPanelView(
         mtcClock, locators, transport, [this] { return selectedPassEnd(); }, &window);
+    setHelpContext(*panel, HelpContext::transport);
     window.setTransportPanel(panel);
     _observers.push_back(passEngine.selectedPass.addNotifier([panel] { panel->refresh(); }));
     window.keys.onPlayStop = [panel] { panel->togglePlay(); };
@@ -145,6 +148,7 @@ std::optional<TimecodePosition> Application::selectedPassEnd() const {
 
 void Application::buildMenus() {
     auto* file = new SessionMenu(session, &window);
+    setHelpContext(*file, HelpContext::snapshots);
     window.menuBar()->addMenu(file);
     file->addAction(QStringLiteral("Se&ttings…"), &window, &MainWindow::openSettings);
     file->addAction(QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")), &window, [this] { quit(); });
@@ -156,6 +160,7 @@ void Application::buildMenus() {
     add(window.history().createUndoAction(edit), "Ctrl+Z");
     add(window.history().createRedoAction(edit), "Ctrl+Shift+Z");
     window.menuBar()->addMenu(QStringLiteral("&View"))->addActions(window.zoomActions());
+    window.menuBar()->addMenu(new HelpMenu(window.drawing(), window));
 }
 
 void Application::buildAutomation() {
@@ -163,7 +168,9 @@ void Application::buildAutomation() {
     window.setAutomationPanel(panel);
     auto* zero = new ZeroConsoleMenu({consoleModel, midiOutput, manualSettings, channelLabels, masterSection},
                                      window.history(), &window);
+    setHelpContext(*zero, HelpContext::zeroConsole);
     PanelButton& zeroKey = panel->addKey(QStringLiteral("ZERO"), QStringLiteral("zero"));
+    setHelpContext(zeroKey, HelpContext::zeroConsole);
     zeroKey.setToolTip(QStringLiteral("Zero Console"));
     zeroKey.setAccessibleName(QStringLiteral("Zero Console"));
     QObject::connect(&zeroKey, &QAbstractButton::clicked, zero,
@@ -171,11 +178,14 @@ void Application::buildAutomation() {
     auto* recalls = new SnapshotsPopover(snapshots, snapshotRecall, window.history(),
                                          panel->addButton(QStringLiteral("snapshots"), QStringLiteral("Snapshots")),
                                          window.drawing(), window.centralWidget());
+    setHelpContext(*recalls, HelpContext::snapshots);
     recalls->onRecalled = [this](const Snapshot& snapshot) {
         setLoadedItem(LoadedItem{LoadedItemType::snapshot, snapshot.id});
     };
-    new PassesPopover(passEngine, passes, window.history(), panel->addButton(QStringLiteral("passes"), {}),
-                      window.drawing(), window.centralWidget());
+    auto* takes =
+        new PassesPopover(passEngine, passes, window.history(), panel->addButton(QStringLiteral("passes"), {}),
+                          window.drawing(), window.centralWidget());
+    setHelpContext(*takes, HelpContext::passes);
     _observers.push_back(passEngine.selectedPass.addNotifier([this] {
         if (const auto& pass = passEngine.selectedPass.value())
             setLoadedItem(LoadedItem{LoadedItemType::pass, pass->id});

@@ -1,5 +1,7 @@
 #include "TessikAutomation/Views/RigWindow.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
+
 #include <QBoxLayout>
 #include <QLabel>
 #include <QMouseEvent>
@@ -96,6 +98,7 @@ private:
 } // namespace
 
 RigWindow::RigWindow(SimulatedConsole& desk, QWidget* parent) : QWidget(parent, Qt::Window), _desk(desk) {
+    setHelpContext(*this, HelpContext::rig);
     setWindowTitle(QStringLiteral("Rig Console"));
     auto* surface = new RigSurface(desk);
     auto* scenes = new QHBoxLayout;

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QIcon>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -81,6 +82,9 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("tessik-automation"));
     QApplication::setApplicationDisplayName(QStringLiteral("TessikAutomation"));
     QApplication::setApplicationVersion(QLatin1String(TESSIK_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("tessik-automation"));
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QStringLiteral("tessik-automation"), QIcon(QStringLiteral(":/icons/tessik-automation.svg"))));
     if (!line.tourFolder.isEmpty()) return runTour(line);
     const int status = line.rig ? runOnRig(line) : runOnSequencer(line);
     return status == restartWithRig ? runOnRig(line) : status;

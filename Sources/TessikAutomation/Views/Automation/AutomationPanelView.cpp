@@ -1,5 +1,6 @@
 #include "TessikAutomation/Views/Automation/AutomationPanelView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Automation/ModeKey.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
@@ -59,6 +60,9 @@ AutomationPanelView::AutomationPanelView(PassEngine& engine, ConsoleModel& conso
     _read = addModeKey("READ", &Tints::ledGreen, AutomationMode::read);
     _null = addKey("NULL", &Tints::ledBlue);
     connect(_null, &QAbstractButton::clicked, this, [this] { _engine.setNullEnabled(!_engine.nullEnabled.value()); });
+    setHelpContext(*this, HelpContext::recording);
+    setHelpContext(*_read, HelpContext::playback);
+    setHelpContext(*_null, HelpContext::nulling);
     layout->addLayout(keys);
 
     auto* lines = new QWidget(this);
@@ -78,6 +82,7 @@ AutomationPanelView::AutomationPanelView(PassEngine& engine, ConsoleModel& conso
     _detail = addLine("statusDetail", 11, QFont::Medium, 0, lines);
     _warning = new QWidget(lines);
     _warning->setObjectName(QStringLiteral("unsynced"));
+    setHelpContext(*_warning, HelpContext::unsyncedChannels);
     _warningSymbol = new QLabel(_warning);
     _warningText = addLine("unsyncedText", 10, QFont::DemiBold, 0, _warning);
     auto* warningLayout = new QHBoxLayout(_warning);

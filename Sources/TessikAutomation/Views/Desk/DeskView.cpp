@@ -1,5 +1,6 @@
 #include "TessikAutomation/Views/Desk/DeskView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Persistence/SavedSettings.h"
 #include "TessikAutomation/Views/Desk/InputModule.h"
 #include "TessikAutomation/Views/Desk/MasterPanel.h"
@@ -41,6 +42,7 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
     _masterView->setWheelScrolls(true);
     _master = new ControlHost(masterPanelTable().kind, masterPanelTable().bind({&objects.masterSection, &history}),
                               _drawing, _masterView->content());
+    setHelpContext(*_master, HelpContext::masterSection);
     _master->setAccessibleName(QStringLiteral("Master section"));
     connect(_master, &ControlHost::controlFocused, this, [this] {
         const QRect control = _master->controlRect(_master->focusedControl());
@@ -52,6 +54,7 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
     std::rotate(_strips.begin() + maxInputs, _strips.begin() + maxInputs + 1, _strips.end());
 
     _scribbleEditor = new ScribbleEditor(_scribbles, objects.channelLabels, history, _windowDrawing, this);
+    setHelpContext(*_scribbleEditor, HelpContext::scribbleStrip);
     _scribbleEditor->stripRect = [this](const QString& id) {
         for (const ControlHost* host : _strips) {
             if (host->objectName() != id) continue;
@@ -101,6 +104,7 @@ void DeskView::addChannel(ChannelState& channel) {
 
 ControlHost* DeskView::addHost(const ControlTable<StripSubject>& table, const StripSubject& subject, QWidget* parent) {
     auto* host = new ControlHost(table.kind, table.bind(subject), _drawing, parent);
+    setHelpContext(*host, HelpContext::channelStrip);
     host->setAccessibleName(spokenName(subject.channel->kind));
     host->installEventFilter(this);
     if (subject.channel->kind.kind() == ChannelKind::Case::input)
@@ -257,6 +261,7 @@ void DeskView::contextMenuEvent(QContextMenuEvent* event) {
 
 QMenu* DeskView::stripMenu(const QString& channelID, QWidget* parent) {
     auto* menu = new QMenu(parent);
+    setHelpContext(*menu, HelpContext::channelStrip);
     menu->addAction(QStringLiteral("Copy Settings"), this, [this, channelID] { _clipboard.copy(channelID); });
     // A strip outside the selection is meant alone.
     QStringList targets;

@@ -1,5 +1,7 @@
 #include "TessikAutomation/Views/Session/WidgetSessionDialogs.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
+
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QGridLayout>
@@ -14,6 +16,7 @@ namespace tessik {
 namespace {
 
 std::optional<QString> run(QFileDialog& panel) {
+    setHelpContext(panel, HelpContext::snapshots);
     if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty()) return std::nullopt;
     return panel.selectedFiles().constFirst();
 }
@@ -22,6 +25,7 @@ std::optional<QString> run(QFileDialog& panel) {
 class Question final : public QMessageBox {
 public:
     Question(QWidget& window, Icon icon, const QString& title, const QString& text) : QMessageBox(&window) {
+        setHelpContext(*this, HelpContext::snapshots);
         setIcon(icon);
         setText(title);
         setInformativeText(text);

@@ -1,5 +1,6 @@
 #include "TessikAutomation/Views/Settings/SettingsView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
@@ -56,6 +57,7 @@ protected:
 } // namespace
 
 SettingsView::SettingsView(const AppObjects& objects, QWidget* parent) : QDialog(parent), _objects(objects) {
+    setHelpContext(*this, HelpContext::settings);
     setWindowTitle(QStringLiteral("Settings"));
     setFixedSize(Metrics::settingsWidth, Metrics::settingsHeight);
     auto* layout = new QVBoxLayout(this);

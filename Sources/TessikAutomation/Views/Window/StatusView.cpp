@@ -1,5 +1,6 @@
 #include "TessikAutomation/Views/Window/StatusView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Persistence/PortChoice.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
@@ -11,6 +12,7 @@ namespace tessik {
 StatusView::StatusView(const AppObjects& objects, DrawingContext& drawing, QWidget* parent)
     : QWidget(parent), _objects(objects), _drawing(drawing) {
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setHelpContext(*this, HelpContext::settings);
     setCursor(Qt::PointingHandCursor);
     const auto changed = [this] { showStatus(); };
     MIDIInputConnection& input = objects.midiManager.connection;

@@ -1,5 +1,7 @@
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
+
 #include <QPushButton>
 
 namespace tessik {
@@ -20,6 +22,7 @@ void ZeroConsoleMenu::ask(ResetTier tier) {
     _confirmation = new QMessageBox(QMessageBox::Warning, QStringLiteral("Zero Console"), said.dialogTitle,
                                     QMessageBox::Cancel, parentWidget()->window());
     _confirmation->setAttribute(Qt::WA_DeleteOnClose);
+    setHelpContext(*_confirmation, HelpContext::zeroConsole);
     _confirmation->setInformativeText(message);
     QPushButton* zero = _confirmation->addButton(QStringLiteral("Zero It"), QMessageBox::DestructiveRole);
     _confirmation->setDefaultButton(QMessageBox::Cancel);
