@@ -82,6 +82,8 @@ std::optional<int> midiOutMessagesPerSecond() {
     return stored && *stored >= 1 && *stored <= 100'000 ? std::optional(int(*stored)) : std::nullopt;
 }
 
+bool isWelcomeDismissed() { return integer(Key::welcomeDismissed).value_or(0) != 0; }
+
 QStringList recentSessions() { return defaults().value(Key::recentSessions).toStringList(); }
 
 void addRecentSession(const QString& path) {

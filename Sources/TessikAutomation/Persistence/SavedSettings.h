@@ -25,6 +25,7 @@ inline constexpr QLatin1String recentSessions{"recentSessions"};
 inline constexpr QLatin1String modelSize{"modelSize"};
 inline constexpr QLatin1String midiOutMessagesPerSecond{"midiOutMessagesPerSecond"};
 inline constexpr QLatin1String deskZoom{"deskZoom"};
+inline constexpr QLatin1String welcomeDismissed{"welcomeDismissed"};
 } // namespace Key
 
 /// A port's unique id; none where nothing is stored. A number outside signed 32 bits stops the program: only ids are
@@ -38,6 +39,8 @@ std::optional<std::uint8_t> mmcDeviceID();
 std::optional<ConsoleModel::ModelSize> modelSize();
 /// The size in which the desk is shown, in percent.
 std::optional<int> deskZoom();
+/// Whether the card of the first run was sent away.
+bool isWelcomeDismissed();
 /// Messages a second to the desk, 1 to 100,000; none where absent or out of range.
 std::optional<int> midiOutMessagesPerSecond();
 

@@ -9,6 +9,7 @@
 #include "TessikAutomation/Views/Session/SessionMenu.h"
 #include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
 #include "TessikAutomation/Views/Transport/TransportPanelView.h"
+#include "TessikAutomation/Views/Welcome/WelcomeView.h"
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 
 #include <QApplication>
@@ -160,7 +161,8 @@ void Application::buildMenus() {
     add(window.history().createUndoAction(edit), "Ctrl+Z");
     add(window.history().createRedoAction(edit), "Ctrl+Shift+Z");
     window.menuBar()->addMenu(QStringLiteral("&View"))->addActions(window.zoomActions());
-    window.menuBar()->addMenu(new HelpMenu(window.drawing(), window));
+    _help = new HelpMenu(window.drawing(), window);
+    window.menuBar()->addMenu(_help);
 }
 
 void Application::buildAutomation() {
@@ -240,9 +242,22 @@ void Application::connectToRig() {
     destination(transport.port, SimulatedRecorder::portName);
 }
 
-void Application::offerRig(const QString& why, std::function<void()> accept) {
+void Application::setMIDIMissing(const QString& why) {
+    _noMIDI = why;
     window.showBanner(QStringLiteral("There is no MIDI on this machine: %1").arg(why),
-                      QStringLiteral("Try it with the rig"), std::move(accept));
+                      QStringLiteral("Try it with the rig"), [this] { onRigWanted(); });
+}
+
+void Application::welcome() {
+    if (!WelcomeView::isDue()) return;
+    auto* card = new WelcomeView(*window.drawing().look.value(), _noMIDI, &window);
+    card->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(card, &QDialog::finished, &window, [this](int choice) {
+        if (choice == WelcomeView::setUpMIDI) window.openSettings();
+        if (choice == WelcomeView::useRig) onRigWanted();
+        if (choice == WelcomeView::readManual) _help->openManual();
+    });
+    card->open();
 }
 
 void Application::showWindow() {

@@ -11,6 +11,8 @@
 
 namespace tessik {
 
+class HelpMenu;
+
 /// A desk and a recorder that stand in for real ones, with the cables to them.
 struct Rig {
     VirtualMIDIService service;
@@ -48,8 +50,12 @@ public:
     void restorePorts();
     /// Chooses the rig's ports, for this run only.
     void connectToRig();
-    /// Offers the rig in place of MIDI that is not to be had, telling why.
-    void offerRig(const QString& why, std::function<void()> accept);
+    /// Why this machine has no MIDI; to be set before the window shows.
+    void setMIDIMissing(const QString& why);
+    /// The user wants the rig in place of real ports; without it the rig is not offered.
+    std::function<void()> onRigWanted;
+    /// Shows the ways to begin, where nobody has begun on this machine yet.
+    void welcome();
     /// Puts the window on its screen, inset by 80 pixels on every side, and activates it.
     void showWindow();
     /// Closes the window and ends the program, where nothing is lost or the user agrees.
@@ -73,6 +79,8 @@ private:
 
     class CloseQuestion;
     std::unique_ptr<CloseQuestion> _closeQuestion;
+    HelpMenu* _help = nullptr;
+    QString _noMIDI;
     std::optional<LoadedItem> _loadedItem;
     std::vector<QPropertyNotifier> _observers;
 };

@@ -37,6 +37,7 @@ int begin(Application& application, const CommandLine& line) {
     application.session.offerRecovery();
     if (!line.sessionFile.isEmpty())
         application.session.open(QUrl::fromLocalFile(QFileInfo(line.sessionFile).absoluteFilePath()));
+    if (!line.rig) application.welcome();
     return QApplication::exec();
 }
 
@@ -53,10 +54,10 @@ int runOnSequencer(const CommandLine& line) {
     ALSAMIDIService service;
     Application application(service, recoveryFolder());
     application.restorePorts();
-    if (const auto problem = ALSAMIDIService::problem())
-        application.offerRig(*problem, [&application] {
-            if (application.session.prepareToQuit()) QApplication::exit(restartWithRig);
-        });
+    application.onRigWanted = [&application] {
+        if (application.session.prepareToQuit()) QApplication::exit(restartWithRig);
+    };
+    if (const auto problem = ALSAMIDIService::problem()) application.setMIDIMissing(*problem);
     return begin(application, line);
 }
 

@@ -1,0 +1,83 @@
+#include "TessikAutomation/Help/HelpMenu.h"
+#include "TessikAutomation/Persistence/SavedSettings.h"
+#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Views/Welcome/WelcomeView.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace tessik {
+namespace {
+
+struct WelcomeTest : testing::Test {
+    WelcomeTest() {
+        forget();
+        application.onRigWanted = [this] { ++rigWanted; };
+        application.window.show();
+    }
+    static void forget() {
+        using namespace SavedSettings;
+        for (const QLatin1String key : {Key::welcomeDismissed, Key::consoleSourceID, Key::midiOutDestinationID,
+                                        Key::timecodeSourceID, Key::transportDestinationID})
+            remove(key);
+    }
+    WelcomeView* card() {
+        application.welcome();
+        for (auto* view : application.window.findChildren<WelcomeView*>())
+            if (view->isVisible()) return view;
+        return nullptr;
+    }
+    static void choose(WelcomeView& card, const char* text) {
+        for (QPushButton* button : card.findChildren<QPushButton*>())
+            if (button->text() == QLatin1String(text)) return button->click();
+        ADD_FAILURE() << text;
+    }
+
+    QTemporaryDir folder;
+    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
+    Application application{service, folder.path()};
+    int rigWanted = 0;
+};
+
+TEST_F(WelcomeTest, EachChoiceDoesWhatItSaysAndEndsIt) {
+    choose(*card(), "Set up MIDI");
+    ASSERT_TRUE(application.window.settingsView());
+    EXPECT_FALSE(card()) << "it was dismissed";
+    application.window.settingsView()->close();
+
+    forget();
+    choose(*card(), "Try it with the rig");
+    EXPECT_EQ(rigWanted, 1);
+    EXPECT_FALSE(card());
+
+    forget();
+    choose(*card(), "Read the manual");
+    ASSERT_TRUE(application.window.findChild<HelpMenu*>()->view());
+    EXPECT_FALSE(card());
+
+    forget();
+    QTest::keyClick(card()->windowHandle(), Qt::Key_Escape);
+    EXPECT_FALSE(card());
+    EXPECT_EQ(rigWanted, 1);
+}
+
+TEST_F(WelcomeTest, IsForWhoHasNotBegunAndSaysWhereThereIsNoMIDI) {
+    SavedSettings::setUniqueID(SavedSettings::Key::timecodeSourceID, 5);
+    EXPECT_FALSE(card());
+    forget();
+    application.setMIDIMissing(QStringLiteral("no such file"));
+    WelcomeView* view = card();
+    ASSERT_TRUE(view);
+    bool isTold = false;
+    for (const QLabel* label : view->findChildren<QLabel*>())
+        isTold |= label->text().contains(QLatin1String("no such file"));
+    EXPECT_TRUE(isTold);
+    QTest::keyClick(view->windowHandle(), Qt::Key_Return);
+    EXPECT_EQ(rigWanted, 1) << "what works here is what Return does";
+}
+
+} // namespace
+} // namespace tessik
