@@ -96,9 +96,10 @@ SessionDialogs::TakeAnswer WidgetSessionDialogs::askTake(const QString& title, c
         label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
         layout->addWidget(label, row, 1, 1, 2);
+        return label;
     };
     layout->addWidget(icon, 0, 0, 2, 1, Qt::AlignTop);
-    addLine(0, title);
+    addLine(0, title)->setObjectName(QStringLiteral("qt_msgbox_label")); // set as the titles of all questions
     addLine(1, text);
     auto* name = new QLineEdit(proposedName, &box);
     name->setObjectName(QStringLiteral("name"));

@@ -1,10 +1,10 @@
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 
 #include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Theme/DialogStyle.h"
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyleFactory>
 #include <QToolTip>
 #include <QWidget>
 
@@ -42,7 +42,7 @@ void install() {
         const QPalette system = QApplication::palette();
         if (system.color(QPalette::Window).lightness() > system.color(QPalette::WindowText).lightness())
             reported = ColorScheme::light;
-        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+        QApplication::setStyle(new DialogStyle);
         Type::installFonts();
         QApplication::setFont(Type::font(13, QFont::Normal));
         QToolTip::setFont(Type::font(12, QFont::Medium));

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace tessik {
+
+/// What Qt draws itself, with the signs and the type of questions and alerts as this program's own.
+class DialogStyle final : public QProxyStyle {
+public:
+    DialogStyle();
+
+    QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;
+    using QProxyStyle::polish;
+    /// The first line of a question is its title, and no line of it is so short that the text becomes a column.
+    void polish(QWidget* widget) override;
+};
+
+} // namespace tessik
