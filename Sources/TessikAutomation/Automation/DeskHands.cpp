@@ -10,11 +10,12 @@ namespace {
 constexpr Uptime dumpWindow = 500ms;
 }
 
-std::optional<int> DeskHands::moved(Uptime stamp, int faderCC, int value) {
+std::optional<int> DeskHands::moved(Uptime stamp, int faderCC, std::optional<int> value) {
     while (!_recent.empty() && _recent.front().stamp < stamp - dumpWindow)
         _recent.pop_front();
     _recent.push_back({stamp, faderCC});
-    return std::exchange(_values[std::size_t(faderCC)], value);
+    std::optional<int>& known = _values[std::size_t(faderCC)];
+    return std::exchange(known, value ? value : known);
 }
 
 void DeskHands::dumped(Uptime stamp, int cc) {

@@ -11,8 +11,9 @@ namespace tessik {
 /// faders of its channels unknown, also of those whose messages came before it could be told from hands.
 class DeskHands {
 public:
-    /// Takes a hand's message. Returns where the fader stood before; none where that was unknown.
-    std::optional<int> moved(Uptime stamp, int faderCC, int value);
+    /// Takes a hand's message; without a value where it does not tell where the hand is, who then counts as not moved.
+    /// Returns where the fader stood before; none where that was unknown.
+    std::optional<int> moved(Uptime stamp, int faderCC, std::optional<int> value);
     /// Takes a message of a dump.
     void dumped(Uptime stamp, int cc);
 

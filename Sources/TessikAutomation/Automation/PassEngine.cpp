@@ -34,7 +34,7 @@ PassEngine::PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutpu
     _modeNotifier = mode.addNotifier([this] { noteModeChange(); });
     // A desk chosen while the tape rolls has been told nothing yet.
     _destinationNotifier =
-        midiOutputManager.port.connectedDestinationID.addNotifier([this] { _hasAssertedInitialState = false; });
+        midiOutputManager.port.connectedDestinationID.addNotifier([this] { _isAssertionDue = true; });
     _consoleModel.onChange = [this](const ConsoleChange& change) {
         _changes.push_back(change);
         if (_mode == AutomationMode::off) consumeChanges();
@@ -70,7 +70,7 @@ void PassEngine::tick() {
     hasFrameRateMismatch = needsPass(_mode) && pass && at && at->frameRate != pass->frameRate;
     if (_dumpAt && now - *_dumpAt > dumpQuiet) {
         _dumpAt.reset();
-        _hasAssertedInitialState = false;
+        _isAssertionDue = true;
     }
     if (_tape.isRolling()) play();
     if (_recorder.isRecording()) recordedEventCount = _recorder.eventCount();
@@ -269,7 +269,7 @@ void PassEngine::discardTake() {
     recordedEventCount = 0;
     _rides.clear();
     _suspendedMode.reset();
-    _hasAssertedInitialState = false;
+    _isAssertionDue = true;
     _nullsStale = true;
 }
 
@@ -284,19 +284,25 @@ std::optional<PendingTake> PassEngine::pendingTake() const {
 void PassEngine::consumeChanges() {
     for (const ConsoleChange& change : std::exchange(_changes, {}))
         consume(change);
+    for (const int cc : std::exchange(_owed, {}))
+        if (isPlaying()) _output.putBack(cc, output(cc));
+    for (const int cc : std::exchange(_covered, {}))
+        showHand(*_output.visibleChannel(cc));
 }
 
 void PassEngine::consume(ConsoleChange change) {
     if (!isFader(change.cc)) // without the bits that mean nothing
         change.value =
             MIDIChannelMapping::encodeSwitchByte(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(change.value)));
+    const bool isEcho = _output.isEcho(change);
     const std::optional<int> laneBefore = _output.noteChange(change);
     std::optional<int> faderBefore;
     if (change.origin == ChangeOrigin::desk && isFader(change.cc))
-        faderBefore = _hands.moved(change.stamp, change.cc, change.value);
+        faderBefore = _hands.moved(change.stamp, change.cc, isEcho ? std::nullopt : std::optional(change.value));
     if (change.origin == ChangeOrigin::dump) _hands.dumped(change.stamp, change.cc);
-    ChannelState* channel = _output.visibleChannel(change.cc);
-    if (!channel) return;
+    if (!_output.visibleChannel(change.cc)) return;
+    std::erase(_owed, change.cc);
+    std::erase(_covered, change.cc);
 
     const bool isWriting =
         _recorder.isRecording() ? _mode == AutomationMode::write : _suspendedMode == AutomationMode::write;
@@ -311,9 +317,7 @@ void PassEngine::consume(ConsoleChange change) {
         break;
     case ChangeOrigin::recall:
     case ChangeOrigin::zero:
-        if (const std::optional<int> hand = _hands.value(change.cc);
-            _output.isScreenHeld() && isFader(change.cc) && hand)
-            channel->faderValue = *hand;
+        if (_output.isScreenHeld() && isFader(change.cc)) _covered.push_back(change.cc);
         break;
     }
     _nullsStale = true;
@@ -336,7 +340,7 @@ void PassEngine::answerHand(const ConsoleChange& change, std::optional<int> fade
         } else if (isScreen) {
             _rides.setOutput(change.stamp, cc, change.value, *automation);
         } else {
-            isRide = faderBefore && faderBefore != change.value;
+            isRide = faderBefore && faderBefore != _hands.value(cc);
             if (isRide) _rides.moveBy(change.stamp, cc, change.value - *faderBefore);
         }
         if (isRide) _recorder.move(change.stamp, cc, automation ? output(cc) : change.value);
@@ -344,20 +348,26 @@ void PassEngine::answerHand(const ConsoleChange& change, std::optional<int> fade
     } else if (isScreen || !_output.isScreenHeld() || !isFader(cc)) {
         return;
     }
-    if (!automation) return;
-    if (output(cc) == change.value)
-        _output.show(cc, change.value);
-    else
-        _output.play(cc, output(cc), Urgency::correction);
+    if (automation) _owed.push_back(cc);
 }
 
 void PassEngine::takeBackRides(Uptime dumpStamp) {
     _dumpAt = dumpStamp;
-    const std::vector<int> lanes = _rides.takeBackSince(dumpStamp - dumpQuiet);
+    std::vector<int> lanes = _rides.takeBackSince(dumpStamp - dumpQuiet);
     if (lanes.empty() || !_recorder.isRecording()) return;
-    _recorder.takeBack(offsetOf(_tape.frameAt(dumpStamp - dumpQuiet)), lanes);
+    const std::int64_t from = offsetOf(_tape.frameAt(dumpStamp - dumpQuiet));
+    _recorder.takeBack(from, lanes);
+    // What was true of it comes again: rides of the first frame, and the automation under those from before.
+    std::erase_if(lanes, [this](int cc) { return !_recorder.has(cc) && !_rides.isRidden(cc); });
+    PassCursor again(_index);
+    again.seek(baselineLanes(), from);
     for (const int cc : lanes)
-        recordRide(_offset, cc);
+        if (const std::optional<int> automation = again.values()[std::size_t(cc)])
+            _recorder.record(from, cc, _rides.output(cc, *automation));
+    again.advance(_offset, [&](const LaneEvent& event) {
+        if (std::find(lanes.begin(), lanes.end(), event.cc) != lanes.end())
+            _recorder.record(event.frameOffset, event.cc, _rides.output(event.cc, event.value));
+    });
 }
 
 void PassEngine::settleTake() {
@@ -384,16 +394,20 @@ int PassEngine::output(int cc) const { return _rides.output(cc, *_cursor.values(
 void PassEngine::play() {
     _offset = offsetOf(_tape.frame());
     if (!isPlayable()) return;
-    if (!std::exchange(_hasAssertedInitialState, true)) return playAll();
+    if (!std::exchange(_hasAssertedInitialState, true)) {
+        _cursor.seek(baselineLanes(), _offset);
+        return assertOutputs();
+    }
     _cursor.advance(_offset, [this](const LaneEvent& event) {
         _output.play(event.cc, output(event.cc), Urgency::playback);
         recordRide(event.frameOffset, event.cc);
     });
+    if (_isAssertionDue) assertOutputs();
 }
 
 /// The state with which the pass starts and every event up to here, as one assertion.
-void PassEngine::playAll() {
-    _cursor.seek(baselineLanes(), _offset);
+void PassEngine::assertOutputs() {
+    _isAssertionDue = false;
     ControllerValues outputs;
     for (std::size_t cc = 0; cc < outputs.size(); ++cc) {
         if (!_cursor.values()[cc]) continue;
@@ -421,10 +435,16 @@ void PassEngine::setNullEnabled(bool enabled) {
     }
     if (!needsPass(_mode)) return;
     _output.holdScreen();
+    _isAssertionDue = true; // a fader that a hand has taken goes back to the automation
     for (ChannelState* channel : _consoleModel.allVisibleChannels())
-        if (const std::optional<int> hand = _hands.value(MIDIChannelMapping::faderCC(channel->kind)))
-            channel->faderValue = *hand;
+        showHand(*channel);
     refreshNullTargets();
+}
+
+/// On screen, where it is known.
+void PassEngine::showHand(ChannelState& channel) {
+    if (const std::optional<int> hand = _hands.value(MIDIChannelMapping::faderCC(channel.kind)))
+        channel.faderValue = *hand;
 }
 
 void PassEngine::clearNullTargets() {

@@ -89,11 +89,12 @@ private:
     std::int64_t offsetOf(double frame) const;
     int output(int cc) const;
     void play();
-    void playAll();
+    void assertOutputs();
     void recordRide(std::int64_t offset, int cc);
 
     std::optional<TimecodePosition> position() const;
     void refreshNullTargets();
+    void showHand(ChannelState& channel);
     void clearNullTargets();
     void armEdgeTimer(Uptime now);
 
@@ -106,6 +107,8 @@ private:
     AutomationMode _mode = AutomationMode::off; // as the engine acts; `mode` may be ahead while its notice runs
     TapeFollower _tape;
     std::vector<ConsoleChange> _changes; // since the last tick
+    std::vector<int> _owed;              // lanes that the last of these changes took from the automation
+    std::vector<int> _covered;           // faders whose hand it covered on a held screen
     DeskHands _hands;
     PlaybackOutput _output;
     PassIndex _index; // of the selected pass
@@ -114,9 +117,10 @@ private:
     TakeRecorder _recorder;
     std::optional<AutomationMode> _suspendedMode; // of a take ended by a stop that may yet be a dropout
 
-    bool _hasAssertedInitialState = false;
-    std::int64_t _offset = 0;      // into the take or the pass at the last tick of the roll
-    std::optional<Uptime> _dumpAt; // the last message of a dump during the roll
+    bool _hasAssertedInitialState = false; // and so the cursor is where the pass plays
+    bool _isAssertionDue = false;          // once more, for what came between
+    std::int64_t _offset = 0;              // into the take or the pass at the last tick of the roll
+    std::optional<Uptime> _dumpAt;         // the last message of a dump during the roll
     bool _nullsStale = false;
     std::optional<std::int64_t> _lastNullRefreshFrames;
 

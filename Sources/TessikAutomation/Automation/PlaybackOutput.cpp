@@ -4,11 +4,24 @@
 
 namespace tessik {
 
+using namespace std::chrono_literals;
+
+namespace {
+// Both ways over the cables, and twenty faders between that the desk has to tell of as well.
+constexpr Uptime echoWindow = 25ms;
+} // namespace
+
 ChannelState* PlaybackOutput::visibleChannel(int cc) const {
     auto kind = MIDIChannelMapping::channelKindForFaderCC(cc);
     if (!kind) kind = MIDIChannelMapping::channelKindForSwitchCC(cc);
     ChannelState* channel = kind ? _consoleModel.channelState(*kind) : nullptr;
     return channel && _consoleModel.isVisible(*channel) ? channel : nullptr;
+}
+
+bool PlaybackOutput::isEcho(const ConsoleChange& change) const {
+    const std::size_t lane = std::size_t(change.cc);
+    return change.origin == ChangeOrigin::desk && _last[lane] == change.value &&
+           change.stamp < _sentAt[lane] + echoWindow;
 }
 
 std::optional<int> PlaybackOutput::noteChange(const ConsoleChange& change) {
@@ -18,8 +31,16 @@ std::optional<int> PlaybackOutput::noteChange(const ConsoleChange& change) {
 void PlaybackOutput::play(int cc, int value, MIDIOutputManager::Urgency urgency) {
     if (!visibleChannel(cc)) return;
     _last[std::size_t(cc)] = value;
+    _sentAt[std::size_t(cc)] = _clock.now();
     _desk.send(cc, value, urgency);
     show(cc, value);
+}
+
+void PlaybackOutput::putBack(int cc, int value) {
+    if (_last[std::size_t(cc)] == value)
+        show(cc, value);
+    else
+        play(cc, value, MIDIOutputManager::Urgency::correction);
 }
 
 void PlaybackOutput::assertState(const ControllerValues& values) {
@@ -27,6 +48,7 @@ void PlaybackOutput::assertState(const ControllerValues& values) {
     for (std::size_t cc = 0; cc < values.size(); ++cc) {
         if (!values[cc] || !visibleChannel(int(cc))) continue;
         shown[cc] = _last[cc] = values[cc];
+        _sentAt[cc] = _clock.now();
         show(int(cc), *values[cc]);
     }
     _desk.assertState(shown);

@@ -2,6 +2,8 @@
 
 #include "TessikAutomation/MIDI/MIDIOutputManager.h"
 
+#include <array>
+
 namespace tessik {
 
 /// Puts automation on the desk and on screen. While the screen is held (NULL) its faders stay with the hands and the
@@ -9,19 +11,24 @@ namespace tessik {
 class PlaybackOutput {
 public:
     PlaybackOutput(ConsoleModel& consoleModel, MIDIOutputManager& desk, const UptimeClock& clock)
-        : _consoleModel(consoleModel), _desk(desk), _clock(clock) {}
+        : _consoleModel(consoleModel), _desk(desk), _clock(clock) {
+        _sentAt.fill(distantPast);
+    }
 
     /// The channel of a lane; null where it is not shown.
     ChannelState* visibleChannel(int cc) const;
 
+    /// Whether the desk tells of no hand but of what it was sent: it reads a fader that a hand has moved once its cable
+    /// is free, and what came meanwhile is what it reads. To be asked before `noteChange`.
+    bool isEcho(const ConsoleChange& change) const;
     /// Takes a change of the console. Returns what the lane was before, none where nothing was ever seen or sent.
     std::optional<int> noteChange(const ConsoleChange& change);
     /// One value to the desk and the screen.
     void play(int cc, int value, MIDIOutputManager::Urgency urgency);
+    /// The same after the console moved away from it, ahead of all else.
+    void putBack(int cc, int value);
     /// A whole state, or what is known of one, to the desk and the screen.
     void assertState(const ControllerValues& values);
-    /// A lane on the screen alone, as if it were played.
-    void show(int cc, int value);
 
     void holdScreen() { _isScreenHeld = true; }
     /// Puts what the desk holds back on screen where that was held.
@@ -29,10 +36,13 @@ public:
     bool isScreenHeld() const { return _isScreenHeld; }
 
 private:
+    void show(int cc, int value);
+
     ConsoleModel& _consoleModel;
     MIDIOutputManager& _desk;
     const UptimeClock& _clock;
     ControllerValues _last; // seen or sent
+    std::array<Uptime, MIDIChannelMapping::controllerCount> _sentAt;
     bool _isScreenHeld = false;
 };
 

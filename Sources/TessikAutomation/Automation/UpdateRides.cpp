@@ -42,7 +42,6 @@ UpdateRides::Ride& UpdateRides::change(Uptime stamp, int cc) {
     while (!_undos.empty() && _undos.front().stamp < stamp - remembered)
         _undos.pop_front();
     _undos.push_back({stamp, cc, _rides[std::size_t(cc)]});
-    _isEmpty = false;
     return _rides[std::size_t(cc)];
 }
 

@@ -23,8 +23,8 @@ public:
     /// Takes back what was done from then on, at most half a second ago. Returns the lanes concerned.
     std::vector<int> takeBackSince(Uptime stamp);
 
-    int trim(int faderCC) const { return _rides[std::size_t(faderCC)].trim; }
-    bool isEmpty() const { return _isEmpty; }
+    /// Whether a lane's output may differ from the automation.
+    bool isRidden(int cc) const { return _rides[std::size_t(cc)].trim != 0 || _rides[std::size_t(cc)].heldBits != 0; }
     void clear() { *this = {}; }
 
 private:
@@ -43,7 +43,6 @@ private:
 
     std::array<Ride, MIDIChannelMapping::controllerCount> _rides;
     std::deque<Undo> _undos; // oldest first
-    bool _isEmpty = true;
 };
 
 } // namespace tessik

@@ -46,7 +46,9 @@ void DeskPacer::noteReceived(Uptime stamp, int cc, int value) {
         controller.waiting.reset();
         std::erase(_order, cc);
     }
-    if (stamp < controller.landsAt + crossingMargin) ask(cc, value, Urgency::assertion);
+    if (stamp >= controller.landsAt + crossingMargin) return;
+    ask(cc, value, Urgency::assertion);
+    if (!_present) controller.believed.reset(); // which of the two the desk ended on cannot be told, nor mended now
 }
 
 void DeskPacer::forget() {

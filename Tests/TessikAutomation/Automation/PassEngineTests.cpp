@@ -294,6 +294,21 @@ TEST_F(PassEngineTest, UnderNullTheScreenIsTheHandsAndTheDeskTheAutomations) {
     EXPECT_EQ(target(in1), std::nullopt);
 }
 
+TEST_F(PassEngineTest, EngagingNullPutsBackWhatAHandHasTaken) {
+    engine.select(pass({}));
+    arm(AutomationMode::read);
+    rollFrom(0);
+    runTo(10);
+    desk.moveFader(in1, 20);
+    run(20ms);
+    EXPECT_EQ(desk.vca(in1), 20);
+    engine.setNullEnabled(true);
+    run(200ms);
+    EXPECT_EQ(desk.vca(in1), 50);
+    EXPECT_EQ(shown(in1), 20);
+    EXPECT_EQ(target(in1), 50);
+}
+
 // ---- WRITE
 
 TEST_F(PassEngineTest, WriteRecordsTheConsoleAgainstTimecode) {
@@ -508,6 +523,35 @@ TEST_F(PassEngineTest, UpdateRidesOverThePass) {
     engine.discardTake();
     run(20ms);
     EXPECT_EQ(target(in1), 90);
+}
+
+TEST_F(PassEngineTest, OfTwoChangesBetweenTicksTheLaterHolds) {
+    engine.select(pass({}));
+    arm(AutomationMode::update);
+    rollFrom(0);
+    runTo(10);
+    screen.setFader(channel(in1), 80);
+    recall.recall({.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in1, .faderValue = 21}}});
+    run(100ms);
+    EXPECT_EQ(shown(in1), 21);
+    EXPECT_EQ(desk.vca(in1), 21);
+}
+
+TEST_F(PassEngineTest, ARecoveredTakeIsTheTakeSoFar) {
+    engine.select(pass({fader(10, in1, 60), fader(200, in1, 70)}));
+    arm(AutomationMode::update);
+    rollFrom(0);
+    runTo(20);
+    screen.setFader(channel(in1), 80);
+    runTo(30);
+    const PendingTake early = *engine.pendingTake();
+    screen.setFader(channel(in1), 90);
+    runTo(40);
+    EXPECT_THAT(fadersOf(early.finished(), in1),
+                ElementsAre(std::pair(10, 60), std::pair(20, 80), std::pair(30, 60), std::pair(200, 70)));
+    stop();
+    EXPECT_EQ(fadersOf(engine.pendingTake()->finished(), in1), fadersOf(take(), in1));
+    EXPECT_EQ(fadersOf(take(), in1).size(), 5u);
 }
 
 TEST_F(PassEngineTest, TrimmedOutputIsClamped) {

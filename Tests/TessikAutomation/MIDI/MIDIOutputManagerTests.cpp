@@ -166,6 +166,19 @@ TEST_F(OutputTest, OwesAnAbsentDeskWhatWasAsked) {
     EXPECT_TRUE(pumpFor(1s).empty());
 }
 
+TEST_F(OutputTest, BelievesNothingOfAHandThatCrossedWhenTheDeskCannotBeTold) {
+    output.selectDestination(deskID);
+    output.sendFader(in1, 40);
+    service.unplug(QStringLiteral("Desk In"));
+    runPosted();
+    sent.clear();
+    output.noteReceived(clock.now(), 0, 90); // before or after the 40 landed?
+    EXPECT_EQ(output.believedValue(0), std::nullopt);
+    service.plug(QStringLiteral("Desk In"));
+    runPosted();
+    EXPECT_EQ(pumpFor(10ms), (std::vector<Sent>{{0xB0, 0, 90}}));
+}
+
 TEST_F(OutputTest, KeepsWhatThePortWouldNotTakeYet) {
     output.selectDestination(deskID);
     for (const MIDIStatus status : {midiWouldBlock, -19}) {

@@ -200,10 +200,11 @@ void VirtualMIDIService::notifyAll(std::unique_lock<std::mutex>& lock) {
         deliver(std::move(notice), lock);
 }
 
-void VirtualMIDIService::setPlugged(const QString& name, bool plugged) {
+void VirtualMIDIService::setPlugged(const QString& name, Ends ends, bool plugged) {
     std::unique_lock lock(_mutex);
     for (Endpoint& endpoint : _endpoints) {
         if (endpoint.name != name || endpoint.plugged == plugged) continue;
+        if (ends != Ends::all && (ends == Ends::destinations) != bool(endpoint.receive)) continue;
         endpoint.plugged = plugged;
         for (auto& [ref, port] : _ports)
             std::erase(port.connected, endpoint.handle);
@@ -211,9 +212,6 @@ void VirtualMIDIService::setPlugged(const QString& name, bool plugged) {
     }
     notifyAll(lock);
 }
-
-void VirtualMIDIService::unplug(const QString& name) { setPlugged(name, false); }
-void VirtualMIDIService::plug(const QString& name) { setPlugged(name, true); }
 
 void VirtualMIDIService::hideName(const QString& name) {
     std::unique_lock lock(_mutex);

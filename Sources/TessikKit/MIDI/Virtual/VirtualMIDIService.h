@@ -35,10 +35,11 @@ public:
 
     // ---- what a person at the plugs does
 
-    /// Takes every endpoint of that name out of the setup, with its connections; its unique id is kept for it.
-    void unplug(const QString& name);
-    /// Puts it back, under a new handle.
-    void plug(const QString& name);
+    enum class Ends : std::uint8_t { all, sources, destinations };
+    /// Takes the endpoints of that name out of the setup, with their connections; their unique ids are kept for them.
+    void unplug(const QString& name, Ends ends = Ends::all) { setPlugged(name, ends, false); }
+    /// Puts them back, under new handles.
+    void plug(const QString& name, Ends ends = Ends::all) { setPlugged(name, ends, true); }
     /// Takes away the readable name of every endpoint of that name.
     void hideName(const QString& name);
     /// The next call of an operation returns this instead of succeeding.
@@ -85,7 +86,7 @@ private:
     MIDIStatus takeFailure(Operation operation);
     void deliver(Delivered item, std::unique_lock<std::mutex>& lock);
     void notifyAll(std::unique_lock<std::mutex>& lock);
-    void setPlugged(const QString& name, bool plugged);
+    void setPlugged(const QString& name, Ends ends, bool plugged);
     static void hand(const Delivered& item);
     void run();
 

@@ -1,0 +1,513 @@
+#include "Support/AutomationRig.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace tessik::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr std::uint32_t seedCount = 30;
+#else
+constexpr std::uint32_t seedCount = 300;
+#endif
+
+constexpr std::int64_t firstFrame = 3000; // of what is on the tape
+constexpr Uptime sessionLength = 480s;
+constexpr Uptime settled = 1s; // after so long without a hand everything has to agree
+/// Frames: events this near to the tape's position may have been played or not yet, sent, carried, landed. Two are
+/// what a drop minute skips before the timecode can tell.
+constexpr double playing = 3;
+
+/// What a lane is at a frame offset by a walk over all events, and how far its nearest event is from there.
+struct Said {
+    std::optional<int> value;
+    double nearestEvent = 1e9;           // frames
+    std::optional<std::int64_t> eventAt; // the last at or before the offset
+};
+
+Said whatItSays(const AutomationPass& pass, const QList<ChannelSnapshot>& defaults, int cc, double offset) {
+    Said said;
+    for (const ChannelSnapshot& channel : pass.initialState.value_or(defaults)) {
+        if (MIDIChannelMapping::faderCC(channel.kind) == cc) said.value = channel.faderPosition();
+        if (MIDIChannelMapping::switchCC(channel.kind) == cc)
+            said.value = MIDIChannelMapping::encodeSwitchByte(channel.switches());
+    }
+    for (const TimedEvent& event : pass.events) {
+        const bool isFader = event.value.kind() == PassEventValue::Case::fader;
+        if (cc != (isFader ? MIDIChannelMapping::faderCC(event.kind) : MIDIChannelMapping::switchCC(event.kind)))
+            continue;
+        said.nearestEvent = std::min(said.nearestEvent, std::abs(double(event.frameOffset) - offset));
+        if (double(event.frameOffset) > offset) continue;
+        said.value = isFader ? int(event.value.fader()) : MIDIChannelMapping::encodeSwitchByte(event.value.switches());
+        said.eventAt = event.frameOffset;
+    }
+    return said;
+}
+
+/// How often each truth was put to the test: a run that never came to it proves nothing.
+struct Tally {
+    std::int64_t lanes = 0;   ///< lanes whose desk was compared with the believed one
+    std::int64_t screens = 0; ///< lanes whose screen was compared with it
+    std::int64_t played = 0;  ///< lanes of a rolling READ, compared with the pass
+    std::int64_t nulled = 0;  ///< the same under NULL
+    std::int64_t handed = 0;  ///< faders under NULL whose screen was compared with the hand's
+    std::int64_t written = 0; ///< lanes of a WRITE take, compared with what the desk had held
+    std::int64_t updated = 0; ///< lanes of an UPDATE take
+    std::int64_t ridden = 0;  ///< of these, lanes that differ from the old pass
+    std::int64_t seconds = 0; ///< of tape, about
+};
+
+/// One session of somebody who does everything at once, and what has to be true whenever he rests for a second.
+class Session : AutomationRig {
+public:
+    Session(std::uint32_t seed, Tally& tally)
+        : AutomationRig(settings(seed)), _tally(tally), _random(seed * 7919 + 1), _tapeRate(settings(seed).rate) {
+        _log = qEnvironmentVariableIsSet("TESSIK_SEED");
+        for (const ChannelKind kind : desk.channels())
+            for (const int cc : {MIDIChannelMapping::faderCC(kind), MIDIChannelMapping::switchCC(kind)})
+                _lanes.push_back(cc);
+        model.onChange = [this, told = model.onChange](const ConsoleChange& change) {
+            Lane& lane = _lane[std::size_t(change.cc)];
+            lane.isScreenAlone = false;
+            if (change.origin == ChangeOrigin::dump) {
+                _assertedAt = _dumpedAt = uptime.now(); // half a second later, that is
+            } else {
+                lane.touchedAt = uptime.now();
+                lane.touchedFrame = position();
+                lane.touchedBy = change.origin;
+                lane.told = change.value;
+            }
+            if (change.origin == ChangeOrigin::recall || change.origin == ChangeOrigin::zero ||
+                change.origin == ChangeOrigin::dump)
+                lane.isHeld = true;
+            told(change);
+        };
+        engine.onTakeSuperseded = [this](const AutomationPass& take) {
+            checkTake(take);
+            passes.save(take);
+        };
+        _rollNotifier = engine.isRolling.addNotifier([this] {
+            if (engine.isRolling.value()) _assertedAt = uptime.now();
+        });
+        for (int i = 0; i < 2; ++i)
+            passes.save(randomPass());
+        for (int i = 0; i < 3; ++i)
+            snapshots.save(randomSnapshot());
+        if (upTo(2)) snapshots.setDefault(snapshots.snapshots.value().front().id);
+        locate(somewhere());
+        tape.setSpeed(0.95 + 0.01 * upTo(11));
+    }
+
+    /// Plays for minutes. False when something was not true.
+    bool play() {
+        const Uptime end = uptime.now() + sessionLength;
+        while (uptime.now() < end && !testing::Test::HasFailure()) {
+            const Uptime begunAt = uptime.now();
+            for (int n = 1 + upTo(6); n > 0; --n) {
+                act();
+                if (upTo(2)) run(Uptime(1ms) * upTo(400));
+            }
+            rest();
+            if (isTapeTold()) _tally.seconds += (uptime.now() - begunAt) / 1s;
+        }
+        return !testing::Test::HasFailure();
+    }
+
+private:
+    struct Lane {
+        bool isScreenAlone = false; // selecting or a local Zero changed the screen and not the desk
+        bool isHeld = false;        // something that is no ride was put over an UPDATE
+        Uptime touchedAt = distantPast;
+        double touchedFrame = 0;
+        ChangeOrigin touchedBy = ChangeOrigin::desk;
+        int told = 0;
+    };
+    struct Sample { // what the desk held during a take
+        double frame;
+        std::optional<AutomationPass> updated; // the pass that it rides over
+        std::map<int, int> values;
+    };
+
+    static RecorderSettings settings(std::uint32_t seed) {
+        return {.rate = MTCFrameRate(seed % 4), .jitter = Uptime(1ms) * (seed % 3) / 2, .seed = seed};
+    }
+
+    int upTo(int n) { return int(_random() % std::uint32_t(n)); }
+    template <typename... Args>
+    void note(const char* what, Args... args) {
+        if (!_log) return;
+        std::printf("%9.3f %10.2f %d ", double(uptime.now().count()) / 1e9, position(), int(engine.mode.value()));
+        std::printf(what, args...);
+        std::printf("\n");
+    }
+
+    double position() { return tape.truePosition(uptime.now()); }
+    /// Mostly one of a few, so that things meet.
+    ChannelKind someChannel() {
+        const std::vector<ChannelKind> all = desk.channels();
+        return all[std::size_t(upTo(5) ? upTo(5) * 9 : upTo(int(all.size())))];
+    }
+    int someFader() { return upTo(4) ? 40 + upTo(60) : upTo(128); }
+    ChannelSwitches someSwitches() { return MIDIChannelMapping::decodeSwitchByte(std::uint8_t(upTo(128))); }
+    QList<ChannelSnapshot> randomState() {
+        QList<ChannelSnapshot> state;
+        for (const ChannelKind kind : desk.channels()) {
+            const ChannelSwitches switches = someSwitches();
+            state.append(
+                {kind, someFader(), switches.monMuted, switches.auxMuted, switches.eqOn, switches.chanMuted, {}});
+        }
+        return state;
+    }
+    Snapshot randomSnapshot() {
+        return {.id = QUuid::createUuid(), .name = {}, .createdAt = wallClock(), .channels = randomState()};
+    }
+    AutomationPass randomPass() {
+        const MTCFrameRate passRate = upTo(8) ? _tapeRate : MTCFrameRate(upTo(4));
+        AutomationPass pass{.id = QUuid::createUuid(),
+                            .name = {},
+                            .createdAt = wallClock(),
+                            .frameRate = passRate,
+                            .startTimecode = TimecodePosition::fromTotalFrames(passRate, firstFrame + upTo(200)),
+                            .events = {}};
+        if (upTo(4)) pass.initialState = randomState();
+        for (std::int64_t offset = 0; offset < 1500; offset += upTo(40))
+            pass.events.append(
+                {offset, someChannel(),
+                 upTo(4) ? PassEventValue::fader(someFader()) : PassEventValue::switches(someSwitches())});
+        return pass;
+    }
+
+    // ---- what somebody does
+
+    void act() {
+        switch (upTo(24)) {
+        case 0:
+        case 1:
+        case 2:
+        case 3:
+        case 4: return ride();
+        case 5:
+        case 6: {
+            const ChannelKind kind = someChannel();
+            note("desk switches %s", qPrintable(kind.id()));
+            return desk.setSwitches(kind, someSwitches());
+        }
+        case 7: {
+            const ChannelKind kind = someChannel();
+            const int value = someFader();
+            note("screen fader %s %d", qPrintable(kind.id()), value);
+            return screen.setFader(channel(kind), value);
+        }
+        case 8: {
+            const ChannelKind kind = someChannel();
+            note("screen mute %s", qPrintable(kind.id()));
+            return screen.setSwitch(channel(kind), &ChannelState::chanMuted, upTo(2));
+        }
+        case 9:
+        case 10:
+        case 11: return pressMode();
+        case 12:
+        case 13: return pressNull();
+        case 14: return pickPass();
+        case 15:
+        case 16:
+        case 17: return pressPlay();
+        case 18: return pressStop();
+        case 19: return upTo(2) ? locate(somewhere()) : loop();
+        case 20: return upTo(3) ? shuttle() : changeSpeed();
+        case 21: return upTo(2) ? pullTimecode() : pullOutput();
+        case 22: return upTo(2) ? recallSomething() : zero();
+        default: return nameTake();
+        }
+    }
+
+    void ride() {
+        const ChannelKind kind = someChannel();
+        int value = desk.physicalFader(kind);
+        note("ride %s from %d", qPrintable(kind.id()), value);
+        for (int n = 1 + upTo(10); n > 0; --n) {
+            value = std::clamp(value + upTo(21) - 10, 0, 127);
+            desk.moveFader(kind, value);
+            run(Uptime(1ms) * upTo(60));
+        }
+        note("ride %s to %d", qPrintable(kind.id()), value);
+    }
+    void pressMode() {
+        const AutomationMode chosen = upTo(3) ? AutomationMode::update : allAutomationModes[std::size_t(upTo(4))];
+        if (needsPass(chosen) && !engine.selectedPass.value()) return;
+        note("mode %s", qPrintable(rawValue(chosen)));
+        if (engine.mode.value() != chosen) _assertedAt = _nullAt = uptime.now();
+        engine.mode = chosen;
+        noteTakeEnd();
+    }
+    void pressNull() {
+        if (!needsPass(engine.mode.value())) return;
+        note("null %d", !engine.nullEnabled.value());
+        engine.setNullEnabled(!engine.nullEnabled.value());
+        if (engine.nullEnabled.value()) _assertedAt = _nullAt = uptime.now();
+    }
+    void pickPass() {
+        const QList<AutomationPass> all = passes.passes.value();
+        const int n = upTo(int(all.size()) + (upTo(4) == 0));
+        note("select %d", n);
+        engine.select(n < all.size() ? std::optional(all[n]) : std::nullopt);
+        _assertedAt = uptime.now();
+        if (n < all.size())
+            for (Lane& lane : _lane)
+                lane.isScreenAlone = true;
+        noteTakeEnd();
+    }
+    void pressPlay() {
+        if (tape.state() == SimulatedRecorder::State::playing) return;
+        note("play");
+        tape.play();
+    }
+    void pressStop() {
+        note("stop");
+        tape.stop();
+        if (upTo(3)) run(Uptime(1ms) * upTo(2000));
+    }
+    std::int64_t somewhere() { return firstFrame - 100 + upTo(1200); }
+    void locate(std::int64_t frame) {
+        note("locate %lld", qlonglong(frame));
+        tape.locate(TimecodePosition::fromTotalFrames(_tapeRate, frame));
+        _assertedAt = uptime.now(); // by what rolls on from there, or will
+    }
+    void loop() {
+        pressPlay();
+        const std::int64_t frame = firstFrame + upTo(800);
+        for (int n = 1 + upTo(3); n > 0; --n) {
+            run(Uptime(1ms) * (300 + upTo(1500)));
+            if (upTo(2)) ride();
+            locate(frame);
+        }
+    }
+    void shuttle() {
+        note("shuttle");
+        if (upTo(2))
+            tape.fastForward();
+        else
+            tape.rewind();
+        run(Uptime(1ms) * upTo(1500));
+        note("shuttle ends");
+        if (upTo(2))
+            tape.play();
+        else
+            tape.stop();
+    }
+    void changeSpeed() { tape.setSpeed(0.95 + 0.01 * upTo(11)); }
+    void pullTimecode() {
+        const Uptime away = Uptime(1ms) * upTo(upTo(2) ? 600 : 2500);
+        note("timecode away for %lld ms", qlonglong(away / 1ms));
+        service.unplug(SimulatedRecorder::portName, VirtualMIDIService::Ends::sources);
+        run(away / 2);
+        if (const std::int64_t to = somewhere(); !upTo(3) && std::abs(double(to) - position()) > 100)
+            locate(to); // no full frame tells
+        run(away / 2);
+        service.plug(SimulatedRecorder::portName, VirtualMIDIService::Ends::sources);
+        note("timecode back");
+    }
+    void pullOutput() {
+        _isOutputIn = !_isOutputIn;
+        note("output %s", _isOutputIn ? "back" : "gone");
+        if (_isOutputIn)
+            service.plug(SimulatedConsole::portName(), VirtualMIDIService::Ends::destinations);
+        else
+            service.unplug(SimulatedConsole::portName(), VirtualMIDIService::Ends::destinations);
+    }
+    void recallSomething() {
+        if (upTo(3) == 0) {
+            note("desk scene");
+            return desk.recallScene(upTo(SimulatedConsole::sceneCount));
+        }
+        const QList<Snapshot> all = snapshots.snapshots.value();
+        note("recall");
+        recall.recall(all[upTo(int(all.size()))]);
+    }
+    void zero() {
+        const bool sends = upTo(2);
+        note("zero %d", sends);
+        output.resetChannels(model, sends);
+        if (sends) return;
+        for (Lane& lane : _lane) {
+            lane.isScreenAlone = true;
+            lane.touchedAt = uptime.now();
+            lane.touchedFrame = position();
+            lane.touchedBy = ChangeOrigin::zero;
+        }
+    }
+    void nameTake() {
+        if (!engine.recordingPass.value() || engine.isRecording()) return;
+        checkTake(*engine.recordingPass.value());
+        note("name or discard");
+        if (upTo(2))
+            engine.finishRecording(QStringLiteral("Take"), passes);
+        else
+            engine.discardTake();
+        _assertedAt = uptime.now();
+    }
+
+    // ---- what has to be true
+
+    bool isTapeTold() { return tape.state() == SimulatedRecorder::State::playing && engine.isRolling.value(); }
+
+    void rest() {
+        for (const Uptime start = uptime.now(); uptime.now() < start + settled + 200ms;) {
+            run(50ms);
+            noteTakeEnd();
+        }
+        while (_isOutputIn && (output.isBusy() || !desk.isQuiet()))
+            run(1ms); // nothing on the cables
+        note("check");
+        for (const int cc : _lanes)
+            if (!checkLane(cc)) return;
+        if (isTapeTold() && engine.isRecording() && _isOutputIn) takeSample();
+    }
+
+    int held(int cc) {
+        if (const auto kind = MIDIChannelMapping::channelKindForFaderCC(cc)) return desk.vca(*kind);
+        return MIDIChannelMapping::encodeSwitchByte(desk.switches(*MIDIChannelMapping::channelKindForSwitchCC(cc)));
+    }
+    ChannelState& stateOf(int cc) {
+        const auto kind = MIDIChannelMapping::channelKindForFaderCC(cc);
+        return channel(kind ? *kind : *MIDIChannelMapping::channelKindForSwitchCC(cc));
+    }
+
+    bool checkLane(int cc) {
+        const std::string name = "controller " + std::to_string(cc) + " at frame " + std::to_string(position());
+        const std::optional<int> believed = output.believedValue(cc);
+        const int shown = MIDIChannelMapping::controllerValue(stateOf(cc), cc);
+        const bool isFader = cc < MIDIChannelMapping::switchCCOffset;
+        const bool isNull = engine.nullEnabled.value() && isFader;
+        _tally.lanes += believed.has_value();
+        if (believed && *believed != held(cc))
+            return fail(name + ": desk " + std::to_string(held(cc)) + " believed " + std::to_string(*believed));
+
+        Lane& lane = _lane[std::size_t(cc)];
+        const std::optional<Said> said = automation(cc);
+        if (said && said->value && _isOutputIn) {
+            const bool isCorrected = isNull && lane.touchedBy == ChangeOrigin::desk;
+            const bool isHands = lane.touchedAt >= _assertedAt && !isCorrected &&
+                                 !(said->eventAt && double(*said->eventAt) > passFrame(lane.touchedFrame) + playing);
+            if (!isHands && said->nearestEvent > playing) {
+                lane.isScreenAlone = false;
+                ++(isNull ? _tally.nulled : _tally.played);
+                if (held(cc) != *said->value)
+                    return fail(name + ": desk " + std::to_string(held(cc)) + " pass " + std::to_string(*said->value));
+                if (isNull && stateOf(cc).nullTarget.value() != said->value) return fail(name + ": NULL target");
+            }
+        }
+        if (isNull && lane.touchedBy == ChangeOrigin::desk && lane.touchedAt > std::max(_nullAt, _dumpedAt)) {
+            ++_tally.handed;
+            if (shown != lane.told)
+                return fail(name + ": screen " + std::to_string(shown) + " hand " + std::to_string(lane.told));
+        }
+        if (!believed || !_isOutputIn || isNull || lane.isScreenAlone) return true;
+        ++_tally.screens;
+        if (*believed != shown)
+            return fail(name + ": screen " + std::to_string(shown) + " believed " + std::to_string(*believed));
+        return true;
+    }
+
+    double passFrame(double frame) { return frame - double(engine.selectedPass.value()->startTimecode.totalFrames()); }
+
+    /// What a rolling READ plays on a lane.
+    std::optional<Said> automation(int cc) {
+        const std::optional<AutomationPass>& pass = engine.selectedPass.value();
+        if (engine.mode.value() != AutomationMode::read || !isTapeTold() || !pass || pass->frameRate != _tapeRate)
+            return std::nullopt;
+        return whatItSays(*pass, defaults(), cc, passFrame(position()));
+    }
+    QList<ChannelSnapshot> defaults() {
+        const auto snapshot = snapshots.defaultSnapshot();
+        return snapshot ? snapshot->channels : QList<ChannelSnapshot>();
+    }
+
+    /// Remembers what the desk holds, to compare it with the take.
+    void takeSample() {
+        if (_sampled != engine.recordingPass.value()->id) {
+            _samples.clear();
+            _sampled = engine.recordingPass.value()->id;
+        }
+        Sample sample{position(), std::nullopt, {}};
+        if (engine.mode.value() == AutomationMode::update) sample.updated = engine.selectedPass.value();
+        for (const int cc : _lanes)
+            if (!_lane[std::size_t(cc)].isScreenAlone && !_lane[std::size_t(cc)].isHeld) sample.values[cc] = held(cc);
+        _samples.push_back(std::move(sample));
+    }
+    void noteTakeEnd() {
+        if (engine.isRecording()) return;
+        for (Lane& lane : _lane)
+            lane.isHeld = false;
+    }
+    void checkTake(const AutomationPass& take) {
+        if (take.id != _sampled) return;
+        for (const Sample& sample : _samples)
+            for (const auto& [cc, value] : sample.values) {
+                const Said said =
+                    whatItSays(take, defaults(), cc, sample.frame - double(take.startTimecode.totalFrames()));
+                const double offset = sample.frame - double(take.startTimecode.totalFrames());
+                if (offset <= 0 || !said.value || said.nearestEvent <= playing) continue;
+                ++(sample.updated ? _tally.updated : _tally.written);
+                if (sample.updated && whatItSays(*sample.updated, defaults(), cc, offset).value != said.value)
+                    ++_tally.ridden;
+                if (*said.value != value) {
+                    fail("take: controller " + std::to_string(cc) + " at frame " + std::to_string(sample.frame) +
+                         ": desk " + std::to_string(value) + " take " + std::to_string(*said.value));
+                    return;
+                }
+            }
+    }
+
+    bool fail(const std::string& what) {
+        ADD_FAILURE() << what << ", mode " << qPrintable(rawValue(engine.mode.value())) << ", NULL "
+                      << engine.nullEnabled.value();
+        return false;
+    }
+
+    Tally& _tally;
+    std::minstd_rand _random;
+    const MTCFrameRate _tapeRate;
+    bool _log = false;
+    std::vector<int> _lanes;
+    std::array<Lane, MIDIChannelMapping::controllerCount> _lane;
+    Uptime _assertedAt = distantPast; // when the last thing was done upon which the engine asserts
+    Uptime _dumpedAt = distantPast;
+    Uptime _nullAt = distantPast;
+    bool _isOutputIn = true;
+    std::vector<Sample> _samples;
+    QUuid _sampled;
+    QPropertyNotifier _rollNotifier;
+};
+
+/// A failure names its seed; TESSIK_SEED=n runs that one alone and tells what is done.
+TEST(TruthToTheDesk, DeskModelAndPassAgreeWheneverTheHandsRest) {
+    const int only = qEnvironmentVariableIntValue("TESSIK_SEED");
+    const std::uint32_t first = only > 0 ? std::uint32_t(only) : 1;
+    const std::uint32_t last = only > 0 ? std::uint32_t(only) : seedCount;
+    Tally tally;
+    for (std::uint32_t seed = first; seed <= last; ++seed) {
+        SCOPED_TRACE("TESSIK_SEED=" + std::to_string(seed));
+        if (!Session(seed, tally).play()) break;
+    }
+    if (only > 0 || HasFailure()) return;
+    for (const auto& [what, count] : {std::pair{"lanes", tally.lanes},
+                                      {"screens", tally.screens},
+                                      {"played", tally.played},
+                                      {"nulled", tally.nulled},
+                                      {"written", tally.written},
+                                      {"updated", tally.updated},
+                                      {"ridden", tally.ridden},
+                                      {"handed", tally.handed},
+                                      {"seconds", tally.seconds}}) {
+        EXPECT_GT(count, std::int64_t(seedCount)) << what;
+        RecordProperty(what, std::to_string(count));
+    }
+}
+
+} // namespace
+} // namespace tessik::test
