@@ -1,42 +1,32 @@
 #include "TessikRig/TapeTimecode.h"
 
-#include <algorithm>
+#include "TessikKit/Models/DropFrame.h"
+
 #include <array>
 
 namespace tessik::TapeTimecode {
 namespace {
-
-constexpr std::int64_t droppedFramesPerTenMinutes = 10 * 60 * 30 - 9 * 2;
-constexpr std::int64_t droppedFramesPerMinute = 60 * 30 - 2;
 
 std::int64_t wrapped(std::int64_t frame, std::int64_t day) { return (frame % day + day) % day; }
 
 } // namespace
 
 std::int64_t framesPerDay(MTCFrameRate rate) {
-    return rate == MTCFrameRate::fps30Drop ? 6 * 24 * droppedFramesPerTenMinutes
+    return rate == MTCFrameRate::fps30Drop ? 6 * 24 * DropFrame::framesPerTenMinutes
                                            : std::int64_t(24) * 3600 * framesPerSecond(rate);
 }
 
 TimecodePosition label(MTCFrameRate rate, std::int64_t tapeFrame) {
-    std::int64_t frame = wrapped(tapeFrame, framesPerDay(rate));
-    if (rate == MTCFrameRate::fps30Drop) {
-        const std::int64_t tens = frame / droppedFramesPerTenMinutes;
-        const std::int64_t rest = frame % droppedFramesPerTenMinutes; // its first minute is a whole one
-        frame += 2 * (9 * tens + std::max<std::int64_t>(0, (rest - 2) / droppedFramesPerMinute));
-    }
-    return TimecodePosition::fromTotalFrames(rate, frame);
+    const std::int64_t frame = wrapped(tapeFrame, framesPerDay(rate));
+    return TimecodePosition::fromTotalFrames(rate,
+                                             rate == MTCFrameRate::fps30Drop ? DropFrame::labelOfFrame(frame) : frame);
 }
 
-std::int64_t tapeFrame(MTCFrameRate rate, const TimecodePosition& label) {
-    TimecodePosition position = label;
+std::int64_t tapeFrame(MTCFrameRate rate, const TimecodePosition& asked) {
+    TimecodePosition position = asked;
     position.frameRate = rate;
-    std::int64_t frame = position.totalFrames();
-    if (rate == MTCFrameRate::fps30Drop) {
-        const std::int64_t minutes = frame / (60 * 30);
-        frame -= 2 * (minutes - minutes / 10);
-    }
-    return wrapped(frame, framesPerDay(rate));
+    const std::int64_t label = position.totalFrames();
+    return wrapped(rate == MTCFrameRate::fps30Drop ? DropFrame::frameOfLabel(label) : label, framesPerDay(rate));
 }
 
 std::uint8_t quarterFrameByte(const TimecodePosition& label, int piece) {

@@ -89,7 +89,8 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
       window({theme, consoleModel, midiManager, midiOutput, deskEditor, mtcClock, transport, manualSettings,
               channelLabels, masterSection}),
       dialogs(window),
-      session({snapshots, passes, manualSettings, channelLabels, masterSection, locators}, dialogs, recoveryRoot) {
+      session({snapshots, passes, manualSettings, channelLabels, masterSection, locators}, dialogs, recoveryRoot),
+      _passFiles(passes, midiOutput, mtcClock, dialogs) {
     midiOutput.setupClient();
     midiOutput.refreshDestinations();
     if (const auto rate = SavedSettings::midiOutMessagesPerSecond()) midiOutput.setMessagesPerSecond(*rate);
@@ -188,6 +189,8 @@ void Application::buildAutomation() {
         new PassesPopover(passEngine, passes, window.history(), panel->addButton(QStringLiteral("passes"), {}),
                           window.drawing(), window.centralWidget());
     setHelpContext(*takes, HelpContext::passes);
+    takes->onExport = [this](const AutomationPass& pass) { _passFiles.exportPass(pass); };
+    takes->onImport = [this] { _passFiles.importPass(); };
     _observers.push_back(passEngine.selectedPass.addNotifier([this] {
         if (const auto& pass = passEngine.selectedPass.value())
             setLoadedItem(LoadedItem{LoadedItemType::pass, pass->id});

@@ -3,6 +3,7 @@
 #include "TessikAutomation/Automation/PassEngine.h"
 #include "TessikAutomation/Session/SessionController.h"
 #include "TessikAutomation/Snapshots/SnapshotRecall.h"
+#include "TessikAutomation/Views/Automation/PassFiles.h"
 #include "TessikAutomation/Views/Session/WidgetSessionDialogs.h"
 #include "TessikAutomation/Views/Window/MainWindow.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
@@ -77,6 +78,7 @@ private:
     QString loadedItemText() const;
     void showTitle();
 
+    PassFiles _passFiles;
     class CloseQuestion;
     std::unique_ptr<CloseQuestion> _closeQuestion;
     HelpMenu* _help = nullptr;

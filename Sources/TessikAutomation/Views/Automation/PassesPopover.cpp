@@ -2,6 +2,7 @@
 
 #include "TessikAutomation/Views/Controls/NameSection.h"
 
+#include <QMenu>
 #include <QUndoStack>
 
 namespace tessik {
@@ -52,6 +53,10 @@ PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& 
     addAbove(_take);
     connect(_take, &NameSection::saved, this, [this](const QString& name) { _engine.finishRecording(name, _passes); });
     connect(_take, &NameSection::dropped, this, [this] { _engine.discardTake(); });
+    auto* import = new TextButton(QStringLiteral("Import MIDI File…"), "import", this);
+    import->setToolTip(QStringLiteral("Make a pass of the desk's controllers in a Standard MIDI File"));
+    connect(import, &QPushButton::clicked, this, [this] { onImport(); });
+    addBelow(import);
     const auto changed = [this] { refreshSoon(); };
     _observers.push_back(passes.passes.addNotifier(changed));
     _observers.push_back(engine.selectedPass.addNotifier(changed));
@@ -63,6 +68,11 @@ PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& 
 void PassesPopover::prepareRow(RecordRow& row) {
     connect(&row, &QAbstractButton::clicked, this, [this, &row] { choose(row.id()); });
     connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) { _passes.rename(row.id(), name); });
+    connect(&row, &RecordRow::menuRequested, this, [this, &row](QMenu* menu) {
+        menu->addAction(QStringLiteral("Export as MIDI File…"), this, [this, id = row.id()] {
+            if (const auto pass = passOf(_passes, id)) onExport(*pass);
+        });
+    });
     connect(&row, &RecordRow::removed, this, [this, &row] {
         if (auto pass = passOf(_passes, row.id())) _history.push(new PassRemoval(_engine, _passes, *std::move(pass)));
     });

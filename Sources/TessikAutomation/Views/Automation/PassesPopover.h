@@ -19,6 +19,10 @@ public:
     PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& history, SymbolButton& button,
                   DrawingContext& drawing, QWidget* over);
 
+    // ---- what the list leaves to its owner
+    std::function<void(const AutomationPass&)> onExport;
+    std::function<void()> onImport;
+
 protected:
     void prepareRow(RecordRow& row) override;
     void refresh() override;

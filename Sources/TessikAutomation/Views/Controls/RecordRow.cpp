@@ -110,6 +110,7 @@ void RecordRow::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addAction(QStringLiteral("Rename"), this, &RecordRow::rename)->setShortcut(Qt::Key_F2);
+    Q_EMIT menuRequested(menu);
     menu->addAction(QStringLiteral("Delete"), this, &RecordRow::removed)->setShortcut(Qt::Key_Delete);
     menu->popup(event->globalPos());
 }

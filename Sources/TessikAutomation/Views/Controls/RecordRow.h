@@ -6,6 +6,7 @@
 #include <QUuid>
 
 class QHBoxLayout;
+class QMenu;
 
 namespace tessik {
 
@@ -35,6 +36,8 @@ public:
 Q_SIGNALS:
     void renamed(const QString& name);
     void removed();
+    /// The context menu is about to show; what the owner adds stands above Delete.
+    void menuRequested(QMenu* menu);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -15,10 +15,15 @@ namespace tessik {
 
 namespace {
 
-std::optional<QString> run(QFileDialog& panel) {
+std::optional<QString> run(QFileDialog& panel, const WidgetSessionDialogs::FileType& type) {
+    panel.setNameFilters({type.filter, QStringLiteral("All files (*)")});
     setHelpContext(panel, HelpContext::snapshots);
     if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty()) return std::nullopt;
     return panel.selectedFiles().constFirst();
+}
+
+WidgetSessionDialogs::FileType sessionType() {
+    return {QStringLiteral("Sessions (*.tessik)"), QStringLiteral("tessik")};
 }
 
 /// A question whose first line is `title`. The buttons are added by the caller.
@@ -36,21 +41,28 @@ public:
 
 } // namespace
 
-std::optional<QString> WidgetSessionDialogs::chooseSessionToOpen(const QString& message) {
-    QFileDialog panel(&_window, message);
+std::optional<QString> WidgetSessionDialogs::chooseToOpen(const QString& title, const FileType& type) {
+    QFileDialog panel(&_window, title);
     panel.setFileMode(QFileDialog::ExistingFile);
-    panel.setNameFilters({QStringLiteral("Sessions (*.tessik)"), QStringLiteral("All files (*)")});
-    return run(panel);
+    return run(panel, type);
+}
+
+std::optional<QString> WidgetSessionDialogs::chooseToSave(const QString& title, const FileType& type,
+                                                          const QString& proposed) {
+    QFileDialog panel(&_window, title);
+    panel.setAcceptMode(QFileDialog::AcceptSave);
+    panel.setFileMode(QFileDialog::AnyFile);
+    panel.setDefaultSuffix(type.suffix);
+    panel.selectFile(proposed);
+    return run(panel, type);
+}
+
+std::optional<QString> WidgetSessionDialogs::chooseSessionToOpen(const QString& message) {
+    return chooseToOpen(message, sessionType());
 }
 
 std::optional<QString> WidgetSessionDialogs::chooseWhereToSave(const QString& proposed) {
-    QFileDialog panel(&_window, QStringLiteral("Save Session As"));
-    panel.setAcceptMode(QFileDialog::AcceptSave);
-    panel.setFileMode(QFileDialog::AnyFile);
-    panel.setDefaultSuffix(QStringLiteral("tessik"));
-    panel.setNameFilters({QStringLiteral("Sessions (*.tessik)"), QStringLiteral("All files (*)")});
-    panel.selectFile(proposed);
-    return run(panel);
+    return chooseToSave(QStringLiteral("Save Session As"), sessionType(), proposed);
 }
 
 void WidgetSessionDialogs::alert(const QString& title, const QString& text) {
@@ -81,6 +93,7 @@ SessionDialogs::Unsaved WidgetSessionDialogs::askUnsaved(const QString& title, c
 SessionDialogs::TakeAnswer WidgetSessionDialogs::askTake(const QString& title, const QString& text,
                                                          const QString& proposedName) {
     QDialog box(&_window);
+    setHelpContext(box, HelpContext::passes);
     box.setWindowModality(Qt::WindowModal);
     auto* layout = new QGridLayout(&box);
     layout->setContentsMargins(20, 16, 20, 16);

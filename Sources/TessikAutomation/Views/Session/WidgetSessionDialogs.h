@@ -21,6 +21,14 @@ public:
     TakeAnswer askTake(const QString& title, const QString& text, const QString& proposedName) override;
     Recovery askRecovery(const QString& title, const QString& text) override;
 
+    struct FileType {
+        QString filter; ///< "Sessions (*.tessik)"
+        QString suffix; ///< "tessik"
+    };
+    /// Paths of other files; none where the user cancels.
+    std::optional<QString> chooseToOpen(const QString& title, const FileType& type);
+    std::optional<QString> chooseToSave(const QString& title, const FileType& type, const QString& proposed);
+
 private:
     QWidget& _window;
 };

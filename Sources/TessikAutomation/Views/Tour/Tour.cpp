@@ -3,8 +3,11 @@
 #include "TessikAutomation/Views/Metrics.h"
 
 #include <QApplication>
-#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QTimer>
 
 namespace tessik {
@@ -38,6 +41,7 @@ int Tour::run() {
     readBack();
     updateTake();
     nullParked();
+    exchangeMIDIFile();
     saveSession();
     zeroConsole();
     crashAndRecover();
@@ -78,6 +82,17 @@ void Tour::answerDialog(std::function<bool(QDialog&)> answer) {
         answer(*dialog) ? timer->deleteLater() : timer->start(dialogInterval);
     });
     timer->start(dialogInterval);
+}
+
+void Tour::answerFileDialog(const QString& path) {
+    answerDialog([path](QDialog& dialog) {
+        auto* panel = qobject_cast<QFileDialog*>(&dialog);
+        if (!panel) return false;
+        panel->findChild<QLineEdit*>()->setText(path);
+        const bool saves = panel->acceptMode() == QFileDialog::AcceptSave;
+        panel->findChild<QDialogButtonBox*>()->button(saves ? QDialogButtonBox::Save : QDialogButtonBox::Open)->click();
+        return true;
+    });
 }
 
 void Tour::compareDesk() {

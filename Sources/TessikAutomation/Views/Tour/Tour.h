@@ -38,6 +38,7 @@ private:
     void readBack();
     void updateTake();
     void nullParked();
+    void exchangeMIDIFile();
     void saveSession();
     void zeroConsole();
     void crashAndRecover();
@@ -59,6 +60,10 @@ private:
     /// Gives the take that waits its name, in the popover that opened for it.
     void saveTake(const QString& name);
     void compareCurves(const TapeCurves& played, const TapeCurves& expected, const QString& statement);
+    /// Answers the next file dialog with that path.
+    void answerFileDialog(const QString& path);
+    /// Chooses from the context menu of the pass at the top of the list.
+    void chooseFromPassMenu(const QString& text);
     void pressKey(Qt::Key key);
     void click(QWidget& widget);
     void typeInto(QWidget& field, const QString& text);

@@ -4,7 +4,9 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QFileInfo>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 
 #include <cmath>
@@ -317,6 +319,43 @@ void Tour::nullParked() {
     _guide.check(_app.passEngine.mode.value() == AutomationMode::off && !_app.passEngine.nullEnabled.value(),
                  QStringLiteral("NULL and READ are off"));
     compareDesk();
+}
+
+void Tour::chooseFromPassMenu(const QString& text) {
+    auto* row = _app.window.findChild<PassesPopover*>()->findChild<RecordRow*>();
+    QContextMenuEvent asked(QContextMenuEvent::Mouse, row->rect().center(), row->mapToGlobal(row->rect().center()));
+    QApplication::sendEvent(row, &asked);
+    auto* menu = row->findChild<QMenu*>();
+    _guide.picture(*menu, QStringLiteral("pass-menu"));
+    menu->close();
+    for (QAction* action : menu->actions())
+        if (action->text() == text) return action->trigger();
+    _guide.check(false, QStringLiteral("the menu has “%1”").arg(text));
+}
+
+void Tour::exchangeMIDIFile() {
+    _guide.beginStep(QStringLiteral("A pass goes to a MIDI file and comes back"));
+    auto* popover = _app.window.findChild<PassesPopover*>();
+    popover->open();
+    const AutomationPass pass = _app.passes.passes.value().constFirst();
+    const QString path = _folder.filePath(QStringLiteral("Ride.mid"));
+    QFile::remove(path);
+    answerFileDialog(path);
+    chooseFromPassMenu(QStringLiteral("Export as MIDI File…"));
+    _guide.check(_guide.waitFor([&path] { return QFile::exists(path); }),
+                 QStringLiteral("“%1” is in a file of %2 bytes").arg(pass.name).arg(QFileInfo(path).size()));
+    answerFileDialog(path);
+    click(*popover->findChild<QAbstractButton*>(QStringLiteral("import")));
+    const auto imported = [this, &pass] {
+        const QList<AutomationPass> all = _app.passes.passes.value();
+        return std::find_if(all.begin(), all.end(), [&pass](const AutomationPass& each) {
+                   return each.id != pass.id && each.name == pass.name && each.events == pass.events &&
+                          each.initialState == pass.initialState && each.startTimecode == pass.startTimecode;
+               }) != all.end();
+    };
+    _guide.check(_guide.waitFor(imported), QStringLiteral("the pass from the file is the same, event for event"));
+    _guide.picture(_app.window, QStringLiteral("imported"));
+    popover->close();
 }
 
 void Tour::zeroConsole() {

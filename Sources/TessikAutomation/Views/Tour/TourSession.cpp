@@ -1,9 +1,7 @@
 #include "TessikAutomation/Session/SessionReader.h"
 #include "TessikAutomation/Views/Tour/Tour.h"
 
-#include <QDialogButtonBox>
-#include <QFileDialog>
-#include <QLineEdit>
+#include <QDialog>
 #include <QProcess>
 #include <QPushButton>
 
@@ -41,13 +39,7 @@ void Tour::saveSession() {
     _guide.check(_app.session.hasUnsavedChanges.value(), QStringLiteral("the session counts as changed"));
     _sessionFile = _folder.filePath(QStringLiteral("Late Night Mix.tessik"));
     QFile::remove(_sessionFile);
-    answerDialog([this](QDialog& dialog) {
-        auto* panel = qobject_cast<QFileDialog*>(&dialog);
-        if (!panel) return false;
-        panel->findChild<QLineEdit*>()->setText(_sessionFile);
-        panel->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
-        return true;
-    });
+    answerFileDialog(_sessionFile);
     _app.session.saveAs();
     _guide.check(_guide.waitFor([this] { return !_app.session.hasUnsavedChanges.value(); }),
                  QStringLiteral("the session is saved"));
