@@ -41,7 +41,7 @@ inline constexpr int miniFaderHeight = 64;
 
 // ---- a channel strip from its BYPASS down
 inline constexpr int stripMargin = 6;
-inline constexpr int narrowStripMargin = 4; ///< of groups
+inline constexpr int narrowStripMargin = 3; ///< of groups
 inline constexpr int eqBesideWidth = 18;
 inline constexpr int bypassTop = 3;
 inline constexpr int barTop = bypassTop + keyHeight + 4;
@@ -67,6 +67,7 @@ inline constexpr int capHeight = 54;
 inline constexpr int grooveWidth = 6;
 inline constexpr int faderScaleWidth = 34;
 inline constexpr int grooveGap = 5;      ///< from the groove to its ticks
+inline constexpr int scaleMargin = 3;    ///< at least, beside the scale
 inline constexpr int minTickSpacing = 4; ///< closer marks are left out
 inline constexpr int minLabelSpacing = 10;
 inline constexpr int dragThreshold = 3; ///< a click that moves less leaves a fader where it is

@@ -4,10 +4,13 @@
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
 
+#include <QFontMetricsF>
+
 namespace tessik {
 namespace {
 
 constexpr int glowReach = 7;
+constexpr int legendMargin = 6; // of the two sides; a wider legend is set tighter
 
 } // namespace
 
@@ -17,7 +20,6 @@ void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key
     const QColor color = look.tints.*_color;
     const QColor plate = hovered ? blend(look.palette.switchOffFill, Qt::white, look.isDark() ? 0.07 : 0.25)
                                  : look.palette.switchOffFill;
-    const QFont font = Type::font(8 * canvas.scale, QFont::DemiBold, 0.3 * canvas.scale);
     if (!_showsLED) {
         const QFont bold = Type::font(9 * canvas.scale, QFont::Bold, 0.6 * canvas.scale);
         if (on)
@@ -42,6 +44,9 @@ void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key
     }
     Parts::lamp(painter, lamp, canvas.scale, color, on);
     const QRect legend(key.x(), lamp.bottom() + 1, key.width(), key.bottom() - lamp.bottom() - canvas.line());
+    QFont font = Type::font(8 * canvas.scale, QFont::DemiBold, 0.3 * canvas.scale);
+    if (QFontMetricsF(font).horizontalAdvance(_label) > legend.width() - canvas.px(legendMargin))
+        font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
     const QColor lit = look.isDark() ? look.tints.litLegend : QColor(Qt::black);
     Type::draw(painter, legend, Qt::AlignHCenter, _label, font, on ? lit : look.tints.legend);
 }

@@ -42,9 +42,9 @@ double FaderTrackView::valueAt(const QRect& rect, double y) const {
 
 int FaderTrackView::grooveX(const QRect& rect) const {
     // Labels, ticks, gap, groove, gap, ticks, with the free width shared by both sides.
-    const int tick = qRound(scaleWidth * 0.4);
-    const int content = scaleWidth + tick + grooveWidth + 2 * Metrics::grooveGap;
-    return rect.x() + (rect.width() - content) / 2 + scaleWidth + Metrics::grooveGap;
+    const int content = scaleWidth + tickWidth() + grooveWidth + 2 * Metrics::grooveGap;
+    const int margin = std::max((rect.width() - content) / 2, Metrics::scaleMargin);
+    return rect.x() + margin + scaleWidth + Metrics::grooveGap;
 }
 
 QRect FaderTrackView::capRect(const QRect& rect, double value) const {
@@ -70,12 +70,14 @@ void FaderTrackView::paintScale(Canvas& canvas, const QRect& rect) const {
     const int left = canvas.px(x - Metrics::grooveGap);
     const int right = canvas.px(x + grooveWidth + Metrics::grooveGap);
     const int thickness = canvas.line();
+    // Where the strip is narrow, it is the ticks on the right that are short of room.
+    const int room = canvas.px(rect.right() + 1 - Metrics::scaleMargin) - right;
     const auto tick = [&](double y, int length, const QColor& color) {
         const int top = canvas.px(y) - thickness / 2;
         painter.fillRect(QRect(left - length, top, length, thickness), color);
-        painter.fillRect(QRect(right, top, length, thickness), color);
+        painter.fillRect(QRect(right, top, std::min(length, room), thickness), color);
     };
-    const int longTick = canvas.px(qRound(scaleWidth * 0.4));
+    const int longTick = canvas.px(tickWidth());
     const int shortTick = longTick / 2;
 
     // Short ticks between two marks, each a whole number of decibels or an even share of them, as there is room.
@@ -100,8 +102,7 @@ void FaderTrackView::paintScale(Canvas& canvas, const QRect& rect) const {
         for (const double other : taken)
             if (std::abs(other - y) < Metrics::minLabelSpacing) return;
         taken.push_back(y);
-        const QRect box =
-            canvas.px(QRectF(rect.x(), y - 6, x - Metrics::grooveGap - qRound(scaleWidth * 0.4) - 4 - rect.x(), 12));
+        const QRect box = canvas.px(QRectF(rect.x(), y - 6, x - Metrics::grooveGap - tickWidth() - 3 - rect.x(), 12));
         const QColor color = zero ? look.tints.scaleZero : withAlpha(look.tints.legend, 0.85);
         Type::draw(painter, box, Qt::AlignRight, Type::typeset(mark.label), zero ? zeroFont : font, color);
     };

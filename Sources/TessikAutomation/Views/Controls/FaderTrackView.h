@@ -44,6 +44,7 @@ public:
     Range range() const override { return {0, 127, 1}; }
 
 private:
+    int tickWidth() const { return qRound(scaleWidth * 0.4); }
     int grooveX(const QRect& rect) const;
     void paintScale(Canvas& canvas, const QRect& rect) const;
 };

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double dragTravel = 150;
 constexpr double pointerStep = 1.5; // degrees between two pictures of the pointer
-constexpr int positionsRoom = 20;   // for the names of a selector's positions
+constexpr int positionsRoom = 24;   // for the names of a selector's positions
 // Their addresses name pictures that knobs of one size share.
 constexpr char pointerSprite = 0;
 constexpr char hoverSprite = 0;
@@ -46,7 +46,7 @@ void RotaryKnob::paintPositions(Canvas& canvas, const QRect& rect) const {
     const QFont font = Type::font(8 * canvas.scale, QFont::DemiBold);
     for (int i = 0; i < count; ++i) {
         const double radians = angle(i) * M_PI / 180;
-        const double away = knob.width() / 2.0 + 14 * canvas.scale;
+        const double away = knob.width() / 2.0 + 11.5 * canvas.scale;
         QRect box(0, 0, canvas.px(26), canvas.px(10));
         const QPointF centre =
             QRectF(knob).center() + QPointF(std::sin(radians) * away * 1.15, -std::cos(radians) * away);

@@ -16,8 +16,8 @@ public:
     int diameter = Metrics::knobDiameter; ///< at most; less in a place that is too small for it and its marks
     bool polarized = false;               ///< its middle is marked
     bool showsPositionScale = true;
-    double minAngle = -150;
-    double maxAngle = 150;
+    double minAngle = -135;
+    double maxAngle = 135;
     int tickCount = 11;
 
     double angle(double value) const { return minAngle + travel.position(value) * (maxAngle - minAngle); }

@@ -41,11 +41,7 @@ QRect auxMuteRect(QSize strip) {
 QRect readoutRect(QSize strip) { return row(strip, strip.height() - stripBottom - readoutHeight, readoutHeight); }
 QRect nullRect(QSize strip) { return row(strip, readoutRect(strip).top() - rowGap - nullHeight, nullHeight); }
 QRect muteRect(QSize strip) { return row(strip, nullRect(strip).top() - rowGap - muteHeight, muteHeight); }
-QRect faderRect(QSize strip) {
-    // On a narrow strip a little to the right, so that the labels of the scale keep clear of the seam.
-    const int x = strip.width() < inputChannelStripWidth ? 4 : 0;
-    return {x, faderTop, strip.width() - x, muteRect(strip).top() - rowGap - faderTop};
-}
+QRect faderRect(QSize strip) { return {0, faderTop, strip.width(), muteRect(strip).top() - rowGap - faderTop}; }
 
 void paintFace(Canvas& canvas, QSize strip) {
     const Palette& palette = canvas.look.palette;

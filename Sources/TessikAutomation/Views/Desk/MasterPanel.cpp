@@ -2,6 +2,7 @@
 
 #include "TessikAutomation/Views/Desk/ManualControls.h"
 #include "TessikAutomation/Views/Desk/ModulePanel.h"
+#include "TessikAutomation/Views/Desk/NamePlate.h"
 #include "TessikAutomation/Views/Desk/StripSubject.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
@@ -23,14 +24,24 @@ constexpr int rightWidth = 300;
 constexpr int halfWidth = rightWidth / 2 - 6;
 constexpr int secondHalf = right + rightWidth - halfWidth;
 constexpr int returnWidth = leftWidth / effectsReturnCount;
-constexpr int largeKnob = 36;
-constexpr int levelKnob = 44;
-constexpr int maxKnobHeight = 58;
-constexpr int maxKeyHeight = 24;
+constexpr int auxKnob = 34;
+constexpr int largeKnob = 46;
+constexpr int levelKnob = 58;
+constexpr int maxKnobHeight = largeKnob + 24;
+constexpr int maxKeyHeight = 27;
 constexpr int selectorHeight = 62;
+constexpr int maxSelectorHeight = 68;
+constexpr int levelHeight = 3 * keyPitch;
 constexpr int keyBlockHeight = 3 * 20; // of three rows of keys
 constexpr int framePadding = 4;
 constexpr int blockGap = 6;
+constexpr int maxRowsHeight = 540; // what a panel is higher, the maker's plate has
+
+/// What is left above the rows for the maker's plate.
+int plateHeight(int panelHeight) {
+    const int rest = panelHeight - maxRowsHeight;
+    return rest < namePlateMinHeight ? 0 : rest;
+}
 
 /// Rows from the top down. What the panel has beyond their heights is shared by weight.
 class Rows {
@@ -42,7 +53,7 @@ public:
     int count() const { return int(_rows.size()); }
     /// The upper edge of a row's share; of the row after the last, the lower end.
     double top(int row, int panelHeight) const {
-        double y = moduleTop;
+        double y = plateHeight(panelHeight) + moduleTop;
         for (int i = 0; i < row; ++i)
             y += _rows[std::size_t(i)].height + share(panelHeight) * _rows[std::size_t(i)].weight;
         return y;
@@ -66,7 +77,7 @@ private:
             height += row.height;
             weight += row.weight;
         }
-        return std::max(0.0, panelHeight - height) / weight;
+        return std::max(0.0, panelHeight - plateHeight(panelHeight) - height) / weight;
     }
 
     std::vector<Row> _rows;
@@ -240,7 +251,7 @@ void addAuxMasters(Builder& b, const std::shared_ptr<Rows>& rows) {
     int x = left;
     for (double Master::*field : {&Master::aux1Level, &Master::aux2Level, &Master::aux3Level, &Master::aux4Level,
                                   &Master::aux5Level, &Master::aux6Level}) {
-        b.knob(field, b.knobPlace(rows, knobs, x, leftWidth / 6), largeKnob);
+        b.knob(field, b.knobPlace(rows, knobs, x, leftWidth / 6), auxKnob);
         x += leftWidth / 6;
     }
     b.frame(rows, title, left, leftWidth);
@@ -261,7 +272,7 @@ void addControlRoom(Builder& b, const std::shared_ptr<Rows>& rows) {
         for (int j = 0; j < 3; ++j)
             b.toggle(sources[i][j], b.key(rows, keys, right + j * sourceWidth, sourceWidth - keyGap, i, 3));
     constexpr int knobX = right + 3 * sourceWidth;
-    b.knob(&Master::controlRoomLevel, b.at(rows, keys, knobX, keysX - knobX, 3 * keyPitch), levelKnob);
+    b.knob(&Master::controlRoomLevel, b.at(rows, keys, knobX, keysX - knobX, levelHeight + 20), levelKnob);
     for (int i = 0; i < 2; ++i)
         for (int j = 0; j < 2; ++j)
             b.toggle(monitors[i][j], b.key(rows, keys, keysX + j * keyWidth, keyWidth - keyGap, i, 3));
@@ -308,7 +319,7 @@ void addMeterAndOscillator(Builder& b, const std::shared_ptr<Rows>& rows) {
     const std::array<bool Master::*, 3> keys{&Master::meterStudio, &Master::meterCR, &Master::meterStereo};
     for (int i = 0; i < 3; ++i)
         b.toggle(keys[std::size_t(i)], b.key(rows, row, right + 20, halfWidth - 40, i, 3));
-    b.knob(&Master::oscFrequencyPosition, b.at(rows, row, secondHalf, selectorWidth, selectorHeight));
+    b.knob(&Master::oscFrequencyPosition, b.at(rows, row, secondHalf, selectorWidth, maxSelectorHeight), auxKnob);
     b.toggle(&Master::oscTone, b.key(rows, row, secondHalf + selectorWidth, halfWidth - selectorWidth, 1, 3));
     b.frame(rows, title, right, halfWidth);
     b.frame(rows, title, secondHalf, halfWidth);
@@ -339,6 +350,8 @@ ControlTable<MasterSubject> makeTable() {
     b.table.kind.paintFace = [titles = b.titles, frames = b.frames](Canvas& canvas, QSize panel) {
         const QRect whole = canvas.px(QRectF(QPointF(), panel));
         Parts::modulePanel(canvas.painter, whole, canvas.scale, canvas.look.palette.masterPanelBackground, canvas.look);
+        if (const int plate = plateHeight(panel.height()))
+            paintNamePlate(canvas, {0, moduleTop, panel.width(), plate - moduleTop});
         for (const auto& frame : frames)
             paintFrame(canvas, frame(panel));
         for (const Print& title : titles) {

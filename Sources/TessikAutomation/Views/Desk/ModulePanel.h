@@ -18,6 +18,10 @@ template <typename Record>
 RotaryKnob knob(const RecordControl<Record>& control) {
     RotaryKnob view(control.title, control.travel, control.tint);
     view.polarized = control.travel.hasCenterDetent;
+    if (!control.travel.positions.isEmpty()) { // its ends keep clear of the legend
+        view.minAngle = -110;
+        view.maxAngle = 110;
+    }
     return view;
 }
 

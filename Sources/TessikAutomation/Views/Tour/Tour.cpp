@@ -35,6 +35,7 @@ int Tour::run() {
     hearScene();
     handMoves();
     screenMoves();
+    writeDown();
     loseTheCable();
     rollTape();
     writeTake();
@@ -53,12 +54,6 @@ int Tour::run() {
 void Tour::pressKey(Qt::Key key) {
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
     QApplication::sendEvent(_app.window.centralWidget(), &press);
-}
-
-void Tour::click(QWidget& widget) {
-    const QPointF at = QRectF(widget.rect()).center();
-    sendMouse(widget, QEvent::MouseButtonPress, at, Qt::LeftButton);
-    sendMouse(widget, QEvent::MouseButtonRelease, at, Qt::NoButton);
 }
 
 void Tour::typeInto(QWidget& field, const QString& text) {
@@ -121,9 +116,12 @@ void Tour::clickControl(ControlHost& host, const QString& control) {
     const int index = host.controlIndex(control);
     _guide.check(index >= 0, QStringLiteral("there is a control %1").arg(control));
     if (index < 0) return;
-    const QPointF at = QRectF(host.controlRect(index)).center();
-    sendMouse(host, QEvent::MouseButtonPress, at, Qt::LeftButton);
-    sendMouse(host, QEvent::MouseButtonRelease, at, Qt::NoButton);
+    click(host, QRectF(host.controlRect(index)).center());
+}
+
+void Tour::click(QWidget& widget, QPointF at) {
+    sendMouse(widget, QEvent::MouseButtonPress, at, Qt::LeftButton);
+    sendMouse(widget, QEvent::MouseButtonRelease, at, Qt::NoButton);
 }
 
 void Tour::dragFader(ChannelKind kind, int from, int to) {
@@ -134,12 +132,16 @@ void Tour::dragFader(ChannelKind kind, int from, int to) {
     const auto place = [&](int value) {
         return QPointF(rect.center().x(), rect.bottom() - capHeight / 2 - (rect.height() - capHeight) * value / 127.0);
     };
-    sendMouse(*strip, QEvent::MouseButtonPress, place(from), Qt::LeftButton);
+    drag(*strip, place(from), place(to));
+}
+
+void Tour::drag(ControlHost& host, QPointF from, QPointF to) {
+    sendMouse(host, QEvent::MouseButtonPress, from, Qt::LeftButton);
     for (int step = 1; step <= 20; ++step) {
-        sendMouse(*strip, QEvent::MouseMove, place(from + (to - from) * step / 20), Qt::LeftButton);
+        sendMouse(host, QEvent::MouseMove, from + (to - from) * step / 20, Qt::LeftButton);
         _guide.passTime(5);
     }
-    sendMouse(*strip, QEvent::MouseButtonRelease, place(to), Qt::NoButton);
+    sendMouse(host, QEvent::MouseButtonRelease, to, Qt::NoButton);
 }
 
 } // namespace tessik

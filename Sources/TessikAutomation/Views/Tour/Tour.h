@@ -32,6 +32,7 @@ private:
     void hearScene();
     void handMoves();
     void screenMoves();
+    void writeDown();
     void loseTheCable();
     void rollTape();
     void writeTake();
@@ -65,12 +66,15 @@ private:
     /// Chooses from the context menu of the pass at the top of the list.
     void chooseFromPassMenu(const QString& text);
     void pressKey(Qt::Key key);
-    void click(QWidget& widget);
+    void click(QWidget& widget) { click(widget, QRectF(widget.rect()).center()); }
+    void click(QWidget& widget, QPointF at);
     void typeInto(QWidget& field, const QString& text);
     /// A key of the automation by its legend.
     QAbstractButton& automationKey(const char* legend);
     void clickControl(ControlHost& host, const QString& control);
     void dragFader(ChannelKind kind, int from, int to);
+    void drag(ControlHost& host, QPointF from, QPointF to);
+    void labelChannels();
 
     Application& _app;
     Rig& _rig;

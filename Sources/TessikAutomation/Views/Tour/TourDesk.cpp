@@ -1,4 +1,11 @@
+#include "TessikAutomation/Views/Desk/ManualControls.h"
+#include "TessikAutomation/Views/Desk/ScribbleEditor.h"
 #include "TessikAutomation/Views/Tour/Tour.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+
+#include <random>
 
 namespace tessik {
 
@@ -64,6 +71,103 @@ void Tour::screenMoves() {
                      std::abs(_rig.desk.vca(ChannelKind::stereo()) - 106) <= 1,
                  QStringLiteral("the desk's VCAs stand where the faders were dragged"));
     _guide.picture(_app.window, QStringLiteral("screen-moves"));
+}
+
+namespace {
+
+struct Named {
+    const char* name;
+    int swatch;
+};
+constexpr int leadSwatch = 7;
+constexpr Named inputNames[]{{"Kick In", 1}, {"Kick Out", 1}, {"Snare", 1},   {"Hat", 1},
+                             {"Tom 1", 1},   {"Tom 2", 1},    {"OH L", 1},    {"OH R", 1},
+                             {"Bass DI", 2}, {"Bass Mic", 2}, {"Gtr L", 5},   {"Gtr R", 5},
+                             {"Keys L", 4},  {"Keys R", 4},   {"Organ", 4},   {"Lead Vox", leadSwatch},
+                             {"BV 1", 8},    {"BV 2", 8},     {"BV 3", 8},    {"Perc", 3},
+                             {"Shaker", 3},  {"Brass 1", 6},  {"Brass 2", 6}, {"Sax", 6},
+                             {"Strings", 6}, {"Pad", 4},      {"Loop", 0},    {"Click", 0},
+                             {"Room L", 1},  {"Room R", 1},   {"Talk", 0},    {"Tape", 0}};
+constexpr Named groupNames[]{{"Drums", 1}, {"Bass", 2},  {"Guitars", 5}, {"Keys", 4},
+                             {"Vox", 8},   {"Brass", 6}, {"Perc", 3},    {"FX", 8}};
+
+/// Positions as a mix has them: most of a record away from where it was zeroed.
+template <typename Record>
+void turnKnobs(Record& record, const RecordControls<Record>& controls, std::mt19937& random) {
+    const auto between = [&](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    for (const RecordControl<Record>& control : controls.list) {
+        if (control.isSwitch())
+            record.*std::get<0>(control.field) = between(0, 1) < 0.22;
+        else if (!control.travel.positions.isEmpty())
+            record.*std::get<1>(control.field) = 3;
+        else
+            record.*std::get<1>(control.field) = control.travel.valueUnderHand(between(0.22, 0.78));
+    }
+}
+
+} // namespace
+
+void Tour::labelChannels() {
+    DeskView& desk = _app.window.desk();
+    clickControl(*desk.strip(ChannelKind::input(1)), QStringLiteral("scribble"));
+    ScribbleEditor& editor = desk.scribbleEditor();
+    const auto press = [&](int key, const QString& text) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QApplication::sendEvent(&editor.field(), &event);
+    };
+    const auto label = [&](const Named& named) {
+        for (const char letter : QLatin1String(named.name))
+            press(0, QString(QLatin1Char(letter)));
+        click(editor, QRectF(editor.swatchRect(named.swatch)).center());
+        if (named.swatch == leadSwatch) {
+            _guide.passTime(300); // the strip is brought into view
+            _guide.picture(_app.window, QStringLiteral("scribble-editing"));
+        }
+        press(Qt::Key_Tab, {});
+    };
+    for (const Named& named : inputNames)
+        label(named);
+    label({"Mix", 0});
+    for (const Named& named : groupNames)
+        label(named);
+    press(Qt::Key_Return, {});
+    desk.inputs().scrollTo(0);
+}
+
+void Tour::writeDown() {
+    _guide.beginStep(QStringLiteral("Label the channels, and write down what has no MIDI"));
+    labelChannels();
+    const auto labels = _app.channelLabels.labelsByChannelID.value();
+    _guide.check(labels.size() == channelCount && labels.value(QStringLiteral("group-8")).name == QLatin1String("FX"),
+                 QStringLiteral("%1 channels are labelled, with Tab from one to the next").arg(labels.size()));
+    _guide.check(_app.window.history().count() == channelCount, QStringLiteral("each label can be taken back"));
+
+    std::mt19937 random(11);
+    for (const ChannelState* channel : _app.consoleModel.allVisibleChannels()) {
+        ManualChannelSettings settings;
+        turnKnobs(settings, ManualControls::channel(), random);
+        settings.lineSource = settings.pad = settings.solo = settings.manualMute = settings.bypass = false;
+        settings.assignStereo = true;
+        _app.manualSettings.store(channel->id, settings);
+    }
+    MasterSectionSettings master;
+    turnKnobs(master, ManualControls::masterSection(), random);
+    for (EffectsReturnSettings& effects : master.effectsReturns)
+        turnKnobs(effects, ManualControls::effectsReturn(), random);
+    _app.masterSection.setSettings(master);
+
+    ControlHost& module = *_app.window.desk().inputModule(2);
+    const QPointF knob = QRectF(module.controlRect(module.controlIndex(QStringLiteral("eqHiMidGain")))).center();
+    const double before = _app.manualSettings.settings(QStringLiteral("input-2")).eqHiMidGain;
+    const int steps = _app.window.history().count();
+    drag(module, knob, knob - QPointF(0, 30));
+    const double after = _app.manualSettings.settings(QStringLiteral("input-2")).eqHiMidGain;
+    _guide.check(std::abs(after - std::min(before + 6, 15.0)) < 0.76,
+                 QStringLiteral("a knob dragged by 30 pixels went from %1 to %2 dB").arg(before).arg(after));
+    _guide.check(_app.window.history().count() == steps + 1, QStringLiteral("the drag is one step to take back"));
+    _guide.picture(_app.window, QStringLiteral("written-down"));
 }
 
 void Tour::loseTheCable() {

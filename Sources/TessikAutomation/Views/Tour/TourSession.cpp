@@ -12,7 +12,7 @@ namespace tessik {
 void Tour::fillSession(const QString& name) {
     _app.snapshots.save(_app.snapshotRecall.capture(name, currentSecond()));
     _app.snapshots.setDefault(_app.snapshots.snapshots.value().constLast().id);
-    _app.channelLabels.update({name, QStringLiteral("E0553F")}, QStringLiteral("input-1"));
+    _app.channelLabels.update({name, QStringLiteral("E0553F")}, QStringLiteral("input-31"));
     ManualChannelSettings manual = _app.manualSettings.settings(QStringLiteral("input-5"));
     manual.eqHiMidGain += 1.5;
     _app.manualSettings.store(QStringLiteral("input-5"), manual);
@@ -69,7 +69,7 @@ void Tour::crashAndRecover() {
     const QList<AutomationPass> passes = _app.passes.passes.value();
     _guide.check(passes.size() == 1 && passes[0].name == QLatin1String("Crash") && passes[0].events.size() == 1000,
                  QStringLiteral("the crashed copy's pass is here"));
-    _guide.check(_app.channelLabels.labelsByChannelID.value().value(QStringLiteral("input-1")).name ==
+    _guide.check(_app.channelLabels.labelsByChannelID.value().value(QStringLiteral("input-31")).name ==
                          QLatin1String("Crash") &&
                      _app.snapshots.defaultSnapshot() && _app.locators.end() &&
                      _app.manualSettings.settings(QStringLiteral("input-5")).eqHiMidGain == 1.5 &&

@@ -14,6 +14,7 @@ namespace tessik {
 namespace {
 
 constexpr int margin = 12;
+constexpr int minTitleWidth = 96; // in less the session's name says nothing; the window's title has it too
 
 void paintGear(QPainter& painter, const QRectF& rect, const QColor& color) {
     QPainterPath gear;
@@ -81,21 +82,10 @@ void HeaderView::paintEvent(QPaintEvent*) {
     painter.fillRect(QRect(0, whole.height() - canvas.line(), whole.width(), canvas.line()),
                      withAlpha(Qt::black, 0.75));
 
-    // Name plate, while no panel stands in its place.
-    if (!_transport) {
-        const QFont name = Type::font(22 * canvas.scale, QFont::Bold, 5 * canvas.scale);
-        const QFont line = Type::font(9 * canvas.scale, QFont::DemiBold, 2.6 * canvas.scale);
-        const QRect upper = canvas.px(QRectF(20, 14, 400, 26));
-        const QRect lower = canvas.px(QRectF(21, 43, 400, 12));
-        const QColor relief = withAlpha(look.isDark() ? Qt::black : Qt::white, 0.7);
-        Type::draw(painter, upper.translated(0, canvas.line()), Qt::AlignLeft, QStringLiteral("TESSIK"), name, relief);
-        Type::draw(painter, upper, Qt::AlignLeft, QStringLiteral("TESSIK"), name, look.tints.text);
-        Type::draw(painter, lower, Qt::AlignLeft, QStringLiteral("CONSOLE AUTOMATION"), line, look.tints.secondaryText);
-    }
-
     const int right = _settings->x() - margin;
     const QWidget* neighbour = _automation ? _automation : _transport;
     const int left = std::max(neighbour ? neighbour->geometry().right() + margin : 0, right - 420);
+    if (right - left < minTitleWidth) return;
     const auto line = [&](int top, int height, const QString& text, const QFont& font, const QColor& color) {
         const QRect rect = canvas.px(QRectF(left, top, right - left, height));
         Type::draw(painter, rect, Qt::AlignRight, QFontMetrics(font).elidedText(text, Qt::ElideRight, rect.width()),

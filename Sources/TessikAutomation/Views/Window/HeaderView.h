@@ -13,7 +13,7 @@ class HeaderView final : public QWidget {
 public:
     explicit HeaderView(DrawingContext& drawing, QWidget* parent = nullptr);
 
-    /// Places a panel at the left end, in place of the name plate.
+    /// Places a panel at the left end.
     void setTransportPanel(QWidget* panel);
     /// Places a panel right of the transport.
     void setAutomationPanel(QWidget* panel);
