@@ -24,6 +24,7 @@ void MIDIDestinationPort::refreshDestinations() {
         statusText = chosen ? _label + QStringLiteral(": ") + chosen->name : _label + QStringLiteral(": reconnecting…");
     }
     const MIDIEndpointRef before = std::exchange(_reachable, handle());
+    if (_reachable != before) refusal = 0;
     if (_reachable != before && onChange) onChange(_reachable ? Change::back : Change::gone);
 }
 
@@ -33,12 +34,17 @@ void MIDIDestinationPort::selectDestination(std::optional<std::int32_t> uniqueID
     const MIDIDestinationInfo* chosen = destination();
     statusText = chosen ? _label + QStringLiteral(": ") + chosen->name : QStringLiteral("Not connected");
     _reachable = handle();
+    refusal = 0;
     if (another && onChange) onChange(Change::chosen);
 }
 
 MIDIStatus MIDIDestinationPort::send(std::span<const std::uint32_t> words) {
     const MIDIDestinationInfo* chosen = destination();
-    return chosen ? _service.send(_outputPort, chosen->endpoint, words) : midiUnknownHandle;
+    if (!chosen) return midiUnknownHandle;
+    const MIDIStatus status = _service.send(_outputPort, chosen->endpoint, words);
+    if (status == 0) sentCount = sentCount.value() + 1;
+    if (status != midiWouldBlock) refusal = status;
+    return status;
 }
 
 const MIDIDestinationInfo* MIDIDestinationPort::destination() const {

@@ -40,6 +40,10 @@ public:
     /// "Not connected"; label + ": " + name; label + ": reconnecting…".
     QProperty<QString> statusText{QStringLiteral("Not connected")};
 
+    QProperty<std::int64_t> sentCount{0}; ///< calls of `send` that went out
+    /// Why the destination refused what was sent last; 0 where it did not, or is not there.
+    QProperty<MIDIStatus> refusal{0};
+
     MIDIClientRef client() const { return _client; }
     MIDIPortRef outputPort() const { return _outputPort; }
 

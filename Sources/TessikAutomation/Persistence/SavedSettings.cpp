@@ -2,6 +2,7 @@
 
 #include "TessikKit/MIDI/Log.h"
 
+#include <QCoreApplication>
 #include <QSettings>
 
 #include <algorithm>
@@ -42,9 +43,14 @@ void write(QLatin1String key, const QVariant& value) {
     else
         defaults().remove(key);
     defaults().sync();
-    if (defaults().status() != QSettings::NoError)
-        logLine(QStringLiteral("SavedSettings"),
-                QStringLiteral("cannot write %1 to %2").arg(key, defaults().fileName()));
+    QString problem;
+    if (defaults().status() != QSettings::NoError) {
+        problem = QStringLiteral("“%1” cannot be written.").arg(defaults().fileName());
+        logLine(QStringLiteral("SavedSettings"), problem);
+    }
+    QMetaObject::invokeMethod(QCoreApplication::instance(), [problem] {
+        lastWrite() = Write{lastWrite().value().count + 1, problem};
+    });
 }
 
 /// A file gives numbers back as text, and QVariant's own toInt wraps: so the whole range is read and checked.
@@ -62,6 +68,11 @@ std::optional<std::int32_t> uniqueID(QLatin1String key) {
     if (*stored != std::int32_t(*stored))
         qFatal("%s holds %lld, which is no port's id", key.data(), static_cast<long long>(*stored));
     return std::int32_t(*stored);
+}
+
+QProperty<Write>& lastWrite() {
+    static QProperty<Write> write;
+    return write;
 }
 
 std::optional<std::int64_t> midiChannel() { return integer(Key::midiChannel); }

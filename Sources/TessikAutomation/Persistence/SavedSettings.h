@@ -3,6 +3,7 @@
 #include "TessikAutomation/Persistence/AppTheme.h"
 #include "TessikKit/Models/ConsoleModel.h"
 
+#include <QProperty>
 #include <QStringList>
 
 namespace tessik {
@@ -49,6 +50,16 @@ inline constexpr qsizetype maxRecentSessions = 10;
 QStringList recentSessions();
 /// Puts a path in front; cleared with `remove`.
 void addRecentSession(const QString& path);
+
+/// The last write of any setting.
+struct Write {
+    std::int64_t count = 0; ///< of all writes
+    QString problem;        ///< why it failed; empty where it did not
+
+    friend bool operator==(const Write&, const Write&) = default;
+};
+/// For watching, on the main thread.
+QProperty<Write>& lastWrite();
 
 void setInteger(QLatin1String key, std::int64_t value);
 void setString(QLatin1String key, const QString& value);

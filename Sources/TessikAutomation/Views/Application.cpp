@@ -10,6 +10,7 @@
 #include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
 #include "TessikAutomation/Views/Transport/TransportPanelView.h"
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
+#include "TessikAutomation/Views/Window/ProblemsPopover.h"
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 
 #include <QApplication>
@@ -90,6 +91,7 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
               channelLabels, masterSection}),
       dialogs(window),
       session({snapshots, passes, manualSettings, channelLabels, masterSection, locators}, dialogs, recoveryRoot),
+      problems({consoleModel, midiManager, midiOutput, mtcClock, transport, passEngine, session}),
       _passFiles(passes, midiOutput, mtcClock, dialogs) {
     midiOutput.setupClient();
     midiOutput.refreshDestinations();
@@ -99,10 +101,6 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
     midiManager.onControlChange = [this](Uptime stamp, int cc, int value) {
         midiOutput.noteReceived(stamp, cc, value);
     };
-    _observers.push_back(midiManager.connection.dataLostCount.addNotifier([this] {
-        window.showBanner(QStringLiteral("MIDI In dropped messages: the screen and the desk may differ. Recall a scene "
-                                         "on the desk to hear every value again."));
-    }));
 
     passEngine.onTakeSuperseded = [this](const AutomationPass& take) { passes.save(take); };
     session.pendingTake = [this] { return passEngine.pendingTake(); };
@@ -130,6 +128,7 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
     new SessionDrop(session, window);
     buildMenus();
     buildAutomation();
+    buildProblems();
     const auto show = [this] { showTitle(); };
     _observers.push_back(snapshots.snapshots.addNotifier(show));
     _observers.push_back(passes.passes.addNotifier(show));
@@ -199,6 +198,13 @@ void Application::buildAutomation() {
     }));
 }
 
+void Application::buildProblems() {
+    auto* list = new ProblemsPopover(problems.problems, window.problemsKey(), window.drawing(), window.centralWidget());
+    setHelpContext(*list, HelpContext::problems);
+    list->onSettingsWanted = [this] { window.openSettings(); };
+    list->onRigWanted = [this] { onRigWanted(); };
+}
+
 void Application::setLoadedItem(const std::optional<LoadedItem>& item) {
     _loadedItem = item;
     showTitle();
@@ -245,15 +251,9 @@ void Application::connectToRig() {
     destination(transport.port, SimulatedRecorder::portName);
 }
 
-void Application::setMIDIMissing(const QString& why) {
-    _noMIDI = why;
-    window.showBanner(QStringLiteral("There is no MIDI on this machine: %1").arg(why),
-                      QStringLiteral("Try it with the rig"), [this] { onRigWanted(); });
-}
-
 void Application::welcome() {
     if (!WelcomeView::isDue()) return;
-    auto* card = new WelcomeView(*window.drawing().look.value(), _noMIDI, &window);
+    auto* card = new WelcomeView(*window.drawing().look.value(), problems.noMIDI.value(), &window);
     card->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(card, &QDialog::finished, &window, [this](int choice) {
         if (choice == WelcomeView::setUpMIDI) window.openSettings();

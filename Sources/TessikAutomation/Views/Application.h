@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/Automation/PassEngine.h"
+#include "TessikAutomation/Session/Problems.h"
 #include "TessikAutomation/Session/SessionController.h"
 #include "TessikAutomation/Snapshots/SnapshotRecall.h"
 #include "TessikAutomation/Views/Automation/PassFiles.h"
@@ -46,14 +47,13 @@ public:
     MainWindow window;
     WidgetSessionDialogs dialogs;
     SessionController session;
+    ProblemWatch problems;
 
     /// Chooses the ports that this machine remembers, where they are there.
     void restorePorts();
     /// Chooses the rig's ports, for this run only.
     void connectToRig();
-    /// Why this machine has no MIDI; to be set before the window shows.
-    void setMIDIMissing(const QString& why);
-    /// The user wants the rig in place of real ports; without it the rig is not offered.
+    /// The user wants the rig in place of real ports.
     std::function<void()> onRigWanted;
     /// Shows the ways to begin, where nobody has begun on this machine yet.
     void welcome();
@@ -73,6 +73,7 @@ private:
     std::optional<TimecodePosition> selectedPassEnd() const;
     void buildMenus();
     void buildAutomation();
+    void buildProblems();
     void setLoadedItem(const std::optional<LoadedItem>& item);
     /// "Snapshot: NAME", "Pass: NAME"; empty where nothing was recalled.
     QString loadedItemText() const;
@@ -82,7 +83,6 @@ private:
     class CloseQuestion;
     std::unique_ptr<CloseQuestion> _closeQuestion;
     HelpMenu* _help = nullptr;
-    QString _noMIDI;
     std::optional<LoadedItem> _loadedItem;
     std::vector<QPropertyNotifier> _observers;
 };

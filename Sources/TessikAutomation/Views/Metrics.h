@@ -12,7 +12,6 @@ constexpr int toGrid(int length) { return length / grid * grid; }
 
 // ---- the window
 inline constexpr int headerHeight = 72;
-inline constexpr int bannerHeight = 40;
 inline constexpr int railHeight = 20; ///< below the strips: scroll bar and MIDI status
 inline constexpr int minWindowWidth = 1040;
 inline constexpr int minWindowHeight = 560;

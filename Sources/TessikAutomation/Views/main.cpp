@@ -57,7 +57,7 @@ int runOnSequencer(const CommandLine& line) {
     application.onRigWanted = [&application] {
         if (application.session.prepareToQuit()) QApplication::exit(restartWithRig);
     };
-    if (const auto problem = ALSAMIDIService::problem()) application.setMIDIMissing(*problem);
+    if (const auto problem = ALSAMIDIService::problem()) application.problems.noMIDI = *problem;
     return begin(application, line);
 }
 
@@ -79,6 +79,7 @@ int main(int argc, char** argv) {
     }
     MIDIManager::logIncomingCC = line.logCC;
 
+    Q_INIT_RESOURCE(icons);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tessik-automation"));
     QApplication::setApplicationDisplayName(QStringLiteral("TessikAutomation"));

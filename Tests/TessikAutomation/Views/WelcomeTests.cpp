@@ -68,7 +68,7 @@ TEST_F(WelcomeTest, IsForWhoHasNotBegunAndSaysWhereThereIsNoMIDI) {
     SavedSettings::setUniqueID(SavedSettings::Key::timecodeSourceID, 5);
     EXPECT_FALSE(card());
     forget();
-    application.setMIDIMissing(QStringLiteral("no such file"));
+    application.problems.noMIDI = QStringLiteral("no such file");
     WelcomeView* view = card();
     ASSERT_TRUE(view);
     bool isTold = false;

@@ -90,6 +90,12 @@ void Popover::applyLook() {
 void Popover::addAbove(QWidget* section) { _layout->insertWidget(1, section); }
 void Popover::addBelow(QWidget* section) { _layout->addWidget(section); }
 
+void Popover::replaceList(QWidget* list) {
+    _empty->hide();
+    _scroll->hide();
+    addBelow(list);
+}
+
 const std::vector<RecordRow*>& Popover::rows(qsizetype count) {
     while (qsizetype(_rows.size()) > count) {
         RecordRow* last = _rows.back();
@@ -120,7 +126,6 @@ void Popover::refreshSoon() {
         Qt::QueuedConnection);
 }
 
-/// Qt would hand the keyboard of what goes away to its neighbour.
 void Popover::leaveKeyboard(QWidget& part) {
     QWidget* focus = QApplication::focusWidget();
     if (focus && (focus == &part || part.isAncestorOf(focus))) focus->clearFocus();
@@ -137,7 +142,8 @@ void Popover::fit() {
     const int right = parentWidget()->width() - width;
     const int x = std::clamp(tip.x() - width / 2, -shadowRoom / 2, std::max(-shadowRoom / 2, right + shadowRoom / 2));
     setGeometry(Metrics::toGrid(x), Metrics::toGrid(tip.y() - shadowRoom + 2), width,
-                Metrics::toGrid(_layout->sizeHint().height() + Metrics::grid - 1));
+                Metrics::toGridUp(_layout->hasHeightForWidth() ? _layout->totalHeightForWidth(width)
+                                                               : _layout->sizeHint().height()));
     setMask(rect().adjusted(0, shadowRoom - 2, 0, 0)); // the button above stays within reach of the pointer
     update();
 }

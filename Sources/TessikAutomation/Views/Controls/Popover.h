@@ -26,6 +26,8 @@ protected:
     /// Where a section goes: below the title, above or below the list.
     void addAbove(QWidget* section);
     void addBelow(QWidget* section);
+    /// For what is no list of records.
+    void replaceList(QWidget* list);
     /// As many rows as there are records, new ones made by `makeRow`.
     const std::vector<RecordRow*>& rows(qsizetype count);
     virtual void prepareRow(RecordRow& row) = 0;
@@ -34,6 +36,8 @@ protected:
     void refreshSoon();
     /// After sections or rows came or went.
     void fit();
+    /// For what goes away: Qt would hand its keyboard to its neighbour.
+    void leaveKeyboard(QWidget& part);
     SymbolButton& button() const { return _button; }
     DrawingContext& drawing() const { return _drawing; }
 
@@ -43,7 +47,6 @@ protected:
 
 private:
     void applyLook();
-    void leaveKeyboard(QWidget& part);
 
     SymbolButton& _button;
     DrawingContext& _drawing;

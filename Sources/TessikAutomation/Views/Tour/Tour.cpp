@@ -47,6 +47,9 @@ int Tour::run() {
     zeroConsole();
     crashAndRecover();
     settings();
+    welcome();
+    manual();
+    problems();
     appearances();
     return _guide.finish() == 0 ? 0 : 1;
 }

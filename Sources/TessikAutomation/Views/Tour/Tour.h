@@ -45,7 +45,11 @@ private:
     void crashAndRecover();
     void settings();
     void appearances();
+    void welcome();
+    void manual();
+    void problems();
 
+    void inBothThemes(const std::function<void(const QString& theme)>& show);
     /// Waits until nothing travels any more, and compares channel by channel.
     void compareDesk();
     /// Changes something in every store.

@@ -2,7 +2,6 @@
 
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
-#include "TessikAutomation/Views/Window/BannerView.h"
 #include "TessikAutomation/Views/Window/HeaderView.h"
 #include "TessikAutomation/Views/Window/StatusView.h"
 
@@ -16,8 +15,7 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
     : QMainWindow(parent), keys(*this), _objects(objects) {
     AppStyle::install();
     auto* central = new QWidget(this);
-    _header = new HeaderView(_drawing, central);
-    _banner = new BannerView(_drawing, central);
+    _header = new HeaderView(objects, _drawing, central);
     _desk = new DeskView(objects, _history, _drawing, central);
     auto* status = new StatusView(objects, _drawing, _desk);
     _desk->setStatusView(status);
@@ -25,19 +23,16 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(_header);
-    layout->addWidget(_banner);
     layout->addWidget(_desk, 1);
     setCentralWidget(central);
     setMinimumSize(Metrics::minWindowWidth, Metrics::minWindowHeight);
     setWindowTitle(QStringLiteral("TessikAutomation"));
-    _banner->hide();
     // No control has the keyboard before someone asks for one.
     central->setFocusPolicy(Qt::StrongFocus);
     central->setFocus();
 
     connect(_header, &HeaderView::settingsRequested, this, &MainWindow::openSettings);
     connect(status, &StatusView::clicked, this, &MainWindow::openSettings);
-    connect(_banner, &BannerView::dismissed, this, &MainWindow::hideBanner);
     connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+,")), this), &QShortcut::activated, this,
             &MainWindow::openSettings);
 
@@ -66,12 +61,7 @@ void MainWindow::setTransportPanel(QWidget* panel) { _header->setTransportPanel(
 void MainWindow::setAutomationPanel(QWidget* panel) { _header->setAutomationPanel(panel); }
 void MainWindow::setSessionTitle(const QString& title, const QString& detail) { _header->setTitle(title, detail); }
 
-void MainWindow::showBanner(const QString& text, const QString& actionText, std::function<void()> action) {
-    _banner->setMessage(text, actionText, std::move(action));
-    _banner->show();
-}
-
-void MainWindow::hideBanner() { _banner->hide(); }
+SymbolButton& MainWindow::problemsKey() { return _header->problemsKey(); }
 
 void MainWindow::openSettings() {
     if (!_settings) {

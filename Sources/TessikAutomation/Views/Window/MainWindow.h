@@ -10,10 +10,10 @@
 
 namespace tessik {
 
-class BannerView;
 class HeaderView;
+class SymbolButton;
 
-/// The one window: header, a line for problems where there are any, and the desk.
+/// The one window: header and desk.
 class MainWindow final : public QMainWindow {
     Q_OBJECT
 
@@ -26,9 +26,8 @@ public:
     void setAutomationPanel(QWidget* panel);
     /// The session's name in the header and one line on its state.
     void setSessionTitle(const QString& title, const QString& detail);
-    /// Tells of a problem in a line below the header, until it is dismissed or hidden.
-    void showBanner(const QString& text, const QString& actionText = {}, std::function<void()> action = {});
-    void hideBanner();
+    /// Where problems are listed.
+    SymbolButton& problemsKey();
 
     /// Arrow keys page the inputs; Space and Return are set by whoever owns the transport.
     KeyboardArrowHandler keys;
@@ -52,7 +51,6 @@ private:
     DrawingContext _drawing;
     QUndoStack _history;
     HeaderView* _header;
-    BannerView* _banner;
     DeskView* _desk;
     QPointer<SettingsView> _settings;
     QList<QAction*> _zoomActions;

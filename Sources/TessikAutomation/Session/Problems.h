@@ -1,0 +1,73 @@
+#pragma once
+
+#include "TessikAutomation/Automation/PassEngine.h"
+#include "TessikAutomation/MIDI/TransportManager.h"
+#include "TessikAutomation/Session/SessionController.h"
+#include "TessikKit/MIDI/MIDIManager.h"
+
+namespace tessik {
+
+/// Something that keeps the program from doing its work: what it is and what the user can do, in plain words.
+struct Problem {
+    /// What the program itself can do about it.
+    enum class Offer : std::uint8_t { nothing, settings, rig };
+    QString title;
+    QString remedy;
+    Offer offer = Offer::nothing;
+
+    friend bool operator==(const Problem&, const Problem&) = default;
+};
+
+/// What problems are derived from.
+struct ProblemState {
+    struct Port {
+        QString label;            ///< as the settings call it
+        bool isMissing = false;   ///< chosen, and not there
+        bool isForgotten = false; ///< remembered, but not there when the program started
+        MIDIStatus refusal = 0;   ///< of the last message sent to it
+    };
+    struct FrameRates {
+        MTCFrameRate pass;
+        MTCFrameRate timecode;
+    };
+    QString noMIDI; ///< why this machine has no MIDI; empty where it has
+    std::vector<Port> ports;
+    bool isInputLost = false;           ///< messages from the desk were lost, and it has not told its whole state since
+    std::optional<FrameRates> mismatch; ///< of an armed pass that is not played
+    QString recoveryProblem;            ///< why recovery files cannot be written; empty while they can
+    QString settingsProblem;            ///< the same of the settings
+};
+
+/// The worst first.
+std::vector<Problem> problemsIn(const ProblemState& state);
+
+/// Keeps the list of problems as things are now. It follows a change by a moment, when all that belongs to it is done.
+class ProblemWatch {
+public:
+    /// All outlive it.
+    struct Objects {
+        ConsoleModel& consoleModel;
+        MIDIManager& midiManager;
+        MIDIOutputManager& midiOutput;
+        MTCClock& mtcClock;
+        TransportManager& transport;
+        PassEngine& passEngine;
+        SessionController& session;
+    };
+    explicit ProblemWatch(const Objects& objects);
+
+    QProperty<QString> noMIDI; ///< to be set by who knows
+    QProperty<std::vector<Problem>> problems;
+
+private:
+    ProblemState state() const;
+    void lookSoon();
+
+    const Objects _objects;
+    bool _isInputLost = false;
+    bool _isLookDue = false;
+    QObject _context; // takes the look that is due with it
+    std::vector<QPropertyNotifier> _observers;
+};
+
+} // namespace tessik

@@ -1,0 +1,147 @@
+#include "TessikAutomation/Persistence/PortChoice.h"
+#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Views/Window/ActivityLamp.h"
+#include "TessikAutomation/Views/Window/ProblemsPopover.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace tessik {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The application with a desk on cables.
+struct ProblemsTest : testing::Test {
+    ProblemsTest() {
+        for (const QLatin1String key : {SavedSettings::Key::consoleSourceID, SavedSettings::Key::midiOutDestinationID})
+            SavedSettings::remove(key);
+        service.createClient(QStringLiteral("Far"), {}, far);
+        service.createSource(far, QStringLiteral("Desk"), source);
+        service.createDestination(
+            far, QStringLiteral("Desk"), [](const MIDIEventList&) {}, destination);
+        application.window.show();
+        settle();
+        in.choose(in.available.value().front().uniqueID);
+        out.choose(out.available.value().front().uniqueID);
+        settle();
+    }
+    static void settle() {
+        for (int i = 0; i < 3; ++i)
+            QApplication::processEvents();
+    }
+    QStringList titles() {
+        settle();
+        QStringList titles;
+        for (const Problem& problem : application.problems.problems.value())
+            titles << problem.title;
+        EXPECT_EQ(application.window.problemsKey().isVisible(), !titles.isEmpty());
+        return titles;
+    }
+
+    QTemporaryDir folder;
+    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
+    Application application{service, folder.path()};
+    PortChoice in = sourceChoice(SavedSettings::Key::consoleSourceID, application.midiManager.connection);
+    PortChoice out = destinationChoice(SavedSettings::Key::midiOutDestinationID, application.midiOutput.port);
+    MIDIClientRef far = 0;
+    MIDIEndpointRef source = 0, destination = 0;
+};
+
+TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
+    ASSERT_EQ(titles(), QStringList());
+    service.unplug(QStringLiteral("Desk"));
+    EXPECT_EQ(titles(), QStringList({QStringLiteral("MIDI In is gone"), QStringLiteral("MIDI Out is gone")}));
+    service.plug(QStringLiteral("Desk"));
+    EXPECT_EQ(titles(), QStringList());
+
+    service.inject(source, {.packets = {}, .dataLost = true});
+    EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI In dropped messages")));
+    application.consoleModel.isReceivingStateDump = true;
+    EXPECT_EQ(titles(), QStringList()) << "the desk has told everything since";
+
+    service.failNext(VirtualMIDIService::Operation::send, -19);
+    application.midiOutput.sendFader(ChannelKind::input(1), 5);
+    EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI Out does not take messages")));
+    application.midiOutput.pump();
+    EXPECT_EQ(titles(), QStringList()) << "the value went out after all";
+
+    SavedSettings::setUniqueID(SavedSettings::Key::timecodeSourceID, 77);
+    EXPECT_EQ(titles(), QStringList(QStringLiteral("MTC Source is not connected")));
+    sourceChoice(SavedSettings::Key::timecodeSourceID, application.mtcClock.connection).choose(std::nullopt);
+    EXPECT_EQ(titles(), QStringList());
+
+    application.session.recoveryProblem = QStringLiteral("The disk is full.");
+    SavedSettings::lastWrite() = {1, QStringLiteral("“x” cannot be written.")};
+    EXPECT_EQ(titles().size(), 2);
+    SavedSettings::setInteger(SavedSettings::Key::midiChannel, 1);
+    application.session.recoveryProblem = QString();
+    EXPECT_EQ(titles(), QStringList());
+}
+
+TEST_F(ProblemsTest, EachSaysWhatToDo) {
+    ProblemState state{.noMIDI = QStringLiteral("/dev/snd/seq: No such file"),
+                       .ports = {{.label = QStringLiteral("MIDI In"), .isMissing = true}},
+                       .isInputLost = true,
+                       .mismatch = ProblemState::FrameRates{MTCFrameRate::fps24, MTCFrameRate::fps25},
+                       .recoveryProblem = {},
+                       .settingsProblem = {}};
+    const std::vector<Problem> problems = problemsIn(state);
+    ASSERT_EQ(problems.size(), 3u) << "without MIDI its ports are not spoken of";
+    EXPECT_EQ(problems[1].offer, Problem::Offer::rig);
+    EXPECT_TRUE(problems[2].remedy.contains(description(MTCFrameRate::fps24)));
+
+    auto& popover = *application.window.findChild<ProblemsPopover*>();
+    service.unplug(QStringLiteral("Desk"));
+    settle();
+    application.window.problemsKey().click();
+    ASSERT_TRUE(popover.isVisible());
+    auto* offer = popover.findChild<QPushButton*>(QStringLiteral("offer"));
+    ASSERT_TRUE(offer);
+    offer->click();
+    EXPECT_TRUE(application.window.settingsView());
+    EXPECT_FALSE(popover.isVisible());
+    application.window.settingsView()->close();
+    application.window.problemsKey().click();
+    service.plug(QStringLiteral("Desk"));
+    settle();
+    EXPECT_FALSE(popover.isVisible()) << "nothing is left to say";
+}
+
+struct PaintCount final : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+    int count = 0;
+};
+
+TEST(ActivityLampTest, HoldsAfterTheLastMessageAndRepaintsOnlyWhenItChanges) {
+    ManualUptimeClock clock;
+    DrawingContext drawing;
+    ActivityLamp lamp(QStringLiteral("IN"), drawing, nullptr, clock);
+    lamp.show();
+    QApplication::processEvents();
+    PaintCount paints;
+    lamp.installEventFilter(&paints);
+    const auto isLit = [&] {
+        lamp.checkHold();
+        QApplication::processEvents();
+        return lamp.isLit();
+    };
+    for (int i = 0; i < 3; ++i) {
+        lamp.flash();
+        EXPECT_TRUE(isLit());
+        clock.advance(ActivityLamp::hold - 1ms);
+    }
+    EXPECT_TRUE(isLit());
+    EXPECT_EQ(paints.count, 1);
+    clock.advance(1ms);
+    EXPECT_FALSE(isLit());
+    EXPECT_EQ(paints.count, 2);
+}
+
+} // namespace
+} // namespace tessik
