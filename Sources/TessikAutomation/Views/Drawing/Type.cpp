@@ -1,5 +1,7 @@
 #include "TessikAutomation/Views/Drawing/Type.h"
 
+#include "TessikAutomation/Views/Drawing/DrawnText.h"
+
 #include <QDir>
 #include <QFontDatabase>
 #include <QFontMetricsF>
@@ -44,6 +46,7 @@ QString typeset(QString text) {
 
 void draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QString& text, const QFont& font,
           const QColor& color) {
+    if (onDraw) onDraw(text);
     const QFontMetricsF metrics(font);
     // The space after the last letter is no part of the line.
     const qreal width = metrics.horizontalAdvance(text) - font.letterSpacing();
