@@ -49,7 +49,7 @@ struct AutomationRig {
             output.pump();
             const auto millisecond = uptime.now() / 1ms;
             if (millisecond % 250 == 0) clock.checkStopped();
-            if (millisecond % 5 == 0) engine.tick();
+            if (millisecond % 5 == 0) tick();
             QCoreApplication::sendPostedEvents();
         }
     }
@@ -85,6 +85,7 @@ struct AutomationRig {
         return QDateTime::fromSecsSinceEpoch(uptime.now() / std::chrono::seconds(1), Qt::UTC);
     };
     PassEngine engine{model, clock, output, snapshots, uptime, wallClock};
+    std::function<void()> tick = [this] { engine.tick(); };
 };
 
 } // namespace tessik::test
