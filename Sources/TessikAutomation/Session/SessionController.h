@@ -91,6 +91,7 @@ private:
         std::int64_t changes;
         QUuid take;
         qsizetype takeEvents;
+        std::int64_t ridesEnd; // a ride goes on without events, and its end may add as many as it drops
         RecoveryOrigin origin;
         friend bool operator==(const RecoveryState&, const RecoveryState&) = default;
     };

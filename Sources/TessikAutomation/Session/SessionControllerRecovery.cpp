@@ -38,6 +38,7 @@ void SessionController::writeRecovery(const std::optional<PendingTake>& take) {
     const RecoveryState state{.changes = _changes,
                               .take = take ? take->pass.id : QUuid(),
                               .takeEvents = take ? take->eventCount() : 0,
+                              .ridesEnd = take && take->rides && !take->chunks.isEmpty() ? take->rides->end : -1,
                               .origin = origin()};
     if (_recovered == state) return;
     if (!_recovery.folder) _recovery = newRecoveryFile();

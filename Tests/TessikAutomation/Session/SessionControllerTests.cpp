@@ -437,6 +437,14 @@ TEST_F(SessionControllerTest, RecoveryHoldsTheTakeAndWritesOnlyChanges) {
     const std::optional<FileStamp> written = FileStamp::of(recovered());
     program->tick();
     EXPECT_EQ(FileStamp::of(recovered()), written);
+    waiting->rides.emplace(); // over another pass: its end moves on, also while a ride holds without events
+    program->tick();
+    const std::optional<FileStamp> ridden = FileStamp::of(recovered());
+    EXPECT_NE(ridden, written);
+    waiting->rides->end = 20;
+    program->tick();
+    EXPECT_NE(FileStamp::of(recovered()), ridden);
+    waiting->rides.reset();
     waiting->chunks.append({{9, ChannelKind::stereo(), PassEventValue::fader(1)}});
     program->controller.takeEnded();
     program->controller.finishSaving();
