@@ -4,12 +4,6 @@
 
 namespace tessik {
 
-using namespace std::chrono_literals;
-
-namespace {
-constexpr Uptime dumpWindow = 500ms;
-}
-
 std::optional<int> DeskHands::moved(Uptime stamp, int faderCC, std::optional<int> value) {
     while (!_recent.empty() && _recent.front().stamp < stamp - dumpWindow)
         _recent.pop_front();

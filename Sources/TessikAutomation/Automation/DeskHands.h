@@ -11,6 +11,9 @@ namespace tessik {
 /// faders of its channels unknown, also of those whose messages came before it could be told from hands.
 class DeskHands {
 public:
+    /// So long before its message that tells one a dump may have begun.
+    static constexpr Uptime dumpWindow = std::chrono::milliseconds(500);
+
     /// Takes a hand's message; without a value where it does not tell where the hand is, who then counts as not moved.
     /// Returns where the fader stood before; none where that was unknown.
     std::optional<int> moved(Uptime stamp, int faderCC, std::optional<int> value);

@@ -5,16 +5,10 @@
 namespace tessik {
 
 using namespace std::chrono_literals;
-using Urgency = MIDIOutputManager::Urgency;
 
 namespace {
-
 constexpr Uptime tickInterval = 5ms;
-constexpr Uptime dumpQuiet = 500ms;
-
-bool isFader(int cc) { return cc < MIDIChannelMapping::switchCCOffset; }
-
-} // namespace
+}
 
 PassEngine::PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutputManager& midiOutputManager,
                        const SnapshotStore& snapshotStore, const UptimeClock& uptime, WallClock wallClock)
@@ -68,11 +62,7 @@ void PassEngine::tick() {
     const std::optional<TimecodePosition> at = position();
     const std::optional<AutomationPass>& pass = selectedPass.value();
     hasFrameRateMismatch = needsPass(_mode) && pass && at && at->frameRate != pass->frameRate;
-    if (_dumpAt && now - *_dumpAt > dumpQuiet) {
-        _dumpAt.reset();
-        _isAssertionDue = true;
-    }
-    if (_tape.isRolling()) play();
+    if (_tape.isRolling()) play(now);
     if (_recorder.isRecording()) recordedEventCount = _recorder.eventCount();
     const std::optional<std::int64_t> frames = at ? std::optional(at->totalFrames()) : std::nullopt;
     if (_nullsStale || frames != _lastNullRefreshFrames) refreshNullTargets();
@@ -277,205 +267,6 @@ std::optional<PendingTake> PassEngine::pendingTake() const {
     if (_recorder.isRecording()) return _recorder.takeAt(_offset);
     if (const std::optional<AutomationPass>& waiting = recordingPass.value()) return PendingTake{.pass = *waiting};
     return std::nullopt;
-}
-
-// ---- what the console does
-
-void PassEngine::consumeChanges() {
-    for (const ConsoleChange& change : std::exchange(_changes, {}))
-        consume(change);
-    for (const int cc : std::exchange(_owed, {}))
-        if (isPlaying()) _output.putBack(cc, output(cc));
-    for (const int cc : std::exchange(_covered, {}))
-        showHand(*_output.visibleChannel(cc));
-}
-
-void PassEngine::consume(ConsoleChange change) {
-    if (!isFader(change.cc)) // without the bits that mean nothing
-        change.value =
-            MIDIChannelMapping::encodeSwitchByte(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(change.value)));
-    const bool isEcho = _output.isEcho(change);
-    const std::optional<int> laneBefore = _output.noteChange(change);
-    std::optional<int> faderBefore;
-    if (change.origin == ChangeOrigin::desk && isFader(change.cc))
-        faderBefore = _hands.moved(change.stamp, change.cc, isEcho ? std::nullopt : std::optional(change.value));
-    if (change.origin == ChangeOrigin::dump) _hands.dumped(change.stamp, change.cc);
-    if (!_output.visibleChannel(change.cc)) return;
-    std::erase(_owed, change.cc);
-    std::erase(_covered, change.cc);
-
-    const bool isWriting =
-        _recorder.isRecording() ? _mode == AutomationMode::write : _suspendedMode == AutomationMode::write;
-    if (isWriting) _recorder.move(change.stamp, change.cc, change.value);
-    switch (change.origin) {
-    case ChangeOrigin::desk:
-    case ChangeOrigin::screen:
-        if (isPlaying()) answerHand(change, faderBefore, laneBefore);
-        return;
-    case ChangeOrigin::dump:
-        if (isPlaying()) takeBackRides(change.stamp);
-        break;
-    case ChangeOrigin::recall:
-    case ChangeOrigin::zero:
-        if (_output.isScreenHeld() && isFader(change.cc)) _covered.push_back(change.cc);
-        break;
-    }
-    _nullsStale = true;
-}
-
-/// A hand took the desk away from the automation. In UPDATE that is a ride; under NULL it is a hand that looks for the
-/// automation, so the desk is put back; in plain READ the hand has the channel until its next event.
-void PassEngine::answerHand(const ConsoleChange& change, std::optional<int> faderBefore,
-                            std::optional<int> laneBefore) {
-    const int cc = change.cc;
-    const std::optional<int> automation = _cursor.values()[std::size_t(cc)];
-    const bool isScreen = change.origin == ChangeOrigin::screen;
-    if (_mode == AutomationMode::update) {
-        bool isRide = true;
-        if (!automation) {
-            // Nothing to ride on: the hand's own value is what plays.
-        } else if (!isFader(cc)) {
-            isRide = laneBefore && laneBefore != change.value;
-            if (isRide) _rides.press(change.stamp, cc, *laneBefore, change.value);
-        } else if (isScreen) {
-            _rides.setOutput(change.stamp, cc, change.value, *automation);
-        } else {
-            isRide = faderBefore && faderBefore != _hands.value(cc);
-            if (isRide) _rides.moveBy(change.stamp, cc, change.value - *faderBefore);
-        }
-        if (isRide) _recorder.move(change.stamp, cc, automation ? output(cc) : change.value);
-        _nullsStale = true;
-    } else if (isScreen || !_output.isScreenHeld() || !isFader(cc)) {
-        return;
-    }
-    if (automation) _owed.push_back(cc);
-}
-
-void PassEngine::takeBackRides(Uptime dumpStamp) {
-    _dumpAt = dumpStamp;
-    std::vector<int> lanes = _rides.takeBackSince(dumpStamp - dumpQuiet);
-    if (lanes.empty() || !_recorder.isRecording()) return;
-    const std::int64_t from = offsetOf(_tape.frameAt(dumpStamp - dumpQuiet));
-    _recorder.takeBack(from, lanes);
-    // What was true of it comes again: rides of the first frame, and the automation under those from before.
-    std::erase_if(lanes, [this](int cc) { return !_recorder.has(cc) && !_rides.isRidden(cc); });
-    PassCursor again(_index);
-    again.seek(baselineLanes(), from);
-    for (const int cc : lanes)
-        if (const std::optional<int> automation = again.values()[std::size_t(cc)])
-            _recorder.record(from, cc, _rides.output(cc, *automation));
-    again.advance(_offset, [&](const LaneEvent& event) {
-        if (std::find(lanes.begin(), lanes.end(), event.cc) != lanes.end())
-            _recorder.record(event.frameOffset, event.cc, _rides.output(event.cc, event.value));
-    });
-}
-
-void PassEngine::settleTake() {
-    if (!_recorder.isRecording()) return;
-    _recorder.settle(_tape.knownUntil(), [this](Uptime stamp) { return offsetOf(_tape.frameAt(stamp)); });
-}
-
-// ---- playback
-
-bool PassEngine::isPlayable() const {
-    const std::optional<AutomationPass>& pass = selectedPass.value();
-    return needsPass(_mode) && pass && pass->frameRate == _tape.rate();
-}
-
-/// Into the pass that plays, or into the take where none does.
-std::int64_t PassEngine::offsetOf(double frame) const {
-    const std::optional<AutomationPass>& pass = needsPass(_mode) ? selectedPass.value() : recordingPass.value();
-    return std::int64_t(std::floor(frame)) - (pass ? pass->startTimecode.totalFrames() : 0);
-}
-
-/// Of a lane for which the automation has a value.
-int PassEngine::output(int cc) const { return _rides.output(cc, *_cursor.values()[std::size_t(cc)]); }
-
-void PassEngine::play() {
-    _offset = offsetOf(_tape.frame());
-    if (!isPlayable()) return;
-    if (!std::exchange(_hasAssertedInitialState, true)) {
-        _cursor.seek(baselineLanes(), _offset);
-        return assertOutputs();
-    }
-    _cursor.advance(_offset, [this](const LaneEvent& event) {
-        _output.play(event.cc, output(event.cc), Urgency::playback);
-        recordRide(event.frameOffset, event.cc);
-    });
-    if (_isAssertionDue) assertOutputs();
-}
-
-/// The state with which the pass starts and every event up to here, as one assertion.
-void PassEngine::assertOutputs() {
-    _isAssertionDue = false;
-    ControllerValues outputs;
-    for (std::size_t cc = 0; cc < outputs.size(); ++cc) {
-        if (!_cursor.values()[cc]) continue;
-        outputs[cc] = output(int(cc));
-        recordRide(_offset, int(cc));
-    }
-    _output.assertState(outputs);
-    _nullsStale = true;
-}
-
-/// A lane that is ridden in this take goes on with the output, also where only the automation moves.
-void PassEngine::recordRide(std::int64_t offset, int cc) {
-    if (_recorder.isRecording() && _recorder.has(cc)) _recorder.record(offset, cc, output(cc));
-}
-
-// ---- NULL
-
-void PassEngine::setNullEnabled(bool enabled) {
-    consumeChanges();
-    nullEnabled = enabled;
-    if (!enabled) {
-        clearNullTargets();
-        _output.releaseScreen();
-        return;
-    }
-    if (!needsPass(_mode)) return;
-    _output.holdScreen();
-    _isAssertionDue = true; // a fader that a hand has taken goes back to the automation
-    for (ChannelState* channel : _consoleModel.allVisibleChannels())
-        showHand(*channel);
-    refreshNullTargets();
-}
-
-/// On screen, where it is known.
-void PassEngine::showHand(ChannelState& channel) {
-    if (const std::optional<int> hand = _hands.value(MIDIChannelMapping::faderCC(channel.kind)))
-        channel.faderValue = *hand;
-}
-
-void PassEngine::clearNullTargets() {
-    for (ChannelState* channel : _consoleModel.allVisibleChannels())
-        channel->nullTarget = std::nullopt;
-}
-
-/// Where the tape is, as a label: by the lock while it rolls, else as the clock says.
-std::optional<TimecodePosition> PassEngine::position() const {
-    if (_tape.isRolling())
-        return TimecodePosition::fromTotalFrames(_tape.rate(), std::int64_t(std::floor(_tape.frame())));
-    return _mtcClock.currentPosition.value();
-}
-
-void PassEngine::refreshNullTargets() {
-    const std::optional<TimecodePosition> at = position();
-    _lastNullRefreshFrames = at ? std::optional(at->totalFrames()) : std::nullopt;
-    _nullsStale = false;
-    const std::optional<AutomationPass>& pass = selectedPass.value();
-    if (!nullEnabled.value() || !needsPass(_mode) || !pass) return;
-    if (at && at->frameRate != pass->frameRate) return clearNullTargets();
-    ControllerValues automation = _cursor.values();
-    if (!isPlaying()) {
-        automation = baselineLanes();
-        _index.applyUpTo(at ? at->totalFrames() - pass->startTimecode.totalFrames() : 0, automation);
-    }
-    for (ChannelState* channel : _consoleModel.allVisibleChannels()) {
-        const int cc = MIDIChannelMapping::faderCC(channel->kind);
-        if (const std::optional<int> value = automation[std::size_t(cc)])
-            channel->nullTarget = _rides.output(cc, *value);
-    }
 }
 
 } // namespace tessik

@@ -88,7 +88,7 @@ private:
     bool isPlaying() const { return _tape.isRolling() && _hasAssertedInitialState && isPlayable(); }
     std::int64_t offsetOf(double frame) const;
     int output(int cc) const;
-    void play();
+    void play(Uptime now);
     void assertOutputs();
     void recordRide(std::int64_t offset, int cc);
 

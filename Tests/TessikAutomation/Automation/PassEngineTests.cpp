@@ -525,6 +525,24 @@ TEST_F(PassEngineTest, UpdateRidesOverThePass) {
     EXPECT_EQ(target(in1), 90);
 }
 
+TEST_F(PassEngineTest, WhatTheDeskTellsOfOurOwnValueIsNoRide) {
+    desk.moveFader(in1, 70); // known hand
+    run(20ms);
+    engine.select(pass({}));
+    arm(AutomationMode::update);
+    rollFrom(0);
+    runTo(10);
+    desk.moveFader(in1, 75);
+    run(10ms);
+    EXPECT_EQ(desk.vca(in1), 55);
+    model.handle(uptime.now(), 0, 55); // the hand moved on, but our answer came before the desk could tell
+    run(10ms);
+    EXPECT_EQ(desk.vca(in1), 55);
+    desk.moveFader(in1, 78);
+    run(20ms);
+    EXPECT_EQ(desk.vca(in1), 58);
+}
+
 TEST_F(PassEngineTest, OfTwoChangesBetweenTicksTheLaterHolds) {
     engine.select(pass({}));
     arm(AutomationMode::update);
@@ -535,6 +553,13 @@ TEST_F(PassEngineTest, OfTwoChangesBetweenTicksTheLaterHolds) {
     run(100ms);
     EXPECT_EQ(shown(in1), 21);
     EXPECT_EQ(desk.vca(in1), 21);
+    engine.setNullEnabled(true);
+    desk.moveFader(in1, 30);
+    run(20ms);
+    recall.recall({.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in1, .faderValue = 22}}});
+    desk.moveFader(in1, 33);
+    run(100ms);
+    EXPECT_EQ(shown(in1), 33);
 }
 
 TEST_F(PassEngineTest, ARecoveredTakeIsTheTakeSoFar) {
