@@ -72,6 +72,13 @@ struct PassEngineTest : testing::Test, AutomationRig {
         locate(passStart + offset);
         tape.play();
     }
+    /// Rolls over a pass and is at its tenth frame.
+    void roll(AutomationMode mode, const AutomationPass& over) {
+        engine.select(over);
+        arm(mode);
+        rollFrom(0);
+        runTo(10);
+    }
 };
 
 // ---- parked
@@ -232,10 +239,7 @@ TEST_F(PassEngineTest, ArmingSelectingAndChoosingADeskWhileRollingAssert) {
 }
 
 TEST_F(PassEngineTest, HandsAndRecallsHoldAChannelUntilItsNextEvent) {
-    engine.select(pass({fader(50, in1, 60)}));
-    arm(AutomationMode::read);
-    rollFrom(0);
-    runTo(10);
+    roll(AutomationMode::read, pass({fader(50, in1, 60)}));
     desk.moveFader(in1, 20);
     recall.recall({.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in2, .faderValue = 21}}});
     runTo(49);
@@ -250,10 +254,7 @@ TEST_F(PassEngineTest, HandsAndRecallsHoldAChannelUntilItsNextEvent) {
 }
 
 TEST_F(PassEngineTest, ADumpIsAnsweredWithTheAutomation) {
-    engine.select(pass({}));
-    arm(AutomationMode::read);
-    rollFrom(0);
-    runTo(10);
+    roll(AutomationMode::read, pass({}));
     desk.recallScene(0);
     run(400ms);
     EXPECT_NE(desk.vca(in1), 50);
@@ -268,10 +269,7 @@ TEST_F(PassEngineTest, ADumpIsAnsweredWithTheAutomation) {
 TEST_F(PassEngineTest, UnderNullTheScreenIsTheHandsAndTheDeskTheAutomations) {
     desk.moveFader(in1, 30); // the hand is known from before
     run(10ms);
-    engine.select(pass({fader(20, in1, 60)}));
-    arm(AutomationMode::read);
-    rollFrom(0);
-    runTo(10);
+    roll(AutomationMode::read, pass({fader(20, in1, 60)}));
     EXPECT_EQ(shown(in1), 50);
     engine.setNullEnabled(true);
     EXPECT_EQ(shown(in1), 30);
@@ -295,10 +293,7 @@ TEST_F(PassEngineTest, UnderNullTheScreenIsTheHandsAndTheDeskTheAutomations) {
 }
 
 TEST_F(PassEngineTest, EngagingNullPutsBackWhatAHandHasTaken) {
-    engine.select(pass({}));
-    arm(AutomationMode::read);
-    rollFrom(0);
-    runTo(10);
+    roll(AutomationMode::read, pass({}));
     desk.moveFader(in1, 20);
     run(20ms);
     EXPECT_EQ(desk.vca(in1), 20);
@@ -528,10 +523,7 @@ TEST_F(PassEngineTest, UpdateRidesOverThePass) {
 TEST_F(PassEngineTest, WhatTheDeskTellsOfOurOwnValueIsNoRide) {
     desk.moveFader(in1, 70); // known hand
     run(20ms);
-    engine.select(pass({}));
-    arm(AutomationMode::update);
-    rollFrom(0);
-    runTo(10);
+    roll(AutomationMode::update, pass({}));
     desk.moveFader(in1, 75);
     run(10ms);
     EXPECT_EQ(desk.vca(in1), 55);
@@ -544,10 +536,7 @@ TEST_F(PassEngineTest, WhatTheDeskTellsOfOurOwnValueIsNoRide) {
 }
 
 TEST_F(PassEngineTest, OfTwoChangesBetweenTicksTheLaterHolds) {
-    engine.select(pass({}));
-    arm(AutomationMode::update);
-    rollFrom(0);
-    runTo(10);
+    roll(AutomationMode::update, pass({}));
     screen.setFader(channel(in1), 80);
     recall.recall({.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in1, .faderValue = 21}}});
     run(100ms);
@@ -586,10 +575,7 @@ TEST_F(PassEngineTest, TrimmedOutputIsClamped) {
     for (const auto& [automation, ride, expected] : {Case{120, 20, 127}, Case{5, -9, 0}, Case{60, 7, 67}}) {
         desk.moveFader(in1, desk.physicalFader(in1) == 64 ? 65 : 64);
         run(20ms);
-        engine.select(pass({}, automation));
-        arm(AutomationMode::update);
-        rollFrom(0);
-        runTo(10);
+        roll(AutomationMode::update, pass({}, automation));
         desk.moveFader(in1, desk.physicalFader(in1) + ride);
         runTo(20);
         EXPECT_EQ(desk.vca(in1), expected);
@@ -606,10 +592,7 @@ TEST_F(PassEngineTest, ADumpTakesItsRidesBackAndForgetsTheHands) {
         desk.moveFader(kind, 64);
         run(100ms); // hands, no dump
     }
-    engine.select(pass({fader(100, in2, 77)}));
-    arm(AutomationMode::update);
-    rollFrom(0);
-    runTo(10);
+    roll(AutomationMode::update, pass({fader(100, in2, 77)}));
     desk.moveFader(in3, 74); // a true ride
     runTo(40);
     desk.recallScene(0);
