@@ -1,5 +1,6 @@
 // What it costs to show the desk. Faders move in real time; the rest is the median of single steps.
 #include "Bench.h"
+#include "TessikAutomation/Views/Automation/PassLanesView.h"
 #include "TessikAutomation/Views/Window/MainWindow.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
 
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 #include <sys/resource.h>
 
 namespace tessik {
@@ -117,6 +119,38 @@ const Benchmark scrollFrame("scroll_frame_ms", [](const Report& report) {
             medianMilliseconds(
                 101, [&](int i) { inputs.scrollTo(i / 10 % 2 ? inputs.left() - step : inputs.left() + step); }),
             "ms", 1});
+});
+
+/// A pass of 41 channels with a million moves in an hour, looked at whole.
+const Benchmark laneDraw("lane_draw_ms", [](const Report& report) {
+    Desk desk({1600, 900});
+    SnapshotStore snapshots;
+    PassStore passes;
+    PassEngine engine(desk.model, desk.mtcClock, desk.output, snapshots);
+    AutomationPass pass{.id = QUuid::createUuid(), .name = QStringLiteral("Million"), .createdAt = currentSecond()};
+    std::minstd_rand random(1);
+    for (int i = 0; i < 1'000'000; ++i) {
+        const int channel = int(random() % channelCount);
+        const ChannelKind kind = channel < maxInputs    ? ChannelKind::input(channel + 1)
+                                 : channel == maxInputs ? ChannelKind::stereo()
+                                                        : ChannelKind::group(channel - maxInputs);
+        const bool isSwitch = random() % 10 == 0;
+        pass.events.append({std::int64_t(i) * 3600 * 30 / 1'000'000, kind,
+                            isSwitch ? PassEventValue::switches({.chanMuted = random() % 2 == 0})
+                                     : PassEventValue::fader(std::int64_t(random() % 128))});
+    }
+    passes.save(pass);
+    const LaneObjects objects{passes, engine, desk.labels, desk.mtcClock, desk.transport, desk.window.drawing()};
+    const auto measure = [&](const char* name, QSize size) {
+        PassLanesView view(pass, objects, nullptr);
+        view.resize(size);
+        view.show();
+        QApplication::processEvents();
+        report({name, medianMilliseconds(21, [&](int) { view.fitPass(); }), "ms", 50});
+    };
+    measure("lane_draw_ms", {1600, 900});
+    measure("lane_draw_ms.2560x1440", {2560, 1440});
+    measure("lane_draw_ms.allLanes", {1600, 41 * 120});
 });
 
 } // namespace

@@ -17,17 +17,18 @@ public:
     explicit PassIndex(const QList<TimedEvent>& events);
 
     std::span<const LaneEvent> events() const { return _events; }
+    /// The events of one controller.
+    struct Lane {
+        std::vector<std::int64_t> offsets; // apart from the values: a search reads nothing else
+        std::vector<std::uint8_t> values;
+    };
+    const Lane& lane(int cc) const { return _lanes[std::size_t(cc)]; }
     /// Position in `events` of the first one after that offset.
     std::size_t firstAfter(std::int64_t offset) const;
     /// Writes the value of every lane's last event at or before that offset over `values`; lanes without one are left.
     void applyUpTo(std::int64_t offset, ControllerValues& values) const;
 
 private:
-    struct Lane {
-        std::vector<std::int64_t> offsets; // apart from the values: the search reads nothing else
-        std::vector<std::uint8_t> values;
-    };
-
     std::vector<LaneEvent> _events;
     std::array<Lane, MIDIChannelMapping::controllerCount> _lanes;
 };

@@ -5,6 +5,7 @@
 #include "TessikAutomation/Persistence/StartupRestore.h"
 #include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Views/Automation/AutomationPanelView.h"
+#include "TessikAutomation/Views/Automation/PassLanesView.h"
 #include "TessikAutomation/Views/Automation/PassesPopover.h"
 #include "TessikAutomation/Views/Session/SessionMenu.h"
 #include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
@@ -188,6 +189,10 @@ void Application::buildAutomation() {
         new PassesPopover(passEngine, passes, window.history(), panel->addButton(QStringLiteral("passes"), {}),
                           window.drawing(), window.centralWidget());
     setHelpContext(*takes, HelpContext::passes);
+    takes->onShowLanes = [this](const AutomationPass& pass) {
+        PassLanesView::open(pass, {passes, passEngine, channelLabels, mtcClock, transport, window.drawing()},
+                            window.keys, &window);
+    };
     takes->onExport = [this](const AutomationPass& pass) { _passFiles.exportPass(pass); };
     takes->onImport = [this] { _passFiles.importPass(); };
     _observers.push_back(passEngine.selectedPass.addNotifier([this] {

@@ -68,7 +68,15 @@ PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& 
 void PassesPopover::prepareRow(RecordRow& row) {
     connect(&row, &QAbstractButton::clicked, this, [this, &row] { choose(row.id()); });
     connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) { _passes.rename(row.id(), name); });
-    connect(&row, &RecordRow::menuRequested, this, [this, &row](QMenu* menu) {
+    const auto showLanes = [this, &row] {
+        if (const auto pass = passOf(_passes, row.id())) onShowLanes(*pass);
+    };
+    SymbolButton* lanes = row.addButton(QStringLiteral("lanes"), {}, QStringLiteral("Show Lanes"));
+    lanes->setObjectName(QStringLiteral("lanes"));
+    lanes->setAccessibleName(QStringLiteral("Show Lanes"));
+    connect(lanes, &QAbstractButton::clicked, this, showLanes);
+    connect(&row, &RecordRow::menuRequested, this, [this, &row, showLanes](QMenu* menu) {
+        menu->addAction(QStringLiteral("Show Lanes"), this, showLanes);
         menu->addAction(QStringLiteral("Export as MIDI File…"), this, [this, id = row.id()] {
             if (const auto pass = passOf(_passes, id)) onExport(*pass);
         });

@@ -20,6 +20,7 @@ public:
                   DrawingContext& drawing, QWidget* over);
 
     // ---- what the list leaves to its owner
+    std::function<void(const AutomationPass&)> onShowLanes;
     std::function<void(const AutomationPass&)> onExport;
     std::function<void()> onImport;
 

@@ -42,6 +42,7 @@ int Tour::run() {
     readBack();
     updateTake();
     nullParked();
+    lookAtLanes();
     exchangeMIDIFile();
     saveSession();
     zeroConsole();

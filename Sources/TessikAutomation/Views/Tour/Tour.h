@@ -39,6 +39,7 @@ private:
     void readBack();
     void updateTake();
     void nullParked();
+    void lookAtLanes();
     void exchangeMIDIFile();
     void saveSession();
     void zeroConsole();

@@ -1,3 +1,4 @@
+#include "TessikAutomation/Views/Automation/PassLanesView.h"
 #include "TessikAutomation/Views/Automation/PassesPopover.h"
 #include "TessikAutomation/Views/Tour/Tour.h"
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
@@ -331,6 +332,39 @@ void Tour::chooseFromPassMenu(const QString& text) {
     for (QAction* action : menu->actions())
         if (action->text() == text) return action->trigger();
     _guide.check(false, QStringLiteral("the menu has “%1”").arg(text));
+}
+
+void Tour::lookAtLanes() {
+    _guide.beginStep(QStringLiteral("The lanes of the pass"));
+    _app.channelLabels.update({QStringLiteral("Lead Vox"), QStringLiteral("4EA8CB")}, ChannelKind::input(4).id());
+    _app.channelLabels.update({QStringLiteral("Drums"), QStringLiteral("E0553F")}, ChannelKind::group(1).id());
+    auto* popover = _app.window.findChild<PassesPopover*>();
+    popover->open();
+    click(*popover->findChild<QAbstractButton*>(QStringLiteral("lanes")));
+    popover->close();
+    auto* lanes = _app.window.findChild<PassLanesView*>();
+    _guide.check(lanes && lanes->isVisible() && lanes->windowTitle() == _app.passes.passes.value().constFirst().name,
+                 QStringLiteral("a window shows the lanes of the pass"));
+    if (!lanes) return;
+    for (const AppTheme theme : {AppTheme::light, AppTheme::dark}) {
+        _app.theme.setTheme(theme);
+        _guide.picture(*lanes, QStringLiteral("lanes-") + rawValue(theme));
+    }
+    const QPoint at(int(lanes->xOf(40)), lanes->rulerRect().center().y());
+    click(*lanes->viewport(), at);
+    _guide.check(_guide.waitFor([&] {
+        return lanes->tapeOffset() &&
+               std::abs(lanes->xOf(*lanes->tapeOffset()) - at.x()) <= 1 / lanes->timeline().framesPerPixel;
+    }),
+                 QStringLiteral("a click on the ruler locates the tape, and the line goes there"));
+    const double before = lanes->timeline().framesPerPixel;
+    const double held = lanes->xOf(40);
+    for (int i = 0; i < 5; ++i)
+        lanes->zoom(1.5, held - lanes->rulerRect().x());
+    _guide.check(lanes->timeline().framesPerPixel < before / 5 && std::abs(lanes->xOf(40) - held) < 0.01,
+                 QStringLiteral("the zoom leaves what is under the pointer where it is"));
+    _guide.picture(*lanes, QStringLiteral("lanes-close"));
+    lanes->close();
 }
 
 void Tour::exchangeMIDIFile() {
