@@ -2,6 +2,7 @@
 #include "TessikAutomation/Views/Application.h"
 #include "TessikAutomation/Views/Window/ActivityLamp.h"
 #include "TessikAutomation/Views/Window/ProblemsPopover.h"
+#include "TessikKit/MIDI/MIDIWords.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -108,6 +109,19 @@ TEST_F(ProblemsTest, EachSaysWhatToDo) {
     service.plug(QStringLiteral("Desk"));
     settle();
     EXPECT_FALSE(popover.isVisible()) << "nothing is left to say";
+}
+
+TEST_F(ProblemsTest, TheLampsLightWithWhatPasses) {
+    const QList<ActivityLamp*> lamps = application.window.findChildren<ActivityLamp*>();
+    ASSERT_EQ(lamps.size(), 2);
+    const auto lit = [&] { return std::pair(lamps[0]->isLit(), lamps[1]->isLit()); };
+    ASSERT_EQ(lit(), std::pair(false, false));
+    const std::uint32_t word = MIDIWords::controlChange(1, 2, 3);
+    service.transmit(source, {&word, 1});
+    QCoreApplication::sendPostedEvents(); // and no timers: they would put it out
+    EXPECT_EQ(lit(), std::pair(true, false));
+    application.midiOutput.sendFader(ChannelKind::input(1), 5);
+    EXPECT_EQ(lit(), std::pair(true, true));
 }
 
 struct PaintCount final : QObject {

@@ -1,6 +1,7 @@
 #include "TessikAutomation/Help/HelpMenu.h"
 #include "TessikAutomation/Views/Tour/Tour.h"
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
+#include "TessikAutomation/Views/Window/ActivityLamp.h"
 #include "TessikAutomation/Views/Window/ProblemsPopover.h"
 
 #include <QApplication>
@@ -69,6 +70,9 @@ void Tour::problems() {
                  QStringLiteral("the ports are back: %1").arg(key.accessibleName()));
     _guide.passTime(600); // what comes sooner belongs to an earlier scene
     _rig.desk.recallScene(1);
+    auto* in = _app.window.findChild<ActivityLamp*>(); // the first
+    _guide.check(_guide.waitFor([in] { return in->isLit(); }), QStringLiteral("the lamp of MIDI In lights"));
+    _guide.picture(*in->parentWidget(), QStringLiteral("lamps"));
     _guide.check(_guide.waitFor([&key] { return key.isHidden(); }),
                  QStringLiteral("the desk told everything, and the list is gone"));
     compareDesk();
