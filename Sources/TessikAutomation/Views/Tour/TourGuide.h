@@ -4,6 +4,8 @@
 #include <QStringList>
 
 #include <functional>
+#include <future>
+#include <vector>
 
 class QWidget;
 
@@ -34,6 +36,7 @@ private:
     bool _usable = false;
     QStringList _report;
     int _pictures = 0;
+    std::vector<std::pair<QString, std::future<bool>>> _writing; // pictures, by their files
     int _checks = 0;
     int _faults = 0;
 };
