@@ -2,6 +2,7 @@
 #include "TessikAutomation/Views/Application.h"
 #include "TessikAutomation/Views/CommandLine.h"
 #include "TessikAutomation/Views/RigWindow.h"
+#include "TessikAutomation/Views/Theme/AppStyle.h"
 #include "TessikAutomation/Views/Tour/Tour.h"
 #include "TessikKit/MIDI/ALSA/ALSAMIDIService.h"
 
@@ -81,6 +82,7 @@ int main(int argc, char** argv) {
 
     Q_INIT_RESOURCE(icons);
     QApplication app(argc, argv);
+    AppStyle::install();
     QApplication::setApplicationName(QStringLiteral("tessik-automation"));
     QApplication::setApplicationDisplayName(QStringLiteral("TessikAutomation"));
     QApplication::setApplicationVersion(QLatin1String(TESSIK_VERSION));

@@ -73,9 +73,9 @@ void SymbolButton::paintEvent(QPaintEvent*) {
     const int textLeft = symbol.right() + 1 + canvas.px(gap);
     Type::draw(painter, QRect(textLeft, key.y(), key.right() - textLeft, key.height()), Qt::AlignLeft, text(),
                Type::font(textSize * canvas.scale, QFont::DemiBold), look.tints.legend);
-    if (_isCalling) {
+    if (_isCalling) { // on the symbol's corner, where no text is
         const int lamp = canvas.px(lampSide);
-        Parts::lamp(painter, QRect(key.right() - lamp - canvas.px(4), key.y() + canvas.px(4), lamp, lamp), canvas.scale,
+        Parts::lamp(painter, QRect(symbol.right() - lamp / 2, symbol.y() - lamp / 3, lamp, lamp), canvas.scale,
                     look.tints.ledAmber, true);
     }
     drawFocus(canvas, whole);
