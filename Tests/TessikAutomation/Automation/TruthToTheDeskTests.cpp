@@ -90,6 +90,7 @@ public:
             checkTake(take);
             passes.save(take);
         };
+        _takeNotifier = engine.recordingPass.addNotifier([this] { noteTake(); });
         _rollNotifier = engine.isRolling.addNotifier([this] {
             if (engine.isRolling.value()) _assertedAt = uptime.now();
         });
@@ -242,7 +243,6 @@ private:
         note("mode %s", qPrintable(rawValue(chosen)));
         if (engine.mode.value() != chosen) _assertedAt = _nullAt = uptime.now();
         engine.mode = chosen;
-        noteTakeEnd();
     }
     void pressNull() {
         if (!needsPass(engine.mode.value())) return;
@@ -259,7 +259,6 @@ private:
         if (n < all.size())
             for (Lane& lane : _lane)
                 lane.isScreenAlone = true;
-        noteTakeEnd();
     }
     void pressPlay() {
         if (tape.state() == SimulatedRecorder::State::playing) return;
@@ -356,10 +355,7 @@ private:
     bool isTapeTold() { return tape.state() == SimulatedRecorder::State::playing && engine.isRolling.value(); }
 
     void rest() {
-        for (const Uptime start = uptime.now(); uptime.now() < start + settled + 200ms;) {
-            run(50ms);
-            noteTakeEnd();
-        }
+        run(settled + 200ms);
         while (_isOutputIn && (output.isBusy() || !desk.isQuiet()))
             run(1ms); // nothing on the cables
         note("check");
@@ -439,8 +435,9 @@ private:
             if (!_lane[std::size_t(cc)].isScreenAlone && !_lane[std::size_t(cc)].isHeld) sample.values[cc] = held(cc);
         _samples.push_back(std::move(sample));
     }
-    void noteTakeEnd() {
-        if (engine.isRecording()) return;
+    void noteTake() {
+        const auto& take = engine.recordingPass.value();
+        if (const QUuid id = take ? take->id : QUuid(); std::exchange(_take, id) == id) return;
         for (Lane& lane : _lane)
             lane.isHeld = false;
     }
@@ -481,6 +478,8 @@ private:
     bool _isOutputIn = true;
     std::vector<Sample> _samples;
     QUuid _sampled;
+    QUuid _take; // recorded or waiting
+    QPropertyNotifier _takeNotifier;
     QPropertyNotifier _rollNotifier;
 };
 

@@ -1,6 +1,8 @@
+#include "TessikAutomation/Session/SessionReader.h"
 #include "TessikAutomation/Views/Application.h"
 
 #include <QAbstractButton>
+#include <QDirIterator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -13,6 +15,18 @@ struct ApplicationTest : testing::Test {
         return {.id = QUuid::createUuid(), .name = QLatin1String(name), .createdAt = currentSecond()};
     }
     QString title() { return application.window.windowTitle(); }
+    /// Names of the passes in the recovery file; none where there is no file.
+    QStringList recovered() {
+        application.session.finishSaving();
+        QDirIterator files(folder.path(), {QStringLiteral("*.tessik")}, QDir::Files, QDirIterator::Subdirectories);
+        QStringList names;
+        while (files.hasNext()) {
+            const auto document = readSession(files.next(), currentSecond()).document.value();
+            for (const AutomationPass& pass : document.passes)
+                names.append(pass.name);
+        }
+        return names;
+    }
 
     QTemporaryDir folder;
     VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
@@ -51,6 +65,21 @@ TEST_F(ApplicationTest, TheTitleNamesWhatWasRecalledLast) {
     EXPECT_EQ(title(), QStringLiteral("Untitled[*]"));
     QTest::keyClick(application.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
     EXPECT_TRUE(application.snapshots.snapshots.value().isEmpty()) << "nothing of another session comes back";
+}
+
+TEST_F(ApplicationTest, ATakeIsInTheRecoveryFileOnceItEndsAndAsLongAsItWaits) {
+    application.passEngine.recordingPass = pass("Take");
+    EXPECT_EQ(recovered(), QStringList{QStringLiteral("Take")});
+    application.passEngine.select(pass("Another"));
+    application.session.newSession();
+    EXPECT_EQ(recovered(), QStringList{QStringLiteral("Take")});
+    application.passEngine.onTakeSuperseded(*application.passEngine.recordingPass.value());
+    application.passEngine.recordingPass = pass("Next");
+    EXPECT_EQ(recovered(), (QStringList{QStringLiteral("Next"), QStringLiteral("Take")}));
+    EXPECT_FALSE(application.passEngine.selectedPass.value());
+    application.passEngine.discardTake();
+    application.session.recoveryTick();
+    EXPECT_EQ(recovered(), QStringList{QStringLiteral("Take")});
 }
 
 } // namespace
