@@ -14,6 +14,13 @@ namespace tessik::bench {
 namespace {
 
 const Benchmark firstFrame("first_frame_ms", [](const Report& report) {
+    // A screen on which the window comes to 1600 by 900.
+    const QTemporaryDir folder;
+    QFile screen(folder.filePath(QStringLiteral("screen.json")));
+    if (!screen.open(QIODevice::WriteOnly)) return;
+    screen.write(R"({"screens": [{"name": "one", "x": 0, "y": 0, "width": 1760, "height": 1060,
+                                  "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+    screen.close();
     std::vector<double> times;
     double memory = 0;
     for (int run = 0; run < 9; ++run) {
@@ -23,7 +30,8 @@ const Benchmark firstFrame("first_frame_ms", [](const Report& report) {
         environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("tessik.startup.debug=true"));
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home.path());
         environment.insert(QStringLiteral("XDG_STATE_HOME"), home.path());
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"),
+                           QStringLiteral("offscreen:configfile=") + screen.fileName());
         program.setProcessEnvironment(environment);
         program.setProcessChannelMode(QProcess::MergedChannels);
         QElapsedTimer timer;
@@ -39,7 +47,7 @@ const Benchmark firstFrame("first_frame_ms", [](const Report& report) {
         program.waitForFinished();
     }
     std::sort(times.begin(), times.end());
-    report({"first_frame_ms", times[times.size() / 2], "ms", 150});
+    report({"first_frame_ms", times[times.size() / 2], "ms", 200});
     report({"first_frame_memory_mb", memory, "MB", 70});
 });
 

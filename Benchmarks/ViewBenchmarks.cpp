@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QProcess>
 
 #include <algorithm>
 #include <cmath>
@@ -87,8 +88,21 @@ double medianMilliseconds(int count, Step step) {
     return times[std::size_t(count / 2)];
 }
 
+/// The load on a screen of two device pixels a pixel, which a process has from its start.
+double repaintLoadAtScale2() {
+    QProcess self;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
+    self.setProcessEnvironment(environment);
+    self.start(QCoreApplication::applicationFilePath(), {QStringLiteral("repaint_cpu_percent")});
+    self.waitForFinished();
+    return self.readAllStandardOutput().simplified().split(' ').value(1, "nan").toDouble();
+}
+
 const Benchmark repaint("repaint_cpu_percent", [](const Report& report) {
+    if (qApp->devicePixelRatio() != 1) return report({"repaint_cpu_percent", repaintLoad({1600, 900}), "%", {}});
     report({"repaint_cpu_percent", repaintLoad({1600, 900}), "%", 7});
+    report({"repaint_cpu_percent.scale2", repaintLoadAtScale2(), "%", 10});
     report({"repaint_cpu_percent.2560x1440", repaintLoad({2560, 1440}), "%", 9});
 });
 

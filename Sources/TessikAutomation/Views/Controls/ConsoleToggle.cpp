@@ -20,6 +20,7 @@ void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key
     const QColor color = look.tints.*_color;
     const QColor plate = hovered ? blend(look.palette.switchOffFill, Qt::white, look.isDark() ? 0.07 : 0.25)
                                  : look.palette.switchOffFill;
+    const QColor unlit = hovered ? look.tints.text : look.tints.legend;
     if (!_showsLED) {
         const QFont bold = Type::font(9 * canvas.scale, QFont::Bold, 0.6 * canvas.scale);
         if (on)
@@ -29,7 +30,7 @@ void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key
         if (on)
             Type::draw(painter, key.translated(0, canvas.line()), Qt::AlignHCenter, _label, bold,
                        withAlpha(Qt::black, 0.35));
-        Type::draw(painter, key, Qt::AlignHCenter, _label, bold, on ? QColor(Qt::white) : look.tints.legend);
+        Type::draw(painter, key, Qt::AlignHCenter, _label, bold, on ? QColor(Qt::white) : unlit);
         return;
     }
     Parts::raisedPlate(painter, key, canvas.scale, plate, look.tints, pressed);
@@ -48,7 +49,7 @@ void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key
     if (QFontMetricsF(font).horizontalAdvance(_label) > legend.width() - canvas.px(legendMargin))
         font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
     const QColor lit = look.isDark() ? look.tints.litLegend : QColor(Qt::black);
-    Type::draw(painter, legend, Qt::AlignHCenter, _label, font, on ? lit : look.tints.legend);
+    Type::draw(painter, legend, Qt::AlignHCenter, _label, font, on ? lit : unlit);
 }
 
 void ConsoleToggle::paintStatic(Canvas& canvas, const QRect& rect) const {

@@ -113,7 +113,7 @@ void ChannelNumber::paintMoving(Canvas& canvas, const QRect& rect, const Control
     if (state.value.number != 0) {
         canvas.painter.setRenderHint(QPainter::Antialiasing);
         canvas.painter.setPen(Qt::NoPen);
-        canvas.painter.setBrush(withAlpha(QColor(0x2A, 0x7D, 0xE1), 0.8));
+        canvas.painter.setBrush(QColor(0x1F, 0x66, 0xC4));
         const QRect plate = canvas.px(QRectF(rect.adjusted(6, 3, -6, -2)));
         canvas.painter.drawRoundedRect(QRectF(plate), 3 * canvas.scale, 3 * canvas.scale);
         Type::draw(canvas.painter, place, Qt::AlignHCenter, state.value.text,

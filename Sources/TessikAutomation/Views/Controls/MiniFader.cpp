@@ -58,7 +58,7 @@ void MiniFader::paintStatic(Canvas& canvas, const QRect& rect) const {
         canvas.painter.fillRect(QRect(canvas.px(track.x() - 1), top, canvas.px(5), canvas.line()),
                                 canvas.look.palette.tickColor);
         Type::draw(canvas.painter, canvas.px(QRectF(rect.x() - 4, y - 5, track.x() - 4 - rect.x() + 4, 10)),
-                   Qt::AlignRight, mark.label, font, canvas.look.tints.legend);
+                   Qt::AlignRight, mark.label, font, canvas.look.tints.moduleLegend);
     }
     const QRectF groove(track.x() + (capWidth - trackWidth) / 2.0, track.y() + 2, trackWidth, track.height() - 4);
     const QColor floor = canvas.look.isDark() ? QColor(12, 12, 12) : QColor(58, 55, 52);

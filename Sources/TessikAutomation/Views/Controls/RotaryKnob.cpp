@@ -51,7 +51,7 @@ void RotaryKnob::paintPositions(Canvas& canvas, const QRect& rect) const {
         const QPointF centre =
             QRectF(knob).center() + QPointF(std::sin(radians) * away * 1.15, -std::cos(radians) * away);
         box.moveCenter(centre.toPoint());
-        Type::draw(canvas.painter, box, Qt::AlignHCenter, travel.positions[i], font, canvas.look.tints.legend);
+        Type::draw(canvas.painter, box, Qt::AlignHCenter, travel.positions[i], font, canvas.look.tints.moduleLegend);
     }
 }
 

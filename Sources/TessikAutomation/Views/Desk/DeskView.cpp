@@ -137,7 +137,7 @@ int DeskView::stripHeight() const { return toGrid(height() - railHeight); }
 
 void DeskView::pageInputs(bool forward) {
     const int step = _inputs->scrollBar()->singleStep();
-    _inputs->scrollTo(_inputs->left() + (forward ? step : -step), true);
+    _inputs->scrollTo(_inputs->destination() + (forward ? step : -step), true);
 }
 
 void DeskView::setStatusView(QWidget* view) {

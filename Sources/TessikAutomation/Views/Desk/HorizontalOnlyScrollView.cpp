@@ -26,6 +26,10 @@ void HorizontalOnlyScrollView::setContentWidth(int width, int step) {
     layOut();
 }
 
+int HorizontalOnlyScrollView::destination() const {
+    return _animation.state() == QVariantAnimation::Running ? _animation.endValue().toInt() : left();
+}
+
 void HorizontalOnlyScrollView::scrollTo(int x, bool animated) {
     _animation.stop();
     const int target = std::clamp(x, 0, maxLeft());

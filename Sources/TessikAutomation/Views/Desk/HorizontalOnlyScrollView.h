@@ -20,6 +20,8 @@ public:
     void setContentWidth(int width, int step);
 
     int left() const { return _scrollBar->value(); }
+    /// Where it stands, or is on its way to.
+    int destination() const;
     int maxLeft() const { return _scrollBar->maximum(); }
     /// Held to what there is to see; animated, it takes 0.2 s.
     void scrollTo(int x, bool animated = false);

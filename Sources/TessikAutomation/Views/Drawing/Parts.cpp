@@ -166,7 +166,7 @@ void modulePanel(QPainter& painter, const QRect& rect, qreal u, const QColor& fi
     QLinearGradient light(rect.topLeft(), rect.topRight());
     light.setColorAt(0, withAlpha(Qt::white, look.isDark() ? 0.018 : 0.14));
     light.setColorAt(0.5, withAlpha(Qt::white, 0));
-    light.setColorAt(1, withAlpha(Qt::black, look.isDark() ? 0.12 : 0.05));
+    light.setColorAt(1, withAlpha(Qt::black, look.isDark() ? 0.12 : 0.03));
     painter.fillRect(rect, light);
     painter.fillRect(QRect(rect.x(), rect.y(), line, rect.height()), withAlpha(Qt::white, look.isDark() ? 0.075 : 0.5));
     painter.fillRect(QRect(rect.right() - line + 1, rect.y(), line, rect.height()),

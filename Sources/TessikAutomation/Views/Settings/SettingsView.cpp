@@ -56,7 +56,8 @@ protected:
 
 } // namespace
 
-SettingsView::SettingsView(const AppObjects& objects, QWidget* parent) : QDialog(parent), _objects(objects) {
+SettingsView::SettingsView(const AppObjects& objects, DrawingContext& drawing, QWidget* parent)
+    : QDialog(parent), _objects(objects), _drawing(drawing) {
     setHelpContext(*this, HelpContext::settings);
     setWindowTitle(QStringLiteral("Settings"));
     setFixedSize(Metrics::settingsWidth, Metrics::settingsHeight);
@@ -110,13 +111,11 @@ SettingsView::SettingsView(const AppObjects& objects, QWidget* parent) : QDialog
     layout->addWidget(done, 0, Qt::AlignRight);
     connect(done, &QPushButton::clicked, this, &QDialog::accept);
 
-    _observers.push_back(objects.theme.bindableTheme().addNotifier([this] { applyLook(); }));
+    _observers.push_back(drawing.look.addNotifier([this] { applyLook(); }));
     applyLook();
 }
 
-void SettingsView::applyLook() {
-    AppStyle::applySheet(*this, sheet, Look::of(_objects.theme.effectiveScheme(AppStyle::systemColorScheme())));
-}
+void SettingsView::applyLook() { AppStyle::applySheet(*this, sheet, *_drawing.look.value()); }
 
 QBoxLayout* SettingsView::addGroup(const QString& title) {
     auto* label = new QLabel(title, this);

@@ -2,6 +2,7 @@
 
 #include "TessikAutomation/Persistence/PortChoice.h"
 #include "TessikAutomation/Views/AppObjects.h"
+#include "TessikAutomation/Views/Drawing/Canvas.h"
 
 #include <QDialog>
 
@@ -16,7 +17,7 @@ class SettingsView final : public QDialog {
     Q_OBJECT
 
 public:
-    explicit SettingsView(const AppObjects& objects, QWidget* parent = nullptr);
+    SettingsView(const AppObjects& objects, DrawingContext& drawing, QWidget* parent = nullptr);
 
 private:
     QBoxLayout* addGroup(const QString& title);
@@ -32,6 +33,7 @@ private:
     void applyLook();
 
     AppObjects _objects;
+    DrawingContext& _drawing;
     QBoxLayout* _groups;
     std::vector<QPropertyNotifier> _observers;
 };

@@ -11,8 +11,6 @@
 namespace tessik::AppStyle {
 namespace {
 
-ColorScheme reported = ColorScheme::dark;
-
 struct SheetColors {
     QColor sheet, card, line, field, fieldEdge, hover, text, secondary, accent, primary, handle, rail;
 };
@@ -37,21 +35,19 @@ SheetColors sheetColors(const Look& look) {
 
 } // namespace
 
-void install() {
-    static const bool installed = [] {
+ColorScheme install() {
+    static const ColorScheme reported = [] {
         const QPalette system = QApplication::palette();
-        if (system.color(QPalette::Window).lightness() > system.color(QPalette::WindowText).lightness())
-            reported = ColorScheme::light;
+        const bool isLight =
+            system.color(QPalette::Window).lightness() > system.color(QPalette::WindowText).lightness();
         QApplication::setStyle(new DialogStyle);
         Type::installFonts();
         QApplication::setFont(Type::font(13, QFont::Normal));
         QToolTip::setFont(Type::font(12, QFont::Medium));
-        return true;
+        return isLight ? ColorScheme::light : ColorScheme::dark;
     }();
-    Q_UNUSED(installed)
+    return reported;
 }
-
-ColorScheme systemColorScheme() { return reported; }
 
 void apply(const Look& look) {
     const SheetColors colors = sheetColors(look);

@@ -7,10 +7,9 @@ class QWidget;
 /// The look of what Qt draws itself: menus, lists, sheets, tooltips.
 namespace tessik::AppStyle {
 
-/// Once, before the first window: style, type, and what the system reports before its colours are replaced.
-void install();
-/// Whether the system asked for dark or light when the program started.
-ColorScheme systemColorScheme();
+/// Before the first window: style and type. Whether the system asks for dark or light, as it reported before its
+/// colours were replaced.
+ColorScheme install();
 /// Gives all widgets of the application the colours of a look.
 void apply(const Look& look);
 /// Gives a widget and its children a style sheet in which "@name" stands for a colour of the look.

@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 namespace tessik {
 
@@ -52,6 +53,16 @@ DialogStyle::DialogStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("F
 QIcon DialogStyle::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const {
     const std::optional<Sign> sign = signOf(which);
     return sign ? QIcon(drawn(*sign)) : QProxyStyle::standardIcon(which, option, widget);
+}
+
+void DialogStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                const QWidget* widget) const {
+    if (element != PE_PanelTipLabel) return QProxyStyle::drawPrimitive(element, option, painter, widget);
+    painter->fillRect(option->rect, option->palette.toolTipBase());
+    QColor rim = option->palette.toolTipText().color();
+    rim.setAlphaF(0.3f);
+    painter->setPen(rim);
+    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
 }
 
 void DialogStyle::polish(QWidget* widget) {

@@ -11,6 +11,9 @@ public:
 
     QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;
     using QProxyStyle::polish;
+    /// Tooltips have a soft rim.
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
     /// The first line of a question is its title, and no line of it is so short that the text becomes a column.
     void polish(QWidget* widget) override;
 };

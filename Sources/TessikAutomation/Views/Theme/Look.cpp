@@ -21,7 +21,7 @@ Tints darkTints() {
         .aluminiumPrint = hex(0x1A1A1A),
         .displayBackground = hex(0x0B0A08),
         .display = hex(0xFFB340),
-        .displayDim = hex(0x9A6C28),
+        .displayDim = hex(0xA8762C),
         .focusRing = hex(0x5AB0FF),
         .warning = hex(0xFF9F2E),
         .active = hex(0x6FF08C),
@@ -51,8 +51,8 @@ Tints lightTints() {
     tints.headerBottom = hex(0xD6D4D1);
     tints.aluminium = hex(0xD2D2D2);
     tints.focusRing = hex(0x0A6CE0);
-    tints.warning = hex(0xB65A00);
-    tints.active = hex(0x0A7030);
+    tints.warning = hex(0x8A4000);
+    tints.active = hex(0x07642A);
     tints.ledGreen = hex(0x2BD45E);
     tints.ledAmber = hex(0xFFA81F);
     tints.ledRed = hex(0xF0402C);

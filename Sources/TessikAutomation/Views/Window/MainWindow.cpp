@@ -12,8 +12,7 @@
 namespace tessik {
 
 MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
-    : QMainWindow(parent), keys(*this), _objects(objects) {
-    AppStyle::install();
+    : QMainWindow(parent), keys(*this), _objects(objects), _system(AppStyle::install()) {
     auto* central = new QWidget(this);
     _header = new HeaderView(objects, _drawing, central);
     _desk = new DeskView(objects, _history, _drawing, central);
@@ -48,6 +47,7 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
     keys.onRight = [this] { _desk->pageInputs(true); };
 
     _observers.push_back(objects.theme.bindableTheme().addNotifier([this] { applyTheme(); }));
+    _observers.push_back(_system.scheme.addNotifier([this] { applyTheme(); }));
     applyTheme();
 }
 
@@ -65,7 +65,7 @@ SymbolButton& MainWindow::problemsKey() { return _header->problemsKey(); }
 
 void MainWindow::openSettings() {
     if (!_settings) {
-        _settings = new SettingsView(_objects, this);
+        _settings = new SettingsView(_objects, _drawing, this);
         _settings->setAttribute(Qt::WA_DeleteOnClose);
     }
     _settings->open();
@@ -81,7 +81,8 @@ void MainWindow::addZoomAction(const QString& text, const QList<QKeySequence>& s
 }
 
 void MainWindow::applyTheme() {
-    const Look& look = Look::of(_objects.theme.effectiveScheme(AppStyle::systemColorScheme()));
+    if (!_objects.theme.preferredColorScheme()) _system.follow();
+    const Look& look = Look::of(_objects.theme.effectiveScheme(_system.scheme));
     AppStyle::apply(look);
     _drawing.look = &look;
 }

@@ -3,6 +3,7 @@
 #include "TessikAutomation/Views/AppObjects.h"
 #include "TessikAutomation/Views/Desk/DeskView.h"
 #include "TessikAutomation/Views/Settings/SettingsView.h"
+#include "TessikAutomation/Views/Theme/SystemColorScheme.h"
 #include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
 
 #include <QMainWindow>
@@ -48,6 +49,7 @@ private:
     void addZoomAction(const QString& text, const QList<QKeySequence>& shortcuts, std::function<void()> action);
 
     AppObjects _objects;
+    SystemColorScheme _system;
     DrawingContext _drawing;
     QUndoStack _history;
     HeaderView* _header;

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "TessikAutomation/Views/Theme/Palette.h"
+
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <QObject>
+#include <QProperty>
+
+#include <optional>
+
+namespace tessik {
+
+/// Whether the desktop asks for dark or light: what it reported when the program started, and from `follow` on what
+/// its portal says, where there is one.
+class SystemColorScheme final : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SystemColorScheme(ColorScheme reportedAtStart) : scheme(reportedAtStart), _atStart(reportedAtStart) {}
+
+    QProperty<ColorScheme> scheme;
+
+    /// Asks the portal on the user's bus and listens to it from then on. Without a bus nothing happens; nor does a
+    /// second time.
+    void follow();
+    void follow(QDBusConnection bus);
+
+    /// The portal's colour-scheme setting; none for "no preference" and for what is no such setting.
+    static std::optional<ColorScheme> fromPortal(QVariant value);
+
+private Q_SLOTS:
+    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+private:
+    void read(QDBusConnection bus, const QString& method);
+    void apply(const QVariant& value) { scheme = fromPortal(value).value_or(_atStart); }
+
+    const ColorScheme _atStart;
+    bool _following = false;
+};
+
+} // namespace tessik
