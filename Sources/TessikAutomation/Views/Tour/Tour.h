@@ -61,10 +61,12 @@ private:
     /// Locates the recorder and waits for its answer.
     void locate(std::int64_t frame);
     /// Plays from `frame` on and stops when the tape is `frames` further. `meanwhile` is called often, with the frames
-    /// gone by.
-    void roll(std::int64_t frame, double frames, const std::function<void(double t)>& meanwhile);
+    /// gone by. Returns the longest time that the program was not let do anything.
+    Uptime roll(std::int64_t frame, double frames, const std::function<void(double t)>& meanwhile);
     /// Gives the take that waits its name, in the popover that opened for it.
     void saveTake(const QString& name);
+    /// Plays the take and compares what the desk does with what it is to do.
+    void playAndCompare(const TapeCurves& expected, const QString& statement);
     void compareCurves(const TapeCurves& played, const TapeCurves& expected, const QString& statement);
     /// Answers the next file dialog with that path.
     void answerFileDialog(const QString& path);

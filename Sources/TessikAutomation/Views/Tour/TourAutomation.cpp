@@ -22,6 +22,9 @@ constexpr double holdStart = 46, holdEnd = 60; ///< all hands rest: time for a p
 /// A move may be this much earlier or later than the hand's: it is played with its frame, and the machine may be busy.
 constexpr double tolerance = 2;
 
+/// Where the machine was kept from the program for longer, what the desk did tells nothing: it is played again.
+constexpr Uptime longestAbsence = std::chrono::milliseconds(60);
+
 /// A hand that goes from one position to another, rests, and goes on to a third.
 struct Ride {
     ChannelKind kind;
@@ -120,13 +123,17 @@ void Tour::locate(std::int64_t frame) {
                  QStringLiteral("the counter stands at %1").arg(goal.displayString()));
 }
 
-void Tour::roll(std::int64_t frame, double frames, const std::function<void(double t)>& meanwhile) {
+Uptime Tour::roll(std::int64_t frame, double frames, const std::function<void(double t)>& meanwhile) {
     locate(frame);
     pressKey(Qt::Key_Space);
+    Uptime longestAbsence{}, lastLook = distantPast;
     const bool arrived = _guide.waitFor(
         [&] {
+            if (lastLook != distantPast)
+                longestAbsence = std::max(longestAbsence, UptimeClock::system().now() - lastLook);
             const double t = _rig.recorder.truePosition(UptimeClock::system().now()) - double(frame);
             meanwhile(t);
+            lastLook = UptimeClock::system().now();
             return t >= frames;
         },
         20'000);
@@ -135,6 +142,7 @@ void Tour::roll(std::int64_t frame, double frames, const std::function<void(doub
         return !_app.mtcClock.isRunning.value() && !_app.passEngine.isRolling.value();
     }),
                  QStringLiteral("Space played and stopped the tape"));
+    return longestAbsence;
 }
 
 QAbstractButton& Tour::automationKey(const char* legend) {
@@ -225,16 +233,25 @@ void Tour::writeTake() {
     saveTake(QStringLiteral("Ride"));
 }
 
+void Tour::playAndCompare(const TapeCurves& expected, const QString& statement) {
+    TapeCurves played;
+    bool hasPicture = false;
+    Uptime absence = distantPast;
+    for (int attempt = 0; attempt < 3 && (attempt == 0 || absence > longestAbsence); ++attempt) {
+        const DeskWatch watch(_rig, controllers());
+        absence = roll(takeStart, takeLength, [&](double t) {
+            if (t < holdStart + 2 || std::exchange(hasPicture, true)) return;
+            _guide.picture(_app.window, QStringLiteral("read"));
+        });
+        played = watch.curves();
+    }
+    compareCurves(played, expected, statement);
+    compareDesk();
+}
+
 void Tour::readBack() {
     _guide.beginStep(QStringLiteral("READ: the desk does what the hands did"));
-    const DeskWatch watch(_rig, controllers());
-    bool hasPicture = false;
-    roll(takeStart, takeLength, [&](double t) {
-        if (t < holdStart + 2 || std::exchange(hasPicture, true)) return;
-        _guide.picture(_app.window, QStringLiteral("read"));
-    });
-    compareCurves(watch.curves(), _hands, QStringLiteral("the desk's VCAs and mutes follow the hands' curves"));
-    compareDesk();
+    playAndCompare(_hands, QStringLiteral("the desk's VCAs and mutes follow the hands' curves"));
 }
 
 void Tour::updateTake() {
@@ -273,10 +290,7 @@ void Tour::updateTake() {
         const double frame = double(takeStart) + t;
         lifted.add(frame, std::clamp(_hands.at(updated).at(frame) + hand.at(frame) - rest, 0, 127));
     }
-    const DeskWatch watch(_rig, controllers());
-    roll(takeStart, takeLength, [](double) {});
-    compareCurves(watch.curves(), expected, QStringLiteral("the desk follows the hands and the ride on top"));
-    compareDesk();
+    playAndCompare(expected, QStringLiteral("the desk follows the hands and the ride on top"));
 }
 
 void Tour::nullParked() {

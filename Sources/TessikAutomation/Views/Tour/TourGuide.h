@@ -23,7 +23,7 @@ public:
     /// A statement that must be true; the tour goes on either way.
     void check(bool holds, const QString& statement);
     /// Runs the event loop until `condition` holds, at most `timeout`. Whether it came to hold.
-    bool waitFor(const std::function<bool()>& condition, int timeoutMilliseconds = 5000);
+    bool waitFor(const std::function<bool()>& condition, int timeoutMilliseconds = 15'000);
     void passTime(int milliseconds);
     /// Writes a picture of the window, named in the order of taking.
     void picture(QWidget& window, const QString& name);
