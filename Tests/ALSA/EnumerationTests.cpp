@@ -34,58 +34,6 @@ TEST_F(ALSATest, listsPortsOfOthersByNameIdAndDirection) {
         EXPECT_FALSE(source.displayName->startsWith(QLatin1String("System")));
 }
 
-TEST_F(ALSATest, idSurvivesARestartUnderAnotherNumber) {
-    const QString name = QStringLiteral("Tessik Test Desk MIDI 1");
-    auto far = std::make_unique<FarClient>(QStringLiteral("Tessik Test Desk"));
-    const int firstNumber = far->number;
-    const auto before = sourcesNamed(name);
-    ASSERT_EQ(before.size(), 1u);
-    far.reset();
-    ASSERT_TRUE(eventually([&] { return sourcesNamed(name).empty(); }));
-
-    const FarClient other(QStringLiteral("Tessik Test Other"));
-    ASSERT_EQ(other.number, firstNumber) << "the number was to be taken";
-    far = std::make_unique<FarClient>(QStringLiteral("Tessik Test Desk"));
-    ASSERT_NE(far->number, firstNumber);
-    const auto after = sourcesNamed(name);
-    ASSERT_EQ(after.size(), 1u);
-    EXPECT_EQ(after[0].uniqueID, before[0].uniqueID);
-    EXPECT_NE(after[0].endpoint, before[0].endpoint);
-}
-
-TEST_F(ALSATest, twinsAreToldApartAndKeepTheirIds) {
-    const QString name = QStringLiteral("Tessik Test Twin MIDI 1");
-    auto first = std::make_unique<FarClient>(QStringLiteral("Tessik Test Twin"));
-    const FarClient second(QStringLiteral("Tessik Test Twin"));
-    const auto both = sourcesNamed(name);
-    ASSERT_EQ(both.size(), 2u);
-    EXPECT_NE(both[0].uniqueID, both[1].uniqueID);
-
-    first.reset();
-    ASSERT_TRUE(eventually([&] { return sourcesNamed(name).size() == 1; }));
-    EXPECT_EQ(sourcesNamed(name)[0].uniqueID, both[1].uniqueID);
-
-    first = std::make_unique<FarClient>(QStringLiteral("Tessik Test Twin"));
-    ASSERT_TRUE(eventually([&] { return sourcesNamed(name).size() == 2; }));
-    EXPECT_NE(findPort(sourcesNamed(name), both[0].uniqueID), nullptr);
-    EXPECT_NE(findPort(sourcesNamed(name), both[1].uniqueID), nullptr);
-}
-
-TEST_F(ALSATest, aPortReopenedAtItsAddressLooksNew) {
-    const QString name = QStringLiteral("Tessik Test Desk MIDI 1");
-    FarClient far(QStringLiteral("Tessik Test Desk"));
-    ASSERT_TRUE(eventually([&] { return sourcesNamed(name).size() == 1; }));
-    const auto before = sourcesNamed(name);
-    ASSERT_EQ(far.tell(QStringLiteral("close")), QLatin1String("ok"));
-    ASSERT_EQ(far.tell(QStringLiteral("open duplex MIDI 1")), QLatin1String("ok"));
-    ASSERT_TRUE(eventually([&] {
-        const auto now = sourcesNamed(name);
-        return now.size() == 1 && now[0].endpoint != before[0].endpoint;
-    }));
-    EXPECT_EQ(sourcesNamed(name)[0].uniqueID, before[0].uniqueID);
-    EXPECT_EQ(service.connectSource(0, before[0].endpoint), midiUnknownHandle);
-}
-
 TEST_F(ALSATest, disposingEndsEveryBlock) {
     struct Seen {
         std::atomic<bool> disposed = false;

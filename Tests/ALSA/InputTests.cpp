@@ -1,9 +1,9 @@
 #include "FarClient.h"
+#include "Support/CountingBytes.h"
 #include "TessikKit/MIDI/MIDIInputConnection.h"
 
 #include <QTimer>
 
-#include <numeric>
 #include <semaphore>
 
 namespace tessik {
@@ -86,9 +86,7 @@ TEST_F(InputTest, tenThousandControlChangesComeInOrderWhileTheWindowLives) {
 TEST_F(InputTest, systemExclusiveWithQuarterFramesBetweenItsPieces) {
     FarClient far(desk);
     choose(deskPort);
-    std::vector<std::uint8_t> sent(1000);
-    for (std::size_t i = 0; i < sent.size(); ++i)
-        sent[i] = std::uint8_t(i & 0x7F);
+    const std::vector<std::uint8_t> sent = countingBytes(1000);
     // A lone F7 is the last piece of 1,000 data bytes in pieces of 143.
     for (const int piece : {2000, 256, 143, 7}) {
         messages.clear();
@@ -135,6 +133,7 @@ TEST_F(InputTest, anOverrunIsSurvivedToldAndLogged) {
 
 TEST_F(InputTest, theChosenSourceIsFoundAgain) {
     auto far = std::make_unique<FarClient>(desk);
+    const int number = far->number;
     choose(deskPort);
     far.reset();
     ASSERT_TRUE(eventually([&] { return connection.statusText.value() == QStringLiteral("Source reconnecting…"); }));
@@ -142,6 +141,7 @@ TEST_F(InputTest, theChosenSourceIsFoundAgain) {
 
     testing::internal::CaptureStderr();
     const FarClient inItsPlace(QStringLiteral("Tessik Test Other"));
+    ASSERT_EQ(inItsPlace.number, number) << "the number was to be taken";
     far = std::make_unique<FarClient>(desk);
     EXPECT_TRUE(eventually([&] { return connection.statusText.value() == QStringLiteral("Connected: ") + deskPort; }));
     const std::string log = testing::internal::GetCapturedStderr();

@@ -1,8 +1,7 @@
 #include "FarClient.h"
+#include "Support/CountingBytes.h"
 #include "TessikAutomation/MIDI/MIDIDestinationPort.h"
 #include "TessikKit/MIDI/MIDIWords.h"
-
-#include <numeric>
 
 namespace tessik {
 
@@ -71,10 +70,7 @@ TEST_F(OutputTest, whatIsSentIsWhatADumpShows) {
     EXPECT_EQ(dump.lines(QStringLiteral("Control change"), expected.size()), expected);
 
     const std::vector<std::uint8_t> locate{0x7F, 0x7F, 0x06, 0x44, 0x06, 0x01, 0x21, 0x02, 0x03, 0x04, 0x00};
-    std::vector<std::uint8_t> bulk(1000);
-    std::iota(bulk.begin(), bulk.end(), std::uint8_t(0));
-    for (std::uint8_t& byte : bulk)
-        byte &= 0x7F;
+    const std::vector<std::uint8_t> bulk = countingBytes(1000);
     words.clear();
     MIDIWords::appendSysEx(words, locate);
     MIDIWords::appendSysEx(words, bulk);

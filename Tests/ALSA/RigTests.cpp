@@ -9,30 +9,14 @@ namespace tessik {
 namespace {
 
 /// tessik-rig, told what its hands do by lines of text.
-class RigProcess {
+class RigProcess : public FarProgram {
 public:
-    RigProcess() {
-        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/tessik-rig"), QStringList());
-        EXPECT_TRUE(readLine().startsWith(QLatin1String("Rig Console"))) << "tessik-rig did not start";
-    }
-    ~RigProcess() {
-        process.terminate();
-        process.waitForFinished(120'000);
-    }
-    QString tell(const QString& line) {
-        process.write(line.toUtf8() + '\n');
-        return readLine();
+    RigProcess() : FarProgram(QStringLiteral("tessik-rig"), {}) {
+        EXPECT_TRUE(answer().startsWith(QLatin1String("Rig Console"))) << "tessik-rig did not start";
     }
     int vca(const QString& channel) {
         return tell(QStringLiteral("show ") + channel).split(QLatin1Char(' ')).value(3).toInt();
     }
-
-private:
-    QString readLine() {
-        if (!eventually([this] { return process.canReadLine(); })) return {};
-        return QString::fromUtf8(process.readLine()).trimmed();
-    }
-    QProcess process;
 };
 
 struct RigTest : ALSATest {
@@ -80,20 +64,6 @@ TEST_F(RigTest, theDeskIsHeardAndObeys) {
     input(7).faderValue = 33;
     output.sendFader(ChannelKind::input(7), 33);
     EXPECT_TRUE(eventually([this] { return rig.vca(QStringLiteral("7")) == 33; }));
-}
-
-TEST_F(RigTest, theRecorderIsLocatedPlaysAndStops) {
-    const TimecodePosition goal{MTCFrameRate::fps25, 1, 0, 0, 0};
-    transport.locate(goal);
-    EXPECT_TRUE(eventually([&] { return clock.currentPosition.value() == goal; }));
-    EXPECT_FALSE(clock.isRunning.value());
-    transport.send(MMCCommand::play);
-    ASSERT_TRUE(rolls());
-    EXPECT_EQ(clock.currentPosition.value()->frameRate, MTCFrameRate::fps25);
-    EXPECT_TRUE(eventually([&] { return clock.currentPosition.value()->totalFrames() > goal.totalFrames() + 50; }));
-    transport.send(MMCCommand::stop);
-    EXPECT_TRUE(stands());
-    EXPECT_GT(clock.currentPosition.value()->totalFrames(), goal.totalFrames() + 50);
 }
 
 TEST_F(RigTest, aTakeIsWrittenAndPlayedBack) {

@@ -89,15 +89,6 @@ TEST_F(SimulatedConsoleTest, DropsWhatItsBufferCannotHold) {
     EXPECT_EQ(desk.droppedBytes(), 180 - 128);
 }
 
-TEST(SimulatedConsole, OfTwentyFourInputsHasNoMore) {
-    ManualUptimeClock clock;
-    VirtualMIDIService service(VirtualMIDIService::Delivery::synchronous, clock);
-    SimulatedConsole desk(service, clock, 24);
-    EXPECT_EQ(desk.channels().size(), 33u);
-    desk.moveFader(ChannelKind::input(25), 5);
-    EXPECT_TRUE(desk.isQuiet());
-}
-
 TEST(ChannelMessageParser, FollowsRunningStatusThroughOtherTraffic) {
     ChannelMessageParser parser;
     std::vector<int> seen;

@@ -1,13 +1,12 @@
+#include "Support/CountingBytes.h"
 #include "Support/Events.h"
+#include "Support/FarDesk.h"
 #include "TessikKit/MIDI/MIDIInputConnection.h"
 #include "TessikKit/MIDI/MIDIManager.h"
 #include "TessikKit/MIDI/MIDIWords.h"
-#include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <numeric>
 
 namespace tessik {
 namespace {
@@ -18,15 +17,10 @@ using Operation = VirtualMIDIService::Operation;
 
 struct ConnectionTest : testing::Test {
     VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
-    MIDIClientRef far = 0;
-    MIDIEndpointRef desk = 0;
+    FarDesk desk{service};
     std::vector<MIDIWord> words;
     std::vector<std::vector<std::uint8_t>> sysEx;
 
-    ConnectionTest() {
-        service.createClient(QStringLiteral("Far"), {}, far);
-        service.createSource(far, QStringLiteral("Desk"), desk);
-    }
     std::unique_ptr<MIDIInputConnection> makeConnection() {
         auto made = std::make_unique<MIDIInputConnection>(service, QStringLiteral("Test"),
                                                           [this](const MIDIWord& word) { words.push_back(word); });
@@ -34,10 +28,14 @@ struct ConnectionTest : testing::Test {
             [this](Uptime, std::span<const std::uint8_t> bytes) { sysEx.emplace_back(bytes.begin(), bytes.end()); });
         return made;
     }
-    std::int32_t deskID() { return *service.sources().front().uniqueID; }
+    std::unique_ptr<MIDIInputConnection> makeConnected() {
+        auto made = makeConnection();
+        made->selectSource(desk.outID());
+        return made;
+    }
     void inject(const std::vector<std::uint32_t>& data, bool lost = false) {
         const MIDIEventPacket packet{{}, data};
-        service.inject(desk, {.packets = {&packet, 1}, .dataLost = lost});
+        service.inject(desk.out, {.packets = {&packet, 1}, .dataLost = lost});
         runPosted();
     }
 };
@@ -45,10 +43,10 @@ struct ConnectionTest : testing::Test {
 TEST_F(ConnectionTest, FollowsASourceThatVanishesAndComesBack) {
     const auto connection = makeConnection();
     EXPECT_EQ(connection->statusText.value(), QStringLiteral("Not connected"));
-    connection->selectSource(deskID());
-    EXPECT_EQ(connection->statusText.value(), QStringLiteral("Connected: Desk"));
+    connection->selectSource(desk.outID());
+    EXPECT_EQ(connection->statusText.value(), QStringLiteral("Connected: Desk Out"));
 
-    service.unplug(QStringLiteral("Desk"));
+    service.unplug(QStringLiteral("Desk Out"));
     runPosted();
     EXPECT_EQ(connection->statusText.value(), QStringLiteral("Source reconnecting…"));
     connection->disconnect(); // the choice stays while the source is missing
@@ -56,20 +54,20 @@ TEST_F(ConnectionTest, FollowsASourceThatVanishesAndComesBack) {
 
     const MIDIEndpointRef old = *connection->connectedEndpoint.value();
     CaptureStderr();
-    service.plug(QStringLiteral("Desk"));
+    service.plug(QStringLiteral("Desk Out"));
     runPosted();
     EXPECT_EQ(GetCapturedStderr(),
-              QStringLiteral("[Test] Reconnecting to Desk (endpoint Optional(%1) -> %2) [was missing]\n")
+              QStringLiteral("[Test] Reconnecting to Desk Out (endpoint Optional(%1) -> %2) [was missing]\n")
                   .arg(old)
                   .arg(service.sources().front().ref)
                   .toStdString());
-    EXPECT_EQ(connection->statusText.value(), QStringLiteral("Connected: Desk"));
+    EXPECT_EQ(connection->statusText.value(), QStringLiteral("Connected: Desk Out"));
     inject({MIDIWords::controlChange(1, 7, 100)});
     EXPECT_EQ(words.size(), 1u);
 
     CaptureStderr(); // gone and back before anybody looked: only the endpoint tells
-    service.unplug(QStringLiteral("Desk"));
-    service.plug(QStringLiteral("Desk"));
+    service.unplug(QStringLiteral("Desk Out"));
+    service.plug(QStringLiteral("Desk Out"));
     runPosted();
     EXPECT_THAT(GetCapturedStderr(), testing::Not(testing::HasSubstr("[was missing]")));
     inject({MIDIWords::controlChange(1, 7, 101)});
@@ -78,8 +76,8 @@ TEST_F(ConnectionTest, FollowsASourceThatVanishesAndComesBack) {
 
 TEST_F(ConnectionTest, ChoosesBetweenSourcesById) {
     MIDIEndpointRef twin = 0;
-    service.createSource(far, QStringLiteral("Desk"), twin);
-    service.hideName(QStringLiteral("Desk"));
+    service.createSource(desk.client, QStringLiteral("Desk Out"), twin);
+    service.hideName(QStringLiteral("Desk Out"));
     const auto connection = makeConnection();
     const auto sources = connection->availableSources.value();
     ASSERT_EQ(sources.size(), 2u);
@@ -109,17 +107,16 @@ TEST_F(ConnectionTest, ShowsWhatThePlatformRefused) {
     connection = makeConnection();
     service.failNext(Operation::connectSource, -10);
     CaptureStderr();
-    connection->selectSource(deskID());
+    connection->selectSource(desk.outID());
     EXPECT_EQ(connection->statusText.value(),
-              QStringLiteral("Connected: Desk (MIDIPortConnectSource returned OSStatus -10)"));
-    EXPECT_EQ(GetCapturedStderr(),
-              "[Test] MIDIPortConnectSource FAILED OSStatus=-10 name=Desk uid=" + std::to_string(deskID()) + "\n");
-    EXPECT_EQ(connection->connectedSourceID.value(), deskID());
+              QStringLiteral("Connected: Desk Out (MIDIPortConnectSource returned OSStatus -10)"));
+    EXPECT_EQ(GetCapturedStderr(), "[Test] MIDIPortConnectSource FAILED OSStatus=-10 name=Desk Out uid=" +
+                                       std::to_string(desk.outID()) + "\n");
+    EXPECT_EQ(connection->connectedSourceID.value(), desk.outID());
 }
 
 TEST_F(ConnectionTest, TakesEventListsApart) {
-    const auto connection = makeConnection();
-    connection->selectSource(deskID());
+    const auto connection = makeConnected();
     inject({0x20B00764, 0x10F12300, 0x40000000, 0x30160102, 0x03040506, 0x30010000}); // the last pair is cut short
     ASSERT_EQ(words.size(), 2u);
     EXPECT_EQ(words[0].status, 0xB0);
@@ -139,8 +136,7 @@ TEST_F(ConnectionTest, TakesEventListsApart) {
 }
 
 TEST_F(ConnectionTest, AssemblesSystemExclusive) {
-    const auto connection = makeConnection();
-    connection->selectSource(deskID());
+    const auto connection = makeConnected();
     using Bytes = std::vector<std::uint8_t>;
     const auto sent = [&](std::vector<std::uint32_t> pairs) {
         sysEx.clear();
@@ -156,10 +152,7 @@ TEST_F(ConnectionTest, AssemblesSystemExclusive) {
     EXPECT_EQ(sent({0x30410100, 0, 0x30F10100, 0}), std::vector<Bytes>{});
 
     for (const std::size_t size : {0u, 1u, 6u, 7u, 12u, 1000u}) {
-        Bytes bytes(size);
-        std::iota(bytes.begin(), bytes.end(), std::uint8_t(0));
-        for (std::uint8_t& byte : bytes)
-            byte &= 0x7F;
+        const Bytes bytes = countingBytes(size);
         std::vector<std::uint32_t> pairs;
         MIDIWords::appendSysEx(pairs, bytes);
         sysEx.clear();
@@ -171,8 +164,7 @@ TEST_F(ConnectionTest, AssemblesSystemExclusive) {
 }
 
 TEST_F(ConnectionTest, DropsEndlessSystemExclusiveAndSaysSoOnce) {
-    const auto connection = makeConnection();
-    connection->selectSource(deskID());
+    const auto connection = makeConnected();
     CaptureStderr();
     for (int run = 0; run < 2; ++run) {
         inject({0x30160102, 0x03040506});
@@ -187,8 +179,7 @@ TEST_F(ConnectionTest, DropsEndlessSystemExclusiveAndSaysSoOnce) {
 }
 
 TEST_F(ConnectionTest, StartsAfreshAfterLostData) {
-    const auto connection = makeConnection();
-    connection->selectSource(deskID());
+    const auto connection = makeConnected();
     int lost = 0;
     connection->setDataLostHandler([&] { ++lost; });
     inject({0x30160102, 0x03040506});
@@ -200,67 +191,59 @@ TEST_F(ConnectionTest, StartsAfreshAfterLostData) {
     EXPECT_EQ(connection->dataLostCount.value(), 1);
 }
 
-TEST(MIDIManager, PassesControlChangesOfAnyChannelAndNothingElse) {
-    VirtualMIDIService service(VirtualMIDIService::Delivery::synchronous);
-    MIDIClientRef far = 0;
-    MIDIEndpointRef desk = 0;
-    service.createClient(QStringLiteral("Far"), {}, far);
-    service.createSource(far, QStringLiteral("Desk"), desk);
+struct MIDIManagerTest : testing::Test {
+    VirtualMIDIService service; // words come from a thread, as from the platform's
+    FarDesk desk{service};
     ConsoleModel model;
-    MIDIManager manager(service, model, QStringLiteral("Test"));
-    manager.connection.selectSource(service.sources().front().uniqueID);
-    std::vector<std::uint32_t> sent{MIDIWords::controlChange(1, 4, 1),      MIDIWords::controlChange(16, 4, 2),
-                                    MIDIWords::channelVoice(0x90, 60, 100), MIDIWords::channelVoice(0xE0, 0, 64),
-                                    MIDIWords::system(0xF1, 0x23),          MIDIWords::controlChange(3, 4, 99)};
+
+    std::unique_ptr<MIDIManager> makeManager() {
+        auto made = std::make_unique<MIDIManager>(service, model, QStringLiteral("Test"));
+        made->connection.selectSource(desk.outID());
+        return made;
+    }
+    void send(std::uint32_t word) { service.transmit(desk.out, {&word, 1}); }
+    void waitForMessages(int count) {
+        service.waitUntilDelivered();
+        for (int turn = 0; turn < 10'000 && model.messageCount.value() < count; ++turn)
+            runPosted();
+    }
+};
+
+TEST_F(MIDIManagerTest, PassesControlChangesOfAnyChannelAndNothingElse) {
+    const auto manager = makeManager();
     CaptureStderr();
     MIDIManager::logIncomingCC = true;
-    service.transmit(desk, sent);
+    for (const std::uint32_t word :
+         {MIDIWords::controlChange(1, 4, 1), MIDIWords::controlChange(16, 4, 2), MIDIWords::channelVoice(0x90, 60, 100),
+          MIDIWords::channelVoice(0xE0, 0, 64), MIDIWords::system(0xF1, 0x23), MIDIWords::controlChange(3, 4, 99)})
+        send(word);
+    waitForMessages(3);
     MIDIManager::logIncomingCC = false;
     EXPECT_EQ(GetCapturedStderr(), "[CC IN] cc=4 value=1\n[CC IN] cc=4 value=2\n[CC IN] cc=4 value=99\n");
-    runPosted();
     EXPECT_EQ(model.messageCount.value(), 3);
     EXPECT_EQ(model.inputs()[4]->faderValue.value(), 99);
-    EXPECT_EQ(manager.connection.rawByteCount.value(), 24);
 }
 
-TEST(MIDIManager, KeepsAFloodInOrderAcrossThreads) {
-    VirtualMIDIService service;
-    MIDIClientRef far = 0;
-    MIDIEndpointRef desk = 0;
-    service.createClient(QStringLiteral("Far"), {}, far);
-    service.createSource(far, QStringLiteral("Desk"), desk);
-    ConsoleModel model;
-    MIDIManager manager(service, model, QStringLiteral("Test"));
-    manager.connection.selectSource(service.sources().front().uniqueID);
+TEST_F(MIDIManagerTest, KeepsAFloodInOrderAcrossThreads) {
+    const auto manager = makeManager();
     std::vector<int> values;
-    manager.onControlChange = [&](Uptime, int, int value) { values.push_back(value); };
+    manager->onControlChange = [&](Uptime, int, int value) { values.push_back(value); };
     constexpr int count = 20'000;
     for (int i = 0; i < count; ++i) {
-        const std::uint32_t word = MIDIWords::controlChange(1, 0, i & 0x7F);
-        service.transmit(desk, {&word, 1});
+        send(MIDIWords::controlChange(1, 0, i & 0x7F));
         if (i % 1000 == 0) runPosted();
     }
-    service.waitUntilDelivered();
-    runPosted();
-    while (model.messageCount.value() < count)
-        runPosted();
+    waitForMessages(count);
+    ASSERT_EQ(values.size(), std::size_t(count));
     for (int i = 0; i < count; ++i)
         ASSERT_EQ(values[std::size_t(i)], i & 0x7F) << i;
 }
 
-TEST(MIDIManager, LeavesNothingBehindWhenItGoesMidFlood) {
-    VirtualMIDIService service;
-    MIDIClientRef far = 0;
-    MIDIEndpointRef desk = 0;
-    service.createClient(QStringLiteral("Far"), {}, far);
-    service.createSource(far, QStringLiteral("Desk"), desk);
-    ConsoleModel model;
-    const std::uint32_t word = MIDIWords::controlChange(1, 0, 5);
+TEST_F(MIDIManagerTest, LeavesNothingBehindWhenItGoesMidFlood) {
     for (int round = 0; round < 50; ++round) {
-        MIDIManager manager(service, model, QStringLiteral("Test"));
-        manager.connection.selectSource(service.sources().front().uniqueID);
+        const auto manager = makeManager();
         for (int i = 0; i < 100; ++i)
-            service.transmit(desk, {&word, 1});
+            send(MIDIWords::controlChange(1, 0, 5));
     }
     runPosted();
     service.waitUntilDelivered();

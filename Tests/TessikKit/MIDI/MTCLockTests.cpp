@@ -30,6 +30,12 @@ public:
     double widest = 0;  ///< largest step between two answers a millisecond apart, frames
     std::optional<double> answer;
     void look() { worst = ranBack = widest = 0; }
+    /// Plays on, and tells how far off the answers were in that time, ms.
+    double worstOf(double seconds) {
+        look();
+        play(seconds);
+        return worst;
+    }
 
     /// What happens to the n-th quarter frame of a stretch: the delay in seconds, or none to lose it.
     using Fault = std::function<std::optional<double>(int n, double quarterFrame)>;
@@ -143,19 +149,13 @@ TEST(MTCLock, FollowsVarispeed) {
         fromStart.speed = speed;
         fromStart.jitter = 0.0015;
         fromStart.play(1.5);
-        fromStart.look();
-        fromStart.play(3);
-        EXPECT_LT(fromStart.worst, 1.2);
+        EXPECT_LT(fromStart.worstOf(3), 1.2);
 
         FaultyTape changing(fps25);
         changing.play(3);
-        changing.look();
         changing.speed = speed;
-        changing.play(1);
-        EXPECT_LT(changing.worst, 8) << "while it finds the new speed";
-        changing.look();
-        changing.play(2);
-        EXPECT_LT(changing.worst, 0.3);
+        EXPECT_LT(changing.worstOf(1), 8) << "while it finds the new speed";
+        EXPECT_LT(changing.worstOf(2), 0.3);
         EXPECT_EQ(changing.ranBack, 0);
     }
 }
@@ -170,9 +170,7 @@ TEST(MTCLock, FollowsAJumpThatTwoRunsAgreeOn) {
         tape.play(0.12);
         EXPECT_NEAR(tape.worst, std::abs(jump) * 40, 20) << "one run is not believed";
         tape.play(0.15);
-        tape.look();
-        tape.play(1);
-        EXPECT_LT(tape.worst, 0.1);
+        EXPECT_LT(tape.worstOf(1), 0.1);
         EXPECT_EQ(tape.ranBack, 0);
     }
 }
@@ -198,9 +196,7 @@ TEST(MTCLock, GoesTwoFramesPastTheLastQuarterFrameAtMost) {
     EXPECT_NEAR(*tape.answer, last + 2, 0.3);
     EXPECT_EQ(tape.ranBack, 0);
     tape.play(0.2); // back where it stopped
-    tape.look();
-    tape.play(1);
-    EXPECT_LT(tape.worst, 0.1);
+    EXPECT_LT(tape.worstOf(1), 0.1);
 }
 
 TEST(MTCLock, BridgesASilence) {
@@ -208,9 +204,7 @@ TEST(MTCLock, BridgesASilence) {
     tape.play(2);
     tape.play(0.3, [](int, double) { return std::nullopt; });
     tape.play(0.15);
-    tape.look();
-    tape.play(1);
-    EXPECT_LT(tape.worst, 0.1);
+    EXPECT_LT(tape.worstOf(1), 0.1);
 }
 
 TEST(MTCLock, StandsStillInReverse) {
@@ -224,22 +218,16 @@ TEST(MTCLock, StandsStillInReverse) {
     EXPECT_EQ(tape.ranBack, 0);
     tape.speed = 1;
     tape.play(0.3);
-    tape.look();
-    tape.play(1);
-    EXPECT_LT(tape.worst, 0.1);
+    EXPECT_LT(tape.worstOf(1), 0.1);
     EXPECT_EQ(tape.ranBack, 0);
 }
 
 TEST(MTCLock, FollowsTheLabelsThatDropFrameLeavesOut) {
     FaultyTape tape(fps30Drop, 1798 * 3 + 2 - 60); // two seconds before 00:03:00:02
     tape.play(1.9);
-    tape.look();
-    tape.play(0.3);
-    EXPECT_LT(tape.worst, 67) << "two labels, until the run that leaves them out is complete";
+    EXPECT_LT(tape.worstOf(0.3), 67) << "two labels, until the run that leaves them out is complete";
     EXPECT_NEAR(tape.widest, 2, 0.1) << "and then at once";
-    tape.look();
-    tape.play(1);
-    EXPECT_LT(tape.worst, 0.01);
+    EXPECT_LT(tape.worstOf(1), 0.01);
 
     FaultyTape tenth(fps30Drop, 17982 - 60); // two seconds before 00:10:00:00, where none is left out
     tenth.play(4);
@@ -253,14 +241,10 @@ TEST(MTCLock, StaysNearAtSpeedsThatItCannotFollow) {
         tape.play(2);
         tape.speed = speed;
         tape.play(2);
-        tape.look();
-        tape.play(3);
-        EXPECT_LT(tape.worst, 400);
+        EXPECT_LT(tape.worstOf(3), 400);
         tape.speed = 1;
         tape.play(2);
-        tape.look();
-        tape.play(1);
-        EXPECT_LT(tape.worst, 0.1) << "and is back when the tape is";
+        EXPECT_LT(tape.worstOf(1), 0.1) << "and is back when the tape is";
     }
 }
 

@@ -14,11 +14,6 @@ TEST(MTCFrameRate, IsTheCodeOfTheWire) {
         EXPECT_EQ(int(*mtcFrameRateFromRawValue(raw)), raw);
     for (const std::int64_t raw : {std::int64_t(-1), std::int64_t(4), std::int64_t(256), std::int64_t(1) << 32})
         EXPECT_FALSE(mtcFrameRateFromRawValue(raw)) << raw;
-    EXPECT_EQ(framesPerSecond(fps30Drop), 30);
-    EXPECT_EQ(description(fps24), QStringLiteral("24 fps"));
-    EXPECT_EQ(description(fps25), QStringLiteral("25 fps"));
-    EXPECT_EQ(description(fps30Drop), QStringLiteral("29.97 fps (drop)"));
-    EXPECT_EQ(description(fps30), QStringLiteral("30 fps"));
 }
 
 TEST(TimecodePosition, Moves) {
@@ -53,9 +48,7 @@ TEST(TimecodePosition, CountAndLabelAreInverses) {
 
 TEST(TimecodePosition, IsShownAsItIs) {
     EXPECT_EQ((TimecodePosition{fps30Drop, 1, 2, 3, 4}.displayString()), QStringLiteral("01:02:03:04"));
-    EXPECT_EQ((TimecodePosition{fps30, 100, 0, 0, 0}.displayString()), QStringLiteral("100:00:00:00"));
-    EXPECT_EQ((TimecodePosition{fps30, 0, 127, 99, 40}.displayString()), QStringLiteral("00:127:99:40"));
-    EXPECT_FALSE((TimecodePosition{fps25, 0, 0, 1, 0} == TimecodePosition{fps30, 0, 0, 1, 0}));
+    EXPECT_EQ((TimecodePosition{fps30, 100, 127, 99, 40}.displayString()), QStringLiteral("100:127:99:40"));
 }
 
 TEST(TimecodePositionDeathTest, OverflowStopsTheProgram) {

@@ -1,3 +1,4 @@
+#include "Support/CountingBytes.h"
 #include "TessikKit/MIDI/ALSA/EventDecoder.h"
 #include "TessikKit/MIDI/ALSA/EventEncoder.h"
 #include "TessikKit/MIDI/MIDIWords.h"
@@ -5,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <numeric>
 #include <random>
 
 namespace tessik {
@@ -49,13 +49,6 @@ std::vector<Bytes> messagesOf(const Words& words) {
         if (part == 0 || part == 3) messages.push_back(data);
     }
     return messages;
-}
-
-Bytes counting(std::size_t length) {
-    Bytes data(length);
-    for (std::size_t i = 0; i < length; ++i)
-        data[i] = std::uint8_t(i & 0x7F);
-    return data;
 }
 
 } // namespace
@@ -109,7 +102,7 @@ TEST(EventConversion, eventsThatStandForSeveralMessages) {
 TEST(EventConversion, sysExArrivesWholeHoweverItIsChunked) {
     std::mt19937 random(7);
     for (const std::size_t length : {0, 1, 5, 6, 7, 12, 13, 253, 254, 255, 256, 1000}) {
-        const Bytes data = counting(length);
+        const Bytes data = countingBytes(length);
         Bytes message{0xF0};
         message.insert(message.end(), data.begin(), data.end());
         message.push_back(0xF7);
@@ -167,7 +160,7 @@ TEST(EventConversion, messagesOfTwoSendersDoNotMix) {
 
 TEST(EventConversion, packetsHoldAllWordsAndPartNoPair) {
     Words words{0x20B00701u};
-    MIDIWords::appendSysEx(words, counting(1000));
+    MIDIWords::appendSysEx(words, countingBytes(1000));
     words.insert(words.end(), 100, 0x20B00702u);
     Words joined;
     for (std::span<const std::uint32_t> rest = words; !rest.empty();) {
@@ -187,7 +180,7 @@ TEST(EventConversion, packetsHoldAllWordsAndPartNoPair) {
 
 TEST(EventConversion, sysExGoesOutFramedAndInChunks) {
     Words words;
-    MIDIWords::appendSysEx(words, counting(1000));
+    MIDIWords::appendSysEx(words, countingBytes(1000));
     words.push_back(MIDIWords::system(0xF8));
     std::vector<std::size_t> chunks;
     Bytes bytes;
@@ -203,7 +196,7 @@ TEST(EventConversion, sysExGoesOutFramedAndInChunks) {
               0);
     EXPECT_THAT(chunks, ElementsAre(256u, 256u, 256u, 234u));
     Bytes expected{0xF0};
-    const Bytes data = counting(1000);
+    const Bytes data = countingBytes(1000);
     expected.insert(expected.end(), data.begin(), data.end());
     expected.push_back(0xF7);
     EXPECT_EQ(bytes, expected);
