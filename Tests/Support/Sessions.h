@@ -48,6 +48,9 @@ inline SessionDocument sampleSession(unsigned seed, int passes = 2, int eventsAP
         ManualChannelSettings settings;
         return fill(settings);
     };
+    const auto id = [&] {
+        return QUuid(unsigned(number(0, 0x7FFFFFFF)), 0, 0x4000, 0x80, 0, 0, 0, 0, 0, 0, uchar(number(0, 255)));
+    };
     const auto position = [&] {
         return TimecodePosition{MTCFrameRate(number(0, 3)), number(0, 30), number(0, 59), number(0, 59), number(0, 23)};
     };
@@ -63,12 +66,10 @@ inline SessionDocument sampleSession(unsigned seed, int passes = 2, int eventsAP
     SessionDocument document = SessionDocument::empty(date());
     document.modifiedAt = date();
     for (int i = 0; i < 2; ++i)
-        document.snapshots.append({.id = QUuid::createUuid(),
-                                   .name = text("Snapshot"),
-                                   .createdAt = date(),
-                                   .channels = {channel(), channel()}});
+        document.snapshots.append(
+            {.id = id(), .name = text("Snapshot"), .createdAt = date(), .channels = {channel(), channel()}});
     for (int i = 0; i < passes; ++i) {
-        AutomationPass pass{.id = QUuid::createUuid(), .name = text("Pass"), .createdAt = date()};
+        AutomationPass pass{.id = id(), .name = text("Pass"), .createdAt = date()};
         pass.frameRate = MTCFrameRate(number(0, 3));
         pass.startTimecode = position();
         pass.events.reserve(eventsAPass);

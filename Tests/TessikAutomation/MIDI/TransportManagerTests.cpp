@@ -1,3 +1,4 @@
+#include "Support/CleanSettings.h"
 #include "Support/Events.h"
 #include "TessikAutomation/MIDI/TransportManager.h"
 #include "TessikAutomation/Persistence/SavedSettings.h"
@@ -12,7 +13,7 @@ namespace {
 using enum MTCFrameRate;
 using Bytes = std::vector<std::uint8_t>;
 
-struct TransportManagerTest : testing::Test {
+struct TransportManagerTest : testing::Test, CleanSettings {
     VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
     MIDIClientRef recorder = 0;
     MIDIEndpointRef destination = 0;
@@ -21,7 +22,6 @@ struct TransportManagerTest : testing::Test {
     int lists = 0;
 
     TransportManagerTest() {
-        SavedSettings::remove(SavedSettings::Key::mmcDeviceID);
         service.createClient(QStringLiteral("Recorder"), {}, recorder);
         const auto receive = [this](const MIDIEventList& list) {
             ++lists;
@@ -38,20 +38,13 @@ struct TransportManagerTest : testing::Test {
 TEST_F(TransportManagerTest, SendsTheStandardsBytes) {
     TransportManager transport(service);
     transport.selectDestination(recorderID());
-    struct Case {
-        MMCCommand command;
-        std::uint8_t code;
-    };
-    for (const Case& c : {Case{MMCCommand::stop, 1},
-                          {MMCCommand::play, 2},
-                          {MMCCommand::fastForward, 4},
-                          {MMCCommand::rewind, 5},
-                          {MMCCommand::recordStrobe, 6},
-                          {MMCCommand::recordExit, 7},
-                          {MMCCommand::pause, 9}}) {
-        transport.send(c.command);
-        EXPECT_EQ(received.back(), (Bytes{0x7F, 0x7F, 0x06, c.code}));
-    }
+    using enum MMCCommand;
+    std::vector<Bytes> expected;
+    for (const std::uint8_t code : {1, 2, 4, 5, 6, 7, 9})
+        expected.push_back({0x7F, 0x7F, 0x06, code});
+    for (const MMCCommand command : {stop, play, fastForward, rewind, recordStrobe, recordExit, pause})
+        transport.send(command);
+    EXPECT_EQ(received, expected);
     struct Locate {
         std::uint8_t deviceID;
         TimecodePosition to;
@@ -73,7 +66,7 @@ TEST_F(TransportManagerTest, SendsTheStandardsBytes) {
         EXPECT_EQ(lists, 1) << "one message in one piece";
     }
     transport.setDeviceID(0);
-    transport.send(MMCCommand::stop);
+    transport.send(stop);
     EXPECT_EQ(received.back(), (Bytes{0x7F, 0x00, 0x06, 0x01}));
 }
 

@@ -1,4 +1,3 @@
-#include "TessikAutomation/ManualSettings/ChannelLabelStore.h"
 #include "TessikAutomation/ManualSettings/ManualSettingsStore.h"
 #include "TessikAutomation/ManualSettings/MasterSectionStore.h"
 
@@ -107,19 +106,6 @@ TEST(MasterSectionStore, TakesEveryChangeButAnEqualOne) {
     store.load({});
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(notices, 2);
-}
-
-TEST(ChannelLabelStore, KeepsALabelWithoutAName) {
-    ChannelLabelStore store;
-    int changes = 0;
-    store.onChange = [&] { ++changes; };
-    store.update({QStringLiteral("Kick"), QStringLiteral("E0553F")}, five);
-    store.update({QString(), QStringLiteral("123ABC")}, five);
-    EXPECT_EQ(store.labelsByChannelID.value(),
-              (QMap<QString, ChannelLabel>{{five, {QString(), QStringLiteral("123ABC")}}}));
-    store.resetAll();
-    EXPECT_TRUE(store.labelsByChannelID.value().isEmpty());
-    EXPECT_EQ(changes, 3);
 }
 
 } // namespace

@@ -29,17 +29,6 @@ TEST(SavedSettings, TellsAbsenceFromZeroAndKeepsNumbersInRange) {
     EXPECT_EQ(midiChannel(), std::nullopt);
 }
 
-TEST(SavedSettings, MatchesTheThemeExactly) {
-    for (const AppTheme theme : allAppThemes) {
-        setString(Key::appTheme, rawValue(theme));
-        EXPECT_EQ(appTheme(), theme);
-    }
-    setString(Key::appTheme, QStringLiteral("Dark"));
-    EXPECT_EQ(appTheme(), std::nullopt);
-    remove(Key::appTheme);
-    EXPECT_EQ(appTheme(), std::nullopt);
-}
-
 TEST(SavedSettingsDeathTest, StopsOnANumberThatIsNoPort) {
     setInteger(Key::timecodeSourceID, std::int64_t(1) << 31);
     EXPECT_DEATH(uniqueID(Key::timecodeSourceID), "timecodeSourceID holds 2147483648");

@@ -72,6 +72,10 @@ struct Copy {
     }
     void label(const char* name) { channelLabels.update({QString::fromLatin1(name), {}}, QStringLiteral("input-1")); }
     QString label() const { return channelLabels.labelsByChannelID.value().value(QStringLiteral("input-1")).name; }
+    void save() {
+        controller.save();
+        controller.finishSaving();
+    }
     bool isDirty() const { return controller.hasUnsavedChanges.value(); }
     void tick() {
         controller.recoveryTick();
@@ -102,6 +106,9 @@ struct SessionControllerTest : testing::Test {
         program->controller.finishSaving();
         EXPECT_FALSE(program->isDirty());
         program->dialogs.taken();
+    }
+    QString labelOnDisk(const QString& path) const {
+        return onDisk(path).channelLabels.value(QStringLiteral("input-1")).name;
     }
     qsizetype recoveryFiles() const {
         qsizetype count = 0;
@@ -210,18 +217,17 @@ TEST_F(SessionControllerTest, AChangeDuringASaveLeavesTheSessionUnsaved) {
     program->label("two");
     program->controller.finishSaving();
     EXPECT_TRUE(program->isDirty());
-    EXPECT_EQ(onDisk(path).channelLabels.first().name, QStringLiteral("one"));
+    EXPECT_EQ(labelOnDisk(path), QStringLiteral("one"));
     EXPECT_EQ(program->dialogs.taken(), QStringList(QStringLiteral("save as Untitled.tessik")));
 
     // Saves asked for while one runs become one, with what the stores hold when it begins.
     program->controller.save();
     program->controller.save();
     program->label("three");
-    program->controller.save();
-    program->controller.finishSaving();
+    program->save();
     EXPECT_FALSE(program->isDirty());
-    EXPECT_EQ(onDisk(path).channelLabels.first().name, QStringLiteral("three"));
-    EXPECT_EQ(onDisk(path + QLatin1Char('~')).channelLabels.first().name, QStringLiteral("two"));
+    EXPECT_EQ(labelOnDisk(path), QStringLiteral("three"));
+    EXPECT_EQ(labelOnDisk(path + QLatin1Char('~')), QStringLiteral("two"));
 }
 
 TEST_F(SessionControllerTest, AFailedSaveIsToldAndLosesNothing) {
@@ -248,16 +254,13 @@ TEST_F(SessionControllerTest, AsksBeforeItWritesOverWhatIsNotItsOwn) {
     EXPECT_FALSE(program->controller.isSaving.value());
     EXPECT_EQ(program->dialogs.taken(), QStringList(QStringLiteral("“mix” was changed by another program")));
     program->dialogs.overwrite = true;
-    program->controller.save();
-    program->controller.finishSaving();
-    EXPECT_EQ(onDisk(path).channelLabels.first().name, QStringLiteral("mine"));
+    program->save();
+    EXPECT_EQ(labelOnDisk(path), QStringLiteral("mine"));
     EXPECT_EQ(onDisk(path + QLatin1Char('~')).formatVersion, 5);
     program->dialogs.taken();
-    program->controller.save(); // is its own now
-    program->controller.finishSaving();
+    program->save(); // is its own now
     QFile::remove(path);
-    program->controller.save(); // nothing there to write over
-    program->controller.finishSaving();
+    program->save(); // nothing there to write over
     EXPECT_EQ(program->dialogs.taken(), QStringList());
 
     // The panel asked about "mix", and "mix.tessik" is what would be replaced.
@@ -287,10 +290,9 @@ TEST_F(SessionControllerTest, ReplacedSessionsCanBeHadBack) {
     EXPECT_EQ(program->label(), QStringLiteral("first"));
     EXPECT_EQ(program->controller.displayName(), QStringLiteral("mix"));
     EXPECT_TRUE(program->isDirty());
-    program->controller.save();
-    program->controller.finishSaving();
+    program->save();
     EXPECT_EQ(program->dialogs.taken(), QStringList()); // knows where it belongs
-    EXPECT_EQ(onDisk(path).channelLabels.first().name, QStringLiteral("first"));
+    EXPECT_EQ(labelOnDisk(path), QStringLiteral("first"));
     program->controller.reopenReplacedSession();
     EXPECT_EQ(program->label(), QStringLiteral("second"));
     EXPECT_FALSE(program->controller.hasReplacedSession.value());
@@ -365,10 +367,9 @@ TEST_F(SessionControllerTest, OffersWhatACrashLeftUntilItIsSavedOrRefused) {
     program->controller.offerRecovery();
     EXPECT_EQ(program->label(), QStringLiteral("more"));
     program->dialogs.taken();
-    program->controller.save(); // knows the file for its own, though another process opened it
-    program->controller.finishSaving();
+    program->save(); // knows the file for its own, though another process opened it
     EXPECT_EQ(program->dialogs.taken(), QStringList());
-    EXPECT_EQ(onDisk(path).channelLabels.first().name, QStringLiteral("more"));
+    EXPECT_EQ(labelOnDisk(path), QStringLiteral("more"));
     EXPECT_EQ(recoveryFiles(), 0);
 
     program->label("refused");
@@ -452,8 +453,7 @@ TEST_F(SessionControllerTest, RecoveryHoldsTheTakeAndWritesOnlyChanges) {
 
     // The take outlives a save and a new session; what it is stored in replaces it.
     program->label("Kick");
-    program->controller.save();
-    program->controller.finishSaving();
+    program->save();
     EXPECT_EQ(onDisk(recovered()).passes.size(), 1);
     program->controller.newSession();
     program->controller.finishSaving();

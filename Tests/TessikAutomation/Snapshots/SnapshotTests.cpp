@@ -1,8 +1,8 @@
+#include "Support/FarDesk.h"
 #include "Support/Sessions.h"
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Snapshots/SnapshotRecall.h"
 #include "TessikKit/MIDI/MIDIChannelMapping.h"
-#include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
 
 #include <gtest/gtest.h>
 
@@ -69,23 +69,13 @@ struct RecallTest : testing::Test {
     ManualSettingsStore manual;
     MIDIOutputManager output{service, clock};
     SnapshotRecall recall{model, manual, output};
-    std::vector<std::pair<int, int>> sent; // controller and value
+    FarDesk desk{service};
+    std::vector<std::pair<int, int>>& sent = desk.received;
 
     RecallTest() {
-        MIDIClientRef far = 0;
-        MIDIEndpointRef desk = 0;
-        service.createClient(QStringLiteral("Far"), {}, far);
-        service.createDestination(
-            far, QStringLiteral("Desk"),
-            [this](const MIDIEventList& list) {
-                for (const MIDIEventPacket& packet : list.packets)
-                    for (const std::uint32_t word : packet.words)
-                        sent.push_back({int(word >> 8 & 0x7F), int(word & 0x7F)});
-            },
-            desk);
         output.setupClient();
         output.refreshDestinations();
-        output.selectDestination(output.port.availableDestinations.value().front().uniqueID);
+        output.selectDestination(desk.inID());
     }
     ~RecallTest() override { settle(); }
     void settle() {

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QSettings>
+
+namespace tessik {
+
+/// A machine on which the program never ran. As a base it is made before what reads the settings.
+struct CleanSettings {
+    CleanSettings() {
+        QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("TessikAutomation"),
+                  QStringLiteral("TessikAutomation"))
+            .clear();
+    }
+};
+
+} // namespace tessik
