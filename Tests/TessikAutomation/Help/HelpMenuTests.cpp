@@ -1,27 +1,16 @@
 #include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Help/HelpMenu.h"
-#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Views/ApplicationFixture.h"
 
 #include <QAbstractButton>
 #include <QListWidget>
 #include <QMenuBar>
-#include <QTemporaryDir>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace tessik {
 namespace {
 
-struct HelpMenuTest : testing::Test {
-    HelpMenuTest() {
-        application.window.show();
-        activate(application.window);
-    }
-    static void activate(QWidget& window) {
-        window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-        QApplication::processEvents();
-    }
+struct HelpMenuTest : ApplicationTest {
+    HelpMenuTest() { activate(application.window); }
     /// Presses F1 where the keyboard is, and names the chapter that opens.
     QString chapter(QWidget& window) {
         activate(window);
@@ -33,9 +22,6 @@ struct HelpMenuTest : testing::Test {
         return *application.window.findChild<QAbstractButton*>(QLatin1String(name));
     }
 
-    QTemporaryDir folder;
-    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
-    Application application{service, folder.path()};
     HelpMenu& help = *application.window.findChild<HelpMenu*>();
 };
 

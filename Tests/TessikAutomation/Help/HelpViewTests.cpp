@@ -7,19 +7,16 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QScrollBar>
-#include <QStackedWidget>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextTable>
-#include <QToolButton>
 #include <gtest/gtest.h>
 
 namespace tessik {
 
 namespace {
 
-class HelpViewTest : public testing::Test {
-protected:
+struct HelpViewTest : testing::Test {
     HelpViewTest() {
         view.resize(900, 640);
         view.show();
@@ -110,14 +107,9 @@ TEST_F(HelpViewTest, LinksLeadToTheirChapters) {
     EXPECT_EQ(view.shownTitle(), QStringLiteral("Setting Up MIDI"));
 }
 
-TEST_F(HelpViewTest, CloseButtonClosesAndEverythingHasAName) {
-    for (const QWidget* const widget :
-         {static_cast<QWidget*>(&search), static_cast<QWidget*>(&list), static_cast<QWidget*>(&page)})
-        EXPECT_FALSE(widget->accessibleName().isEmpty()) << qPrintable(widget->objectName());
-    QToolButton& close = part<QToolButton>("close");
-    EXPECT_FALSE(close.accessibleName().isEmpty());
-    QTest::mouseClick(&close, Qt::LeftButton);
-    EXPECT_FALSE(view.isVisible());
+TEST_F(HelpViewTest, EverythingHasANameForScreenReaders) {
+    for (const char* name : {"search", "topics", "page", "close"})
+        EXPECT_FALSE(part<QWidget>(name).accessibleName().isEmpty()) << name;
 }
 
 TEST_F(HelpViewTest, KeepsItsPlaceWhenTheThemeChanges) {

@@ -1,4 +1,5 @@
 #include "ManualMentions.h"
+#include "Support/CleanSettings.h"
 #include "TessikAutomation/Help/HelpMenu.h"
 #include "TessikAutomation/Views/Application.h"
 #include "TessikAutomation/Views/CommandLine.h"
@@ -105,13 +106,8 @@ private:
     std::set<const ControlView*> _views;
 };
 
-struct ManualMentionsTest : testing::Test {
+struct ManualMentionsTest : testing::Test, CleanSettings {
     ManualMentionsTest() {
-        SavedSettings::remove(SavedSettings::Key::welcomeDismissed);
-        for (const QLatin1String key :
-             {SavedSettings::Key::consoleSourceID, SavedSettings::Key::midiOutDestinationID,
-              SavedSettings::Key::timecodeSourceID, SavedSettings::Key::transportDestinationID})
-            SavedSettings::remove(key);
         application.window.resize(1600, 900);
         application.window.show();
         settle();
@@ -255,11 +251,14 @@ TEST_F(ManualMentionsTest, AllThatTheManualNamesIsThere) {
     const auto shortcuts = std::find_if(manual().begin(), manual().end(), [](const HelpTopic& topic) {
         return topic.title == QLatin1String("Keyboard Shortcuts");
     });
+    std::set<std::pair<QString, QString>> listed;
     for (auto [key, action] : shortcutsMentioned(*shortcuts)) {
+        EXPECT_TRUE(!action.isEmpty() && listed.emplace(key, action).second) << qPrintable(key);
         key.replace(u'←', QLatin1String("Left")).replace(u'→', QLatin1String("Right"));
         key.replace(u'↑', QLatin1String("Up")).replace(u'↓', QLatin1String("Down"));
         EXPECT_TRUE(visible.isKey(QKeySequence(key))) << qPrintable(key) << ": " << qPrintable(action);
     }
+    EXPECT_GE(listed.size(), 25u);
     EXPECT_FALSE(visible.isKey(QKeySequence(QStringLiteral("Ctrl+J"))));
 
     // What is typed: to the rig, or as the value of a control.

@@ -3,14 +3,10 @@
 #include "TessikAutomation/Help/HelpTopic.h"
 #include "TessikAutomation/Views/CommandLine.h"
 
-#include <QKeySequence>
 #include <QRegularExpression>
-#include <QWidget>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 
 namespace tessik {
 
@@ -31,29 +27,6 @@ QStringList titles(const HelpTopics& topics) {
 
 } // namespace
 
-TEST(Manual, HasItsEighteenChaptersInOrder) {
-    const QStringList expected = QStringLiteral("Overview\n"
-                                                "What You Need\n"
-                                                "Installing and First Launch\n"
-                                                "Setting Up MIDI\n"
-                                                "Sessions, Snapshots and Passes\n"
-                                                "Getting Your Console State Into the App\n"
-                                                "The Main Window\n"
-                                                "Channel Strips\n"
-                                                "The Master Section\n"
-                                                "Scribble Strips and Channel Names\n"
-                                                "Transport and Timecode\n"
-                                                "Recording Automation (WRITE and UPDATE)\n"
-                                                "Playing Back Automation (READ)\n"
-                                                "Nulling Faders (NULL)\n"
-                                                "Zeroing the Console\n"
-                                                "Keyboard Shortcuts\n"
-                                                "Troubleshooting\n"
-                                                "Limitations and Known Issues")
-                                     .split(QLatin1Char('\n'));
-    EXPECT_EQ(titles(manual()), expected);
-}
-
 /// Marks that no form of the renderer took up would stand on the page as they are.
 TEST(Manual, ParsesIntoTheFormsMeant) {
     static const QRegularExpression strayMark(QStringLiteral("[*`|]"));
@@ -61,6 +34,7 @@ TEST(Manual, ParsesIntoTheFormsMeant) {
     for (const HelpTopic& topic : manual()) {
         const std::vector<HelpMarkdown::Block> blocks = HelpMarkdown::blocks(topic.body);
         EXPECT_GE(blocks.size(), 8u) << qPrintable(topic.title);
+        int step = 0;
         for (const HelpMarkdown::Block& block : blocks) {
             visitTexts(block, [&](const QString& text) {
                 EXPECT_FALSE(text.isEmpty()) << qPrintable(topic.title);
@@ -70,6 +44,9 @@ TEST(Manual, ParsesIntoTheFormsMeant) {
                 EXPECT_FALSE(strayMark.match(outsideCode).hasMatch())
                     << qPrintable(topic.title) << ": " << qPrintable(text);
             });
+            const auto* const numbered = std::get_if<HelpMarkdown::Step>(&block);
+            step = numbered ? step + 1 : 0;
+            EXPECT_EQ(numbered ? numbered->number.toInt() : 0, step) << qPrintable(topic.title);
             if (const auto* const paragraph = std::get_if<HelpMarkdown::Paragraph>(&block)) {
                 EXPECT_FALSE(strayForm.match(paragraph->text).hasMatch())
                     << qPrintable(topic.title) << ": " << qPrintable(paragraph->text);
@@ -82,35 +59,6 @@ TEST(Manual, ParsesIntoTheFormsMeant) {
             }
         }
     }
-}
-
-TEST(Manual, NumbersItsStepsFromOne) {
-    for (const HelpTopic& topic : manual()) {
-        int last = 0;
-        for (const HelpMarkdown::Block& block : HelpMarkdown::blocks(topic.body)) {
-            const auto* const step = std::get_if<HelpMarkdown::Step>(&block);
-            if (step) {
-                EXPECT_EQ(step->number.toInt(), last + 1) << qPrintable(topic.title) << qPrintable(step->text);
-            }
-            last = step ? last + 1 : 0;
-        }
-    }
-}
-
-TEST(Manual, ShortcutsAreKeysAndEachStandsOnceInItsContext) {
-    std::set<std::pair<QString, QString>> seen;
-    for (const auto& [key, action] : shortcutsMentioned(chapter("Keyboard Shortcuts"))) {
-        EXPECT_FALSE(action.isEmpty()) << qPrintable(key);
-        EXPECT_TRUE(seen.emplace(key, action).second) << qPrintable(key);
-        static const QStringList arrows{QStringLiteral("←"), QStringLiteral("→"), QStringLiteral("↑"),
-                                        QStringLiteral("↓")};
-        QString named = key;
-        for (const QString& arrow : arrows)
-            named.replace(arrow, QStringLiteral("Up"));
-        const QKeySequence sequence(named, QKeySequence::PortableText);
-        EXPECT_TRUE(sequence.count() == 1 && sequence[0].key() != Qt::Key_unknown) << qPrintable(key);
-    }
-    EXPECT_GE(seen.size(), 25u);
 }
 
 TEST(Manual, MentionsOnlyWhatTheCommandLineKnows) {
@@ -156,41 +104,6 @@ TEST(Manual, FindsWhatAReaderLooksFor) {
 TEST(Manual, EveryContextHasAChapter) {
     for (int i = 0; i <= static_cast<int>(HelpContext::problems); ++i)
         EXPECT_TRUE(titles(manual()).contains(chapterTitle(static_cast<HelpContext>(i)))) << i;
-}
-
-TEST(HelpContext, IsThatOfTheNearestPartAroundAWidget) {
-    QWidget window;
-    QWidget panel(&window);
-    QWidget button(&panel);
-    EXPECT_EQ(chapterTitle(nullptr), QStringLiteral("The Main Window"));
-    EXPECT_EQ(chapterTitle(&button), QStringLiteral("The Main Window"));
-    setHelpContext(window, HelpContext::settings);
-    EXPECT_EQ(chapterTitle(&button), QStringLiteral("Setting Up MIDI"));
-    setHelpContext(panel, HelpContext::transport);
-    EXPECT_EQ(chapterTitle(&button), QStringLiteral("Transport and Timecode"));
-    EXPECT_EQ(chapterTitle(&window), QStringLiteral("Setting Up MIDI"));
-}
-
-TEST(HelpTopics, TheShownOneIsTheSelectedElseTheFirst) {
-    const HelpTopics topics{{QStringLiteral("A"), QStringLiteral("tape")},
-                            {QStringLiteral("B"), QStringLiteral("Tape **desk**")},
-                            {QStringLiteral("C"), QStringLiteral("rig")}};
-    struct Case {
-        const char* query;
-        const char* selection;
-        const char* shown; ///< null for none
-    };
-    for (const Case& c : {Case{"", "", "A"},
-                          {"", "C", "C"},
-                          {"", "gone", "A"},
-                          {"TAPE", "C", "A"},
-                          {"tape", "B", "B"},
-                          {"tape desk", "A", "B"},
-                          {"nothing", "A", nullptr}}) {
-        const HelpTopics visible = visibleTopics(topics, QLatin1String(c.query));
-        const HelpTopic* const shown = shownTopic(visible, QLatin1String(c.selection));
-        EXPECT_EQ(shown ? shown->title : QString(), QLatin1String(c.shown)) << c.query << '/' << c.selection;
-    }
 }
 
 } // namespace tessik

@@ -1,39 +1,18 @@
 #include "TessikAutomation/Session/SessionReader.h"
-#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Views/ApplicationFixture.h"
 
 #include <QAbstractButton>
 #include <QDirIterator>
-#include <QTemporaryDir>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace tessik {
 namespace {
 
-struct ApplicationTest : testing::Test {
-    AutomationPass pass(const char* name) {
-        return {.id = QUuid::createUuid(), .name = QLatin1String(name), .createdAt = currentSecond()};
-    }
-    QString title() { return application.window.windowTitle(); }
-    /// Names of the passes in the recovery file; none where there is no file.
-    QStringList recovered() {
-        application.session.finishSaving();
-        QDirIterator files(folder.path(), {QStringLiteral("*.tessik")}, QDir::Files, QDirIterator::Subdirectories);
-        QStringList names;
-        while (files.hasNext()) {
-            const auto document = readSession(files.next(), currentSecond()).document.value();
-            for (const AutomationPass& pass : document.passes)
-                names.append(pass.name);
-        }
-        return names;
-    }
-
-    QTemporaryDir folder;
-    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
-    Application application{service, folder.path()};
-};
+AutomationPass pass(const char* name) {
+    return {.id = QUuid::createUuid(), .name = QLatin1String(name), .createdAt = currentSecond()};
+}
 
 TEST_F(ApplicationTest, TheTitleNamesWhatWasRecalledLast) {
+    const auto title = [this] { return application.window.windowTitle(); };
     EXPECT_EQ(title(), QStringLiteral("Untitled[*]"));
     const AutomationPass verse = pass("Verse [*]");
     application.passes.save(verse);
@@ -45,10 +24,7 @@ TEST_F(ApplicationTest, TheTitleNamesWhatWasRecalledLast) {
     EXPECT_EQ(title(), QStringLiteral("Untitled[*]"));
 
     application.snapshots.save(application.snapshotRecall.capture(QStringLiteral("Low"), currentSecond()));
-    application.window.show();
-    application.window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&application.window));
-    QApplication::processEvents();
+    activate(application.window);
     auto* recall = application.window.findChild<QAbstractButton*>(QStringLiteral("recall"));
     auto* trash = application.window.findChild<QAbstractButton*>(QStringLiteral("trash"));
     ASSERT_TRUE(recall && trash);
@@ -68,6 +44,17 @@ TEST_F(ApplicationTest, TheTitleNamesWhatWasRecalledLast) {
 }
 
 TEST_F(ApplicationTest, ATakeIsInTheRecoveryFileOnceItEndsAndAsLongAsItWaits) {
+    const auto recovered = [this] { // names of the passes in the recovery file
+        application.session.finishSaving();
+        QDirIterator files(folder.path(), {QStringLiteral("*.tessik")}, QDir::Files, QDirIterator::Subdirectories);
+        QStringList names;
+        while (files.hasNext()) {
+            const auto document = readSession(files.next(), currentSecond()).document.value();
+            for (const AutomationPass& pass : document.passes)
+                names.append(pass.name);
+        }
+        return names;
+    };
     application.passEngine.recordingPass = pass("Take");
     EXPECT_EQ(recovered(), QStringList{QStringLiteral("Take")});
     application.passEngine.select(pass("Another"));

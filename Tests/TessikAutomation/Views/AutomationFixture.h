@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Support/AutomationRig.h"
+#include "Support/CleanSettings.h"
 #include "TessikAutomation/Views/Automation/AutomationPanelView.h"
 #include "TessikAutomation/Views/Automation/PassesPopover.h"
 #include "TessikAutomation/Views/Controls/NameSection.h"
@@ -19,9 +20,8 @@ namespace tessik::test {
 using namespace std::chrono_literals;
 
 /// The main window with the automation's panel and lists on the rig's desk and recorder, in injected time.
-struct AutomationWindowTest : testing::Test, AutomationRig {
+struct AutomationWindowTest : testing::Test, CleanSettings, AutomationRig {
     AutomationWindowTest() {
-        SavedSettings::remove(SavedSettings::Key::appTheme);
         window.setAutomationPanel(panel);
         window.resize(1366, 768);
         window.show();

@@ -43,16 +43,15 @@ struct KeyboardArrowHandlerTest : testing::Test {
 };
 
 TEST_F(KeyboardArrowHandlerTest, TakesTheWindowsKeys) {
-    EXPECT_EQ(press(*button, Qt::Key_Left), QStringLiteral("l"));
-    EXPECT_EQ(press(*button, Qt::Key_Right), QStringLiteral("r"));
-    EXPECT_EQ(press(*button, Qt::Key_Space), QStringLiteral("p"));
-    EXPECT_EQ(press(*button, Qt::Key_Return), QStringLiteral("s"));
-    EXPECT_EQ(press(*button, Qt::Key_Enter, Qt::KeypadModifier), QStringLiteral("s"));
-    EXPECT_EQ(press(*button, Qt::Key_Left, Qt::ShiftModifier), QStringLiteral("l"));
+    const std::tuple<Qt::Key, Qt::KeyboardModifier, const char*> rows[]{
+        {Qt::Key_Left, Qt::NoModifier, "l"},      {Qt::Key_Right, Qt::NoModifier, "r"},
+        {Qt::Key_Space, Qt::NoModifier, "p"},     {Qt::Key_Return, Qt::NoModifier, "s"},
+        {Qt::Key_Enter, Qt::KeypadModifier, "s"}, {Qt::Key_Left, Qt::ShiftModifier, "l"},
+        {Qt::Key_Right, Qt::ControlModifier, ""}, {Qt::Key_Right, Qt::AltModifier, ""},
+        {Qt::Key_Right, Qt::MetaModifier, ""},    {Qt::Key_A, Qt::NoModifier, ""}};
+    for (const auto& [key, modifier, call] : rows)
+        EXPECT_EQ(press(*button, key, modifier), QLatin1String(call)) << key;
     EXPECT_EQ(clicks, 0) << "Space is the window's also where a button has the keyboard";
-    for (const auto modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier})
-        EXPECT_EQ(press(*button, Qt::Key_Right, modifier), QString());
-    EXPECT_EQ(press(*button, Qt::Key_A), QString());
 }
 
 TEST_F(KeyboardArrowHandlerTest, LeavesTextsAndDialogsAlone) {

@@ -2,9 +2,6 @@
 #include "TessikAutomation/Views/Controls/EntryField.h"
 #include "TessikAutomation/Views/WindowFixture.h"
 
-#include <QSpontaneKeyEvent>
-#include <QWheelEvent>
-
 namespace tessik {
 namespace {
 
@@ -23,12 +20,6 @@ struct ManualControlTest : WindowTest {
         for (int step = 1; step <= 5; ++step)
             QTest::mouseMove(&host, from + by * step / 5);
         QTest::mouseRelease(&host, Qt::LeftButton, {}, from + by);
-    }
-    void wheel(QWidget& over, QPoint at, int angle, quint64 timestamp, Qt::KeyboardModifiers modifiers = {}) {
-        QWheelEvent event(at, over.mapToGlobal(at), {}, {0, angle}, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
-        event.setTimestamp(timestamp);
-        QSpontaneKeyEvent::setSpontaneous(&event);
-        qApp->notify(&over, &event);
     }
     QUndoStack& history() { return window->history(); }
 
@@ -91,20 +82,20 @@ TEST_F(ManualControlTest, EveryControlOfTheModuleFollowsAHandAndGoesBackToItsDef
 
 TEST_F(ManualControlTest, TheWheelTurnsTheKnobUnderItUnlessItIsScrolling) {
     const QPoint at = centre(module(), "eqHiMidGain");
-    wheel(module(), at, 120, 1000);
+    wheel(module(), at, {0, 120}, {}, 1000);
     EXPECT_NEAR(settings().eqHiMidGain, 1, 1e-9) << "a notch is a delta of 10";
-    wheel(module(), at, 120, 1100);
+    wheel(module(), at, {0, 120}, {}, 1100);
     EXPECT_EQ(history().count(), 1) << "one gesture";
     EXPECT_EQ(window->desk().inputs().left(), 0);
 
     ControlHost& below = strip(ChannelKind::input(5));
-    wheel(below, centre(below, "null"), -120, 5000);
+    wheel(below, centre(below, "null"), {0, -120}, {}, 5000);
     const int left = window->desk().inputs().left();
     EXPECT_GT(left, 0);
-    wheel(module(), at, -120, 5200);
+    wheel(module(), at, {0, -120}, {}, 5200);
     EXPECT_GT(window->desk().inputs().left(), left) << "goes on scrolling";
     EXPECT_NEAR(settings().eqHiMidGain, 2, 1e-9);
-    wheel(module(), at, -120, 9000);
+    wheel(module(), at, {0, -120}, {}, 9000);
     EXPECT_NEAR(settings().eqHiMidGain, 1, 1e-9) << "another gesture";
 }
 

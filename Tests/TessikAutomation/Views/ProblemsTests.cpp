@@ -1,13 +1,11 @@
+#include "Support/FarDesk.h"
 #include "TessikAutomation/Persistence/PortChoice.h"
-#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Views/ApplicationFixture.h"
 #include "TessikAutomation/Views/Window/ActivityLamp.h"
 #include "TessikAutomation/Views/Window/ProblemsPopover.h"
 #include "TessikKit/MIDI/MIDIWords.h"
 
-#include <QApplication>
 #include <QPushButton>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 namespace tessik {
 namespace {
@@ -15,14 +13,8 @@ namespace {
 using namespace std::chrono_literals;
 
 /// The application with a desk on cables.
-struct ProblemsTest : testing::Test {
+struct ProblemsTest : ApplicationTest {
     ProblemsTest() {
-        for (const QLatin1String key : {SavedSettings::Key::consoleSourceID, SavedSettings::Key::midiOutDestinationID})
-            SavedSettings::remove(key);
-        service.createClient(QStringLiteral("Far"), {}, far);
-        service.createSource(far, QStringLiteral("Desk"), source);
-        service.createDestination(
-            far, QStringLiteral("Desk"), [](const MIDIEventList&) {}, destination);
         application.window.show();
         settle();
         in.choose(in.available.value().front().uniqueID);
@@ -33,6 +25,14 @@ struct ProblemsTest : testing::Test {
         for (int i = 0; i < 3; ++i)
             QApplication::processEvents();
     }
+    void unplug() {
+        service.unplug(QStringLiteral("Desk In"));
+        service.unplug(QStringLiteral("Desk Out"));
+    }
+    void plug() {
+        service.plug(QStringLiteral("Desk In"));
+        service.plug(QStringLiteral("Desk Out"));
+    }
     QStringList titles() {
         settle();
         QStringList titles;
@@ -42,23 +42,19 @@ struct ProblemsTest : testing::Test {
         return titles;
     }
 
-    QTemporaryDir folder;
-    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
-    Application application{service, folder.path()};
+    FarDesk desk{service};
     PortChoice in = sourceChoice(SavedSettings::Key::consoleSourceID, application.midiManager.connection);
     PortChoice out = destinationChoice(SavedSettings::Key::midiOutDestinationID, application.midiOutput.port);
-    MIDIClientRef far = 0;
-    MIDIEndpointRef source = 0, destination = 0;
 };
 
 TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
     ASSERT_EQ(titles(), QStringList());
-    service.unplug(QStringLiteral("Desk"));
+    unplug();
     EXPECT_EQ(titles(), QStringList({QStringLiteral("MIDI In is gone"), QStringLiteral("MIDI Out is gone")}));
-    service.plug(QStringLiteral("Desk"));
+    plug();
     EXPECT_EQ(titles(), QStringList());
 
-    service.inject(source, {.packets = {}, .dataLost = true});
+    service.inject(desk.out, {.packets = {}, .dataLost = true});
     EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI In dropped messages")));
     application.consoleModel.isReceivingStateDump = true;
     EXPECT_EQ(titles(), QStringList()) << "the desk has told everything since";
@@ -95,7 +91,7 @@ TEST_F(ProblemsTest, EachSaysWhatToDo) {
     EXPECT_TRUE(problems[2].remedy.contains(description(MTCFrameRate::fps24)));
 
     auto& popover = *application.window.findChild<ProblemsPopover*>();
-    service.unplug(QStringLiteral("Desk"));
+    unplug();
     settle();
     application.window.problemsKey().click();
     ASSERT_TRUE(popover.isVisible());
@@ -106,7 +102,7 @@ TEST_F(ProblemsTest, EachSaysWhatToDo) {
     EXPECT_FALSE(popover.isVisible());
     application.window.settingsView()->close();
     application.window.problemsKey().click();
-    service.plug(QStringLiteral("Desk"));
+    plug();
     settle();
     EXPECT_FALSE(popover.isVisible()) << "nothing is left to say";
 }
@@ -117,7 +113,7 @@ TEST_F(ProblemsTest, TheLampsLightWithWhatPasses) {
     const auto lit = [&] { return std::pair(lamps[0]->isLit(), lamps[1]->isLit()); };
     ASSERT_EQ(lit(), std::pair(false, false));
     const std::uint32_t word = MIDIWords::controlChange(1, 2, 3);
-    service.transmit(source, {&word, 1});
+    service.transmit(desk.out, {&word, 1});
     QCoreApplication::sendPostedEvents(); // and no timers: they would put it out
     EXPECT_EQ(lit(), std::pair(true, false));
     application.midiOutput.sendFader(ChannelKind::input(1), 5);

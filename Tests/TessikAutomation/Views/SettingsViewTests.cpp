@@ -51,11 +51,8 @@ TEST_F(SettingsViewTest, PortChoicesTakeEffectAndAreRemembered) {
     EXPECT_EQ(SavedSettings::uniqueID(Key::midiOutDestinationID), destinationID());
 
     pick("MIDI In", 0);
-    pick("MIDI Out", 0);
     EXPECT_FALSE(manager.connection.connectedSourceID.value());
     EXPECT_FALSE(SavedSettings::uniqueID(Key::consoleSourceID));
-    EXPECT_FALSE(SavedSettings::uniqueID(Key::midiOutDestinationID));
-    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Not connected"));
     EXPECT_EQ(find<QLabel>("status").text(), QStringLiteral("Not connected"));
 }
 
@@ -103,8 +100,6 @@ TEST_F(SettingsViewTest, ModelAndThemeActAtOnceAndAreRemembered) {
     EXPECT_FALSE(strip(ChannelKind::input(25)).isVisible());
     EXPECT_EQ(SavedSettings::modelSize(), ConsoleModel::ModelSize::ch24);
 
-    EXPECT_EQ(rows(picker("Theme")),
-              (QStringList{QStringLiteral("System"), QStringLiteral("Dark"), QStringLiteral("Light")}));
     EXPECT_EQ(picker("Theme").currentText(), QStringLiteral("Dark"));
     const auto lightness = [this] { return sheet().grab().toImage().pixelColor(4, 260).lightness(); };
     EXPECT_LT(lightness(), 80);
@@ -113,16 +108,7 @@ TEST_F(SettingsViewTest, ModelAndThemeActAtOnceAndAreRemembered) {
     EXPECT_GT(lightness(), 180) << "the open sheet follows";
 }
 
-TEST_F(SettingsViewTest, ToolTipsSizeAndClosing) {
-    const std::pair<const char*, const char*> helps[]{
-        {"MIDI In", "Receives fader/mute/EQ moves from the console"},
-        {"MIDI Out", "Sends snapshot recall and Zero Console data to the console"},
-        {"MIDI Channel up", "Must match the console's own Basic Channel setting"},
-        {"Model", "Sets the channel count -- not a MIDI connection"},
-        {"Theme", ""}};
-    for (const auto& [name, help] : helps)
-        EXPECT_EQ(find<QWidget>(name).toolTip(), QLatin1String(help)) << name;
-    EXPECT_EQ(sheet().size(), QSize(460, 520));
+TEST_F(SettingsViewTest, DoneClosesIt) {
     auto* done = sheet().findChild<QPushButton*>();
     ASSERT_EQ(done->text(), QStringLiteral("Done"));
     done->click();

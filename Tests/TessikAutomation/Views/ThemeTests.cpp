@@ -6,43 +6,6 @@
 namespace tessik {
 namespace {
 
-/// 16-bit RGBA, as a colour keeps it.
-QColor grey(double w) { return QColor::fromRgbF(float(w), float(w), float(w)); }
-QColor white(double a) { return QColor::fromRgbF(1, 1, 1, float(a)); }
-QColor black(double a) { return QColor::fromRgbF(0, 0, 0, float(a)); }
-
-TEST(PaletteTest, HasTheSeventeenColoursOfBothSchemes) {
-    const QColor warm(0x7C, 0x78, 0x75);
-    const struct {
-        const char* name;
-        QColor Palette::*field;
-        QColor dark, light;
-    } rows[]{
-        {"appBackground", &Palette::appBackground, grey(0.11), grey(0.88)},
-        {"panelBackground", &Palette::panelBackground, grey(0.11), grey(0.88)},
-        {"inputPanelBackground", &Palette::inputPanelBackground, white(0.02), black(0.02)},
-        {"masterPanelBackground", &Palette::masterPanelBackground, QColor::fromRgbF(0.09f, 0.11f, 0.15f), warm},
-        {"stripBackground", &Palette::stripBackground, white(0.03), black(0.03)},
-        {"channelStripBackground", &Palette::channelStripBackground, white(0.03), warm},
-        {"faderBankBackground", &Palette::faderBankBackground, white(0.03), QColor(0xC1, 0xBC, 0xB6)},
-        {"stripBorder", &Palette::stripBorder, white(0.06), black(0.12)},
-        {"panelBorder", &Palette::panelBorder, white(0.08), black(0.15)},
-        {"dividerColor", &Palette::dividerColor, white(0.12), black(0.15)},
-        {"switchOffFill", &Palette::switchOffFill, grey(0.15), grey(0.78)},
-        {"switchStroke", &Palette::switchStroke, grey(0.55), grey(0.40)},
-        {"tickColor", &Palette::tickColor, grey(0.55), grey(0.35)},
-        {"knurlColor", &Palette::knurlColor, black(0.35), black(0.25)},
-        {"knobStroke", &Palette::knobStroke, black(0.70), black(0.50)},
-        {"grooveColor", &Palette::grooveColor, black(0.55), black(0.35)},
-        {"faderTickColor", &Palette::faderTickColor, white(0.15), black(0.15)},
-    };
-    EXPECT_EQ(sizeof(Palette), std::size(rows) * sizeof(QColor));
-    for (const auto& row : rows) {
-        EXPECT_EQ(Palette::dark().*row.field, row.dark) << row.name;
-        EXPECT_EQ(Palette::light().*row.field, row.light) << row.name;
-    }
-}
-
 TEST(ThemeStoreTest, StartsFromTheSavedThemeAndFallsBackToDark) {
     const struct {
         const char* saved;

@@ -1,5 +1,5 @@
+#include "Support/CleanSettings.h"
 #include "Support/TapeFixture.h"
-#include "TessikAutomation/Persistence/SavedSettings.h"
 #include "TessikAutomation/Views/Transport/LocatorRow.h"
 #include "TessikAutomation/Views/Transport/TimecodeCounter.h"
 #include "TessikAutomation/Views/Transport/TransportPanelView.h"
@@ -16,28 +16,20 @@ using enum MTCFrameRate;
 using State = SimulatedRecorder::State;
 
 /// The panel, with the rig's recorder at the other end of both cables.
-struct TransportPanelTest : testing::Test {
+struct TransportPanelTest : testing::Test, CleanSettings {
     test::Tape tape{{.rate = fps25, .deviceID = 0}};
     LocatorStore locators;
-    std::unique_ptr<TransportManager> transport;
+    TransportManager transport{tape.service};
     std::optional<TimecodePosition> passEnd;
-    std::unique_ptr<TransportPanelView> panel;
-    TimecodeCounter* counter = nullptr;
+    TransportPanelView panel{tape.clock, locators, transport, [this] { return passEnd; }};
+    TimecodeCounter* counter = panel.findChild<TimecodeCounter*>();
 
-    TransportPanelTest() {
-        SavedSettings::remove(SavedSettings::Key::mmcDeviceID);
-        transport = std::make_unique<TransportManager>(tape.service);
-        panel = std::make_unique<TransportPanelView>(tape.clock, locators, *transport, [this] { return passEnd; });
-        counter = panel->findChild<TimecodeCounter*>();
-    }
-    void connectTransport() {
-        transport->selectDestination(transport->port.availableDestinations.value().front().uniqueID);
-    }
+    void connectTransport() { transport.selectDestination(tape.service.destinations().front().uniqueID); }
     PanelButton& key(const char* name) const {
-        for (PanelButton* button : panel->findChildren<PanelButton*>())
+        for (PanelButton* button : panel.findChildren<PanelButton*>())
             if (button->accessibleName() == QLatin1String(name)) return *button;
         ADD_FAILURE() << "no key " << name;
-        return panel->startRow().captureKey();
+        return panel.startRow().captureKey();
     }
     QString where() { return tape.recorder.label(tape.uptime.now()).displayString(); }
     /// A colour of the counter that is far from grey and black, if there is one.
@@ -83,25 +75,19 @@ TEST_F(TransportPanelTest, LocatorRowsOfferWhatCanBeDone) {
         LocatorRow& row;
         void (LocatorStore::*set)(const LocatorStore::Locator&);
     };
-    for (const Case& c : {Case{"start", panel->startRow(), &LocatorStore::setStart},
-                          Case{"end", panel->endRow(), &LocatorStore::setEnd}}) {
+    for (const Case& c : {Case{"start", panel.startRow(), &LocatorStore::setStart},
+                          Case{"end", panel.endRow(), &LocatorStore::setEnd}}) {
         SCOPED_TRACE(c.label);
         const QString label = QLatin1String(c.label);
-        transport->selectDestination(std::nullopt);
+        transport.selectDestination(std::nullopt);
         tape.clock.currentPosition = std::nullopt;
         (locators.*c.set)(std::nullopt);
-        panel->refresh();
+        panel.refresh();
         EXPECT_FALSE(c.row.field().isEnabled());
         EXPECT_FALSE(c.row.captureKey().isEnabled());
         EXPECT_FALSE(c.row.clearKey().isEnabled());
         EXPECT_EQ(c.row.field().text(), QStringLiteral("--:--:--:--"));
         EXPECT_EQ(c.row.field().toolTip(), QStringLiteral("Set ") + label + QStringLiteral(" first"));
-        EXPECT_EQ(c.row.clearKey().toolTip(), QStringLiteral("Clear ") + label);
-        EXPECT_EQ(c.row.captureKey().toolTip(),
-                  QStringLiteral("Set ") + label +
-                      QStringLiteral(" to the current timecode (note: most machines stop sending MTC while shuttling, "
-                                     "so this captures the last position actually reported)"));
-
         tape.clock.handleFullFrame({fps25, 1, 2, 3, 4});
         ASSERT_TRUE(c.row.captureKey().isEnabled());
         c.row.captureKey().click();
@@ -138,16 +124,10 @@ TEST_F(TransportPanelTest, KeysDriveTheRecorder) {
     EXPECT_EQ(tape.recorder.state(), State::fastForwarding);
     key("Stop").click();
     EXPECT_EQ(tape.recorder.state(), State::stopped);
-    EXPECT_EQ(key("Rewind").toolTip(), QStringLiteral("Rewind"));
-    EXPECT_EQ(key("Fast forward").toolTip(), QStringLiteral("Fast Forward"));
-    EXPECT_EQ(key("Stop").toolTip(), QStringLiteral("Stop  (Space)"));
-    EXPECT_EQ(key("Play").toolTip(), QStringLiteral("Play  (Space)"));
-    EXPECT_EQ(key("Record").toolTip(), QStringLiteral("Record"));
-
-    panel->togglePlay();
+    panel.togglePlay();
     EXPECT_EQ(tape.recorder.state(), State::playing);
     tape.roll(1s);
-    panel->togglePlay();
+    panel.togglePlay();
     EXPECT_EQ(tape.recorder.state(), State::stopped);
 }
 
@@ -157,17 +137,17 @@ TEST_F(TransportPanelTest, GoesToTheStartAndToTheEnd) {
     EXPECT_EQ(key("Go to end").toolTip(), QStringLiteral("Go to end of selected pass -- not set yet"));
     EXPECT_FALSE(key("Go to end").isEnabled());
     tape.recorder.locate({.hours = 2});
-    panel->goToEnd();
+    panel.goToEnd();
     EXPECT_EQ(where(), QStringLiteral("02:00:00:00"));
     key("Go to start").click();
     EXPECT_EQ(where(), QStringLiteral("00:00:00:00"));
     locators.setStart(TimecodePosition{fps25, 1, 0, 0, 0});
     EXPECT_EQ(key("Go to start").toolTip(), QStringLiteral("Go to start  (Return)"));
-    panel->goToStart();
+    panel.goToStart();
     EXPECT_EQ(where(), QStringLiteral("01:00:00:00"));
 
     passEnd = TimecodePosition{fps25, 1, 0, 3, 5};
-    panel->refresh();
+    panel.refresh();
     EXPECT_EQ(key("Go to end").toolTip(), QStringLiteral("Go to end of selected pass"));
     key("Go to end").click();
     EXPECT_EQ(where(), QStringLiteral("01:00:03:05"));

@@ -1,28 +1,17 @@
 #include "TessikAutomation/Help/HelpMenu.h"
-#include "TessikAutomation/Persistence/SavedSettings.h"
-#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Views/ApplicationFixture.h"
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
 
 #include <QLabel>
 #include <QPushButton>
-#include <QTemporaryDir>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace tessik {
 namespace {
 
-struct WelcomeTest : testing::Test {
+struct WelcomeTest : ApplicationTest {
     WelcomeTest() {
-        forget();
         application.onRigWanted = [this] { ++rigWanted; };
         application.window.show();
-    }
-    static void forget() {
-        using namespace SavedSettings;
-        for (const QLatin1String key : {Key::welcomeDismissed, Key::consoleSourceID, Key::midiOutDestinationID,
-                                        Key::timecodeSourceID, Key::transportDestinationID})
-            remove(key);
     }
     WelcomeView* card() {
         application.welcome();
@@ -36,9 +25,6 @@ struct WelcomeTest : testing::Test {
         ADD_FAILURE() << text;
     }
 
-    QTemporaryDir folder;
-    VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
-    Application application{service, folder.path()};
     int rigWanted = 0;
 };
 
@@ -48,17 +34,17 @@ TEST_F(WelcomeTest, EachChoiceDoesWhatItSaysAndEndsIt) {
     EXPECT_FALSE(card()) << "it was dismissed";
     application.window.settingsView()->close();
 
-    forget();
+    CleanSettings();
     choose(*card(), "Try it with the rig");
     EXPECT_EQ(rigWanted, 1);
     EXPECT_FALSE(card());
 
-    forget();
+    CleanSettings();
     choose(*card(), "Read the manual");
     ASSERT_TRUE(application.window.findChild<HelpMenu*>()->view());
     EXPECT_FALSE(card());
 
-    forget();
+    CleanSettings();
     QTest::keyClick(card()->windowHandle(), Qt::Key_Escape);
     EXPECT_FALSE(card());
     EXPECT_EQ(rigWanted, 1);
@@ -67,7 +53,7 @@ TEST_F(WelcomeTest, EachChoiceDoesWhatItSaysAndEndsIt) {
 TEST_F(WelcomeTest, IsForWhoHasNotBegunAndSaysWhereThereIsNoMIDI) {
     SavedSettings::setUniqueID(SavedSettings::Key::timecodeSourceID, 5);
     EXPECT_FALSE(card());
-    forget();
+    CleanSettings();
     application.problems.noMIDI = QStringLiteral("no such file");
     WelcomeView* view = card();
     ASSERT_TRUE(view);

@@ -1,32 +1,20 @@
 #pragma once
 
+#include "Support/CleanSettings.h"
+#include "Support/FarDesk.h"
 #include "TessikAutomation/Views/Window/MainWindow.h"
-#include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
 
 #include <QApplication>
+#include <QSpontaneKeyEvent>
 #include <QTest>
+#include <QWheelEvent>
 #include <gtest/gtest.h>
 
 namespace tessik {
 
 /// The main window on virtual cables, with a console that can be heard and that writes down what it receives.
-struct WindowTest : testing::Test {
+struct WindowTest : testing::Test, CleanSettings {
     WindowTest() {
-        using namespace SavedSettings;
-        for (const QLatin1String key :
-             {Key::appTheme, Key::consoleSourceID, Key::midiOutDestinationID, Key::midiChannel, Key::modelSize,
-              Key::timecodeSourceID, Key::transportDestinationID, Key::mmcDeviceID, Key::deskZoom})
-            SavedSettings::remove(key);
-        service.createClient(QStringLiteral("Far"), {}, far);
-        service.createSource(far, QStringLiteral("Desk Out"), deskOut);
-        service.createDestination(
-            far, QStringLiteral("Desk In"),
-            [this](const MIDIEventList& list) {
-                for (const MIDIEventPacket& packet : list.packets)
-                    for (const std::uint32_t word : packet.words)
-                        received.push_back({int(word >> 8 & 0x7F), int(word & 0x7F)});
-            },
-            deskIn);
         output.setupClient();
         output.refreshDestinations();
         manager.connection.refreshSources();
@@ -43,14 +31,32 @@ struct WindowTest : testing::Test {
     static int control(ControlHost& host, const char* id) { return host.controlIndex(QLatin1String(id)); }
     static QPoint centre(ControlHost& host, const char* id) { return host.controlRect(control(host, id)).center(); }
 
-    std::int32_t sourceID() const { return manager.connection.availableSources.value().front().uniqueID; }
-    std::int32_t destinationID() const { return output.port.availableDestinations.value().front().uniqueID; }
+    /// Turns the wheel over a point of a widget; only a real event goes on to the parents.
+    static void wheel(QWidget& over, QPoint at, QPoint angle, QPoint pixels = {}, quint64 timestamp = 0) {
+        QWheelEvent event(at, over.mapToGlobal(at), pixels, angle, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+        event.setTimestamp(timestamp);
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        qApp->notify(&over, &event);
+    }
+    /// Nothing is cut off at a host's edges or overlaps, but for a border's width, and everything can be reached.
+    static void expectLaidOut(ControlHost& host, int border = 0) {
+        EXPECT_EQ(host.x() % 4 + host.width() % 4, 0);
+        for (int i = 0; i < host.controlCount(); ++i) {
+            const QRect rect = host.controlRect(i);
+            EXPECT_TRUE(host.rect().adjusted(0, 0, border, border).contains(rect)) << qPrintable(host.name(i));
+            for (int j = 0; j < i; ++j)
+                EXPECT_FALSE(rect.adjusted(border, border, -border, -border).intersects(host.controlRect(j)))
+                    << qPrintable(host.name(i));
+            EXPECT_EQ(host.controlAt(rect.center()), i) << qPrintable(host.name(i));
+        }
+    }
+    std::int32_t sourceID() const { return far.outID(); }
+    std::int32_t destinationID() const { return far.inID(); }
 
     ManualUptimeClock clock;
     VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous, clock};
-    MIDIClientRef far = 0;
-    MIDIEndpointRef deskOut = 0, deskIn = 0;
-    std::vector<std::pair<int, int>> received; ///< controller, value
+    FarDesk far{service};
+    std::vector<std::pair<int, int>>& received = far.received;
     ThemeStore theme;
     ConsoleModel model;
     MIDIManager manager{service, model, QStringLiteral("TessikAutomation Console")};

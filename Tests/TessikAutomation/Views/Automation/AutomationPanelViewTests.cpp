@@ -36,8 +36,6 @@ TEST_F(AutomationPanelViewTest, KeysArmDisarmAndSayWhatTheyNeed) {
     for (const char* legend : {"UPDATE", "READ"})
         EXPECT_EQ(key(legend).toolTip(), QStringLiteral("Select a pass in the Passes list first"));
     EXPECT_EQ(key("NULL").toolTip(), QStringLiteral("NULL works with READ or UPDATE engaged"));
-    EXPECT_EQ(key("WRITE").toolTip(),
-              QStringLiteral("Record a new pass -- captures fader/switch moves as absolute positions"));
     QTest::mouseClick(&key("READ"), Qt::LeftButton);
     EXPECT_EQ(engine.mode.value(), AutomationMode::off);
 
@@ -50,17 +48,11 @@ TEST_F(AutomationPanelViewTest, KeysArmDisarmAndSayWhatTheyNeed) {
 
     engine.select(pass("A", 50));
     EXPECT_EQ(enabled(), QStringLiteral("WRITE UPDATE READ"));
-    EXPECT_EQ(key("UPDATE").toolTip(),
-              QStringLiteral("Play the selected pass and record fader moves as offsets from it"));
-    EXPECT_EQ(key("READ").toolTip(), QStringLiteral("Play the selected pass back to the console"));
     click(key("UPDATE"));
     EXPECT_EQ(engine.mode.value(), AutomationMode::update);
     click(key("READ"));
     EXPECT_EQ(lit(), QStringLiteral("READ"));
     EXPECT_EQ(enabled(), QStringLiteral("WRITE UPDATE READ NULL"));
-    EXPECT_EQ(key("NULL").toolTip(),
-              QStringLiteral("Hold playback off the app's fader position so the channel arrows show which way to move "
-                             "the physical fader to match the automation"));
     click(key("NULL"));
     EXPECT_TRUE(engine.nullEnabled.value());
     EXPECT_EQ(lit(), QStringLiteral("READ NULL"));
@@ -117,10 +109,6 @@ TEST_F(AutomationPanelViewTest, WarnsOfUnsyncedChannelsWhereARecordingWouldSuffe
     desk.moveFader(ChannelKind::stereo(), 10);
     run(10ms);
     EXPECT_EQ(warning(), QStringLiteral("32 channels not synced"));
-    EXPECT_EQ(find(*panel, "unsynced").toolTip(),
-              QStringLiteral("The app has never received data from 32 channel(s), so it doesn't know their real "
-                             "positions. Recording now stamps a wrong baseline and playback won't match. Sync first: "
-                             "recall a scene on the console, or Zero Console → Send to Console."));
     const std::pair<AutomationMode, bool> modes[]{{AutomationMode::write, true},
                                                   {AutomationMode::update, true},
                                                   {AutomationMode::read, false},
