@@ -1,5 +1,4 @@
 #include "Support/Sessions.h"
-#include "TessikAutomation/Automation/AutomationMode.h"
 #include "TessikAutomation/Automation/PassStore.h"
 #include "TessikAutomation/Automation/PendingTake.h"
 
@@ -56,14 +55,6 @@ TEST(AutomationPass, EventsOfOneFrameKeepTheirOrder) {
     EXPECT_EQ(take.eventCount(), 5);
     EXPECT_EQ(take.finished().events,
               (QList<TimedEvent>{event(0, 3), event(0, 5), event(5, 1), event(5, 2), event(5, 4)}));
-}
-
-TEST(AutomationMode, KnowsWhatItNeeds) {
-    QString all;
-    for (const AutomationMode mode : allAutomationModes)
-        all += rawValue(mode) + (records(mode) ? QStringLiteral("+r") : QString()) +
-               (needsPass(mode) ? QStringLiteral("+p ") : QStringLiteral(" "));
-    EXPECT_EQ(all, QStringLiteral("off write+r update+r+p read+p "));
 }
 
 } // namespace
