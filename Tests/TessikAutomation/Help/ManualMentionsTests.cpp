@@ -2,6 +2,7 @@
 #include "Support/CleanSettings.h"
 #include "TessikAutomation/Help/HelpMenu.h"
 #include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Views/Automation/PassLanesView.h"
 #include "TessikAutomation/Views/CommandLine.h"
 #include "TessikAutomation/Views/Controls/RecordRow.h"
 #include "TessikAutomation/Views/Drawing/DrawnText.h"
@@ -199,6 +200,17 @@ struct ManualMentionsTest : testing::Test, CleanSettings {
             visible.look(*QApplication::activePopupWidget());
             QApplication::activePopupWidget()->close();
         }
+
+        window.findChild<QAbstractButton*>(QStringLiteral("lanes"))->click();
+        auto* lanes = window.findChild<PassLanesView*>();
+        ASSERT_TRUE(lanes);
+        visible.look(*lanes);
+        for (const int key : {Qt::Key_Plus, Qt::Key_Minus, Qt::Key_0}) {
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+            QApplication::sendEvent(lanes, &press);
+            if (press.isAccepted()) visible.addKey(QKeySequence(key));
+        }
+        lanes->close();
 
         visible.look(*window.desk().stripMenu(QStringLiteral("input-1"), &window));
         auto* zero = window.findChild<ZeroConsoleMenu*>();
