@@ -359,6 +359,7 @@ private:
         while (_isOutputIn && (output.isBusy() || !desk.isQuiet()))
             run(1ms); // nothing on the cables
         note("check");
+        if (desk.droppedBytes() != 0) return void(fail("the desk was sent more than its buffer holds"));
         for (const int cc : _lanes)
             if (!checkLane(cc)) return;
         if (isTapeTold() && engine.isRecording() && _isOutputIn) takeSample();

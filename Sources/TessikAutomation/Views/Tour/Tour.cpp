@@ -95,9 +95,15 @@ void Tour::answerFileDialog(const QString& path) {
 }
 
 void Tour::compareDesk() {
-    const bool quiet = _guide.waitFor([this] { return !_app.midiOutput.isBusy() && _rig.desk.isQuiet(); });
-    _guide.passTime(20);
-    _guide.check(quiet && _rig.desk.isQuiet(), QStringLiteral("the cables are quiet"));
+    // What one end has just sent is on no cable yet: it has to be at rest again after everything under way has arrived.
+    int timesAtRest = 0;
+    const bool quiet = _guide.waitFor([&] {
+        _rig.service.waitUntilDelivered();
+        QCoreApplication::processEvents();
+        timesAtRest = _app.midiOutput.isBusy() || !_rig.desk.isQuiet() ? 0 : timesAtRest + 1;
+        return timesAtRest == 3;
+    });
+    _guide.check(quiet, QStringLiteral("the cables are quiet"));
     QStringList differences;
     for (const ChannelKind kind : _rig.desk.channels()) {
         const ChannelState& channel = *_app.consoleModel.channelState(kind);
