@@ -161,7 +161,8 @@ void Application::buildMenus() {
     };
     add(window.history().createUndoAction(edit), "Ctrl+Z");
     add(window.history().createRedoAction(edit), "Ctrl+Shift+Z");
-    window.menuBar()->addMenu(QStringLiteral("&View"))->addActions(window.zoomActions());
+    _view = window.menuBar()->addMenu(QStringLiteral("&View"));
+    _view->addActions(window.zoomActions());
     _help = new HelpMenu(window.drawing(), window);
     window.menuBar()->addMenu(_help);
 }

@@ -59,6 +59,8 @@ public:
     void welcome();
     /// Puts the window on its screen, inset by 80 pixels on every side, and activates it.
     void showWindow();
+    /// The View menu, for what else there is to look at.
+    QMenu& viewMenu() { return *_view; }
     /// Closes the window and ends the program, where nothing is lost or the user agrees.
     void quit();
 
@@ -82,6 +84,7 @@ private:
     PassFiles _passFiles;
     class CloseQuestion;
     std::unique_ptr<CloseQuestion> _closeQuestion;
+    QMenu* _view = nullptr;
     HelpMenu* _help = nullptr;
     std::optional<LoadedItem> _loadedItem;
     std::vector<QPropertyNotifier> _observers;

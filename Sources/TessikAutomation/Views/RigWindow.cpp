@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -119,6 +120,15 @@ RigWindow::RigWindow(SimulatedConsole& desk, QWidget* parent) : QWidget(parent, 
     layout->addWidget(surface);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     desk.onChange = [surface] { surface->update(); };
+}
+
+void RigWindow::present() {
+    adjustSize();
+    const QRect room = screen()->availableGeometry().adjusted(0, 0, -16, -48); // with its frame
+    if (!std::exchange(_isPlaced, true)) move(room.bottomRight() - rect().bottomRight());
+    show();
+    raise();
+    activateWindow();
 }
 
 RigWindow::~RigWindow() { _desk.onChange = nullptr; }

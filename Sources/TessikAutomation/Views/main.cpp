@@ -45,9 +45,10 @@ int begin(Application& application, const CommandLine& line) {
 int runOnRig(const CommandLine& line) {
     Rig rig;
     Application application(rig.service, recoveryFolder());
-    RigWindow rigWindow(rig.desk);
+    RigWindow rigWindow(rig.desk, &application.window);
+    application.viewMenu().addAction(QStringLiteral("&Rig Console"), &rigWindow, &RigWindow::present);
     application.connectToRig();
-    rigWindow.show();
+    QMetaObject::invokeMethod(&rigWindow, &RigWindow::present, Qt::QueuedConnection); // once the program's is there
     return begin(application, line);
 }
 
