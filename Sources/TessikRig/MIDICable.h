@@ -10,7 +10,7 @@
 
 namespace tessik {
 
-/// One direction of a MIDI 1.0 cable: 31,250 baud, ten bits a byte (MIDI 1.0 Detailed Specification), with a buffer at
+/// One direction of a MIDI 1.0 cable: 31,250 baud, ten bits a byte (both from the MIDI 1.0 standard), with a buffer at
 /// its entrance that drops what does not fit, as an old interface's does.
 class MIDICable {
 public:

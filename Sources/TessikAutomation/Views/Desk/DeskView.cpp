@@ -200,9 +200,9 @@ void DeskView::layOut() {
     const int content = inputCount * pitch;
 
     _inputs->setGeometry(0, 0, visible, height);
-    _inputs->setContentWidth(content, pitch);
+    _inputs->setContentLength(content, pitch);
     _moduleView->setGeometry(0, 0, std::max(content, visible), upper);
-    _moduleView->setContentHeight(whole, scaled(knobPitch));
+    _moduleView->setContentLength(whole, scaled(knobPitch));
     for (int i = 0; i < maxInputs; ++i) {
         ControlHost& module = *_modules[std::size_t(i)];
         ControlHost& strip = *_strips[std::size_t(i)];
@@ -222,7 +222,7 @@ void DeskView::layOut() {
 
     const int masterHeight = std::max(upper, toGridUp(scaled(masterPanelMinHeight)));
     _masterView->setGeometry(fixed, 0, fixedWidth(), upper);
-    _masterView->setContentHeight(masterHeight, scaled(knobPitch));
+    _masterView->setContentLength(masterHeight, scaled(knobPitch));
     _master->setGeometry(0, 0, fixedWidth(), masterHeight);
     _masterView->scrollBar()->setGeometry(fixed + fixedWidth() - masterBarWidth, 0, masterBarWidth, upper);
     _masterView->scrollBar()->setVisible(masterHeight > upper);
