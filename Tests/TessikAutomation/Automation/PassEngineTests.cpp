@@ -234,6 +234,22 @@ TEST_F(PassEngineTest, WhatTheDeskTellsOfOurOwnValueIsNoRide) {
     EXPECT_EQ(desk.vca(in1), 58);
 }
 
+TEST_F(PassEngineTest, OfTwoChangesBetweenTicksTheLaterHolds) {
+    roll(AutomationMode::update, pass({}));
+    screen.setFader(channel(in1), 80);
+    recall.recall({.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in1, .faderValue = 21}}});
+    run(100ms);
+    EXPECT_EQ(shown(in1), 21);
+    EXPECT_EQ(desk.vca(in1), 21);
+    engine.setNullEnabled(true);
+    desk.moveFader(in1, 30);
+    run(20ms);
+    recall.recall({.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in1, .faderValue = 22}}});
+    desk.moveFader(in1, 33);
+    run(100ms);
+    EXPECT_EQ(shown(in1), 33);
+}
+
 TEST_F(PassEngineTest, ARecoveredTakeIsTheTakeSoFar) {
     engine.select(pass({fader(10, in1, 60), fader(200, in1, 70)}));
     arm(AutomationMode::update);
