@@ -1,4 +1,5 @@
 #include "Support/AutomationRig.h"
+#include "Support/PassWalk.h"
 
 #include <gtest/gtest.h>
 
@@ -21,32 +22,6 @@ constexpr Uptime settled = 1s; // after so long without a hand everything has to
 /// Frames: events this near to the tape's position may have been played or not yet, sent, carried, landed. Two are
 /// what a drop minute skips before the timecode can tell.
 constexpr double playing = 3;
-
-/// What a lane is at a frame offset by a walk over all events, and how far its nearest event is from there.
-struct Said {
-    std::optional<int> value;
-    double nearestEvent = 1e9;           // frames
-    std::optional<std::int64_t> eventAt; // the last at or before the offset
-};
-
-Said whatItSays(const AutomationPass& pass, const QList<ChannelSnapshot>& defaults, int cc, double offset) {
-    Said said;
-    for (const ChannelSnapshot& channel : pass.initialState.value_or(defaults)) {
-        if (MIDIChannelMapping::faderCC(channel.kind) == cc) said.value = channel.faderPosition();
-        if (MIDIChannelMapping::switchCC(channel.kind) == cc)
-            said.value = MIDIChannelMapping::encodeSwitchByte(channel.switches());
-    }
-    for (const TimedEvent& event : pass.events) {
-        const bool isFader = event.value.kind() == PassEventValue::Case::fader;
-        if (cc != (isFader ? MIDIChannelMapping::faderCC(event.kind) : MIDIChannelMapping::switchCC(event.kind)))
-            continue;
-        said.nearestEvent = std::min(said.nearestEvent, std::abs(double(event.frameOffset) - offset));
-        if (double(event.frameOffset) > offset) continue;
-        said.value = isFader ? int(event.value.fader()) : MIDIChannelMapping::encodeSwitchByte(event.value.switches());
-        said.eventAt = event.frameOffset;
-    }
-    return said;
-}
 
 /// How often each truth was put to the test: a run that never came to it proves nothing.
 struct Tally {
