@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QMouseEvent>
+#include <QUndoStack>
 
 #include <algorithm>
 
@@ -35,7 +36,8 @@ const Benchmark mmcToRoll("mmc_to_roll_ms", [](const Report& report) {
     TransportManager transport(service);
     clock.connection.selectSource(service.sources().front().uniqueID);
     transport.selectDestination(service.destinations().front().uniqueID);
-    TransportPanelView panel(clock, locators, transport, [] { return std::nullopt; });
+    QUndoStack history;
+    TransportPanelView panel(clock, locators, transport, history, [] { return std::nullopt; });
     const auto keys = panel.findChildren<PanelButton*>();
     const auto play = std::find_if(keys.begin(), keys.end(), [](const PanelButton* key) {
         return key->accessibleName() == QLatin1String("Play");

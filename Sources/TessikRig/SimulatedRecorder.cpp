@@ -117,6 +117,7 @@ void SimulatedRecorder::enterLocked(State state) {
     if (state == _state) return;
     const double position = tapePosition(now);
     _state = state;
+    _ramp = state == State::playing ? _settings.slowStart : Uptime(0);
     moveTo(position, now);
 }
 
@@ -136,7 +137,7 @@ void SimulatedRecorder::locate(const TimecodePosition& label) {
     if (_state == State::fastForwarding || _state == State::rewinding) _state = State::stopped;
     const std::int64_t frame = TapeTimecode::tapeFrame(_rate, label);
     moveTo(double(frame), _clock.now());
-    _fullFrame = TapeTimecode::label(_rate, frame);
+    if (_settings.tellsLocates) _fullFrame = TapeTimecode::label(_rate, frame);
 }
 
 void SimulatedRecorder::setSpeed(double speed) {
@@ -145,6 +146,8 @@ void SimulatedRecorder::setSpeed(double speed) {
     _anchorFrame = tapePosition(now);
     _anchorTime = now;
     _playSpeed = speed;
+    _ramp = Uptime(0);
+    _slipEnd = distantPast;
     _changed.notify_all();
 }
 
@@ -160,25 +163,58 @@ void SimulatedRecorder::setJitter(Uptime jitter) {
     _jitter = jitter;
 }
 
+void SimulatedRecorder::slip(Uptime delay) {
+    const std::lock_guard lock(_mutex);
+    const Uptime now = _clock.now();
+    _slippedAt = tapePosition(now);
+    _slipEnd = std::max(now, _slipEnd) + delay;
+    _anchorTime += delay;
+    _changed.notify_all();
+}
+
+void SimulatedRecorder::dropOut(Uptime duration) {
+    const std::lock_guard lock(_mutex);
+    _silentUntil = _clock.now() + duration;
+}
+
+void SimulatedRecorder::misreadRate() {
+    const std::lock_guard lock(_mutex);
+    _misreadsRate = true;
+}
+
 // ---- the tape
 
 /// In tape frames since zero; past 24 hours while it has rolled over them since it was last moved.
 double SimulatedRecorder::tapePosition(Uptime now) const {
-    double speed = 0;
+    if (now < _slipEnd) return _slippedAt;
+    double seconds = double((now - _anchorTime).count()) / 1e9;
     switch (_state) {
     case State::stopped:
-    case State::paused: break;
-    case State::playing: speed = _playSpeed; break;
-    case State::fastForwarding: speed = _settings.shuttleSpeed; break;
-    case State::rewinding: speed = -_settings.shuttleSpeed; break;
+    case State::paused: seconds = 0; break;
+    case State::playing: seconds = playedSeconds(now - _anchorTime) * _playSpeed; break;
+    case State::fastForwarding: seconds *= _settings.shuttleSpeed; break;
+    case State::rewinding: seconds *= -_settings.shuttleSpeed; break;
     }
-    const double seconds = double((now - _anchorTime).count()) / 1e9;
-    return std::max(0.0, _anchorFrame + speed * seconds * realFramesPerSecond(_rate));
+    return std::max(0.0, _anchorFrame + seconds * realFramesPerSecond(_rate));
+}
+
+/// How much of the tape has gone by at its own speed, so long after a start that gains speed evenly.
+double SimulatedRecorder::playedSeconds(Uptime since) const {
+    const double elapsed = double(since.count()) / 1e9;
+    const double ramp = double(_ramp.count()) / 1e9;
+    return elapsed < ramp ? elapsed * elapsed / (2 * ramp) : elapsed - ramp / 2;
+}
+
+Uptime SimulatedRecorder::timeToPlay(double seconds) const {
+    const double ramp = double(_ramp.count()) / 1e9;
+    const double elapsed = seconds < ramp / 2 ? std::sqrt(2 * ramp * seconds) : seconds + ramp / 2;
+    return Uptime(std::llround(elapsed * 1e9));
 }
 
 void SimulatedRecorder::moveTo(double tapeFrame, Uptime now) {
     _anchorFrame = std::fmod(tapeFrame, double(TapeTimecode::framesPerDay(_rate)));
     _anchorTime = now;
+    _slipEnd = distantPast;
     _nextQuarter = std::int64_t(std::ceil(_anchorFrame * 4));
     scheduleNext();
     _changed.notify_all();
@@ -193,23 +229,27 @@ std::optional<Uptime> SimulatedRecorder::deadline() const {
     if (_fullFrame) return _anchorTime;
     if (_state != State::playing) return std::nullopt;
     const double seconds = (double(_nextQuarter) / 4 - _anchorFrame) / (realFramesPerSecond(_rate) * _playSpeed);
-    return _anchorTime + Uptime(std::llround(seconds * 1e9)) + _nextJitter;
+    Uptime due = _anchorTime + timeToPlay(std::max(0.0, seconds)) + _nextJitter;
+    if (const Uptime buffer = _settings.audioBuffer; buffer > Uptime(0)) due += (buffer - due % buffer) % buffer;
+    return due;
 }
 
-/// The words of one message that is due; empty where none is.
-std::vector<std::uint32_t> SimulatedRecorder::takeDue(Uptime now) {
+/// The words of one message that is due, without any while it drops out; none where nothing is due.
+std::optional<std::vector<std::uint32_t>> SimulatedRecorder::takeDue(Uptime now) {
     const std::optional<Uptime> due = deadline();
-    if (!due || *due > now) return {};
+    if (!due || *due > now) return std::nullopt;
     std::vector<std::uint32_t> words;
     if (const auto fullFrame = std::exchange(_fullFrame, std::nullopt)) {
         MIDIWords::appendSysEx(words, TapeTimecode::fullFrameMessage(*fullFrame));
-        return words;
+    } else {
+        const int piece = int(_nextQuarter % 8);
+        TimecodePosition label = TapeTimecode::label(_rate, (_nextQuarter - piece) / 4);
+        if (piece == 7 && std::exchange(_misreadsRate, false)) label.frameRate = MTCFrameRate(int(_rate) ^ 1);
+        words.push_back(MIDIWords::system(0xF1, TapeTimecode::quarterFrameByte(label, piece)));
+        ++_nextQuarter;
+        scheduleNext();
     }
-    const int piece = int(_nextQuarter % 8);
-    const TimecodePosition label = TapeTimecode::label(_rate, (_nextQuarter - piece) / 4);
-    words.push_back(MIDIWords::system(0xF1, TapeTimecode::quarterFrameByte(label, piece)));
-    ++_nextQuarter;
-    scheduleNext();
+    if (now < _silentUntil) words.clear();
     return words;
 }
 
@@ -244,11 +284,10 @@ std::optional<Uptime> SimulatedRecorder::nextDeadline() const {
 
 void SimulatedRecorder::advance(Uptime now) {
     std::unique_lock lock(_mutex);
-    while (true) {
-        const std::vector<std::uint32_t> words = takeDue(now);
-        if (words.empty()) return;
+    while (const auto words = takeDue(now)) {
+        if (words->empty()) continue;
         lock.unlock();
-        _service.transmit(_source, words);
+        _service.transmit(_source, *words);
         lock.lock();
     }
 }

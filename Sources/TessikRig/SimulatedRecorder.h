@@ -16,6 +16,11 @@ struct RecorderSettings {
     std::uint8_t deviceID = 0; ///< 0 to 126
     bool answersAllCall = true;
     Uptime jitter{}; ///< a quarter frame leaves up to this much early or late, evenly distributed; under 4 ms
+    /// Quarter frames leave only at the ends of audio buffers of this length, as those of a computer do; 0 for any
+    /// time.
+    Uptime audioBuffer{};
+    Uptime slowStart{};       ///< until a tape that starts has reached its speed
+    bool tellsLocates = true; ///< by a full frame
     std::uint32_t seed = 1;
     double shuttleSpeed = 20; ///< of play
 };
@@ -51,6 +56,12 @@ public:
     void setSpeed(double speed);
     void setRate(MTCFrameRate rate); ///< stops, and goes back to zero: it is another tape
     void setJitter(Uptime jitter);
+    /// From now on the tape is late by this much, for which it stands.
+    void slip(Uptime delay);
+    /// Sends nothing for that long, while the tape rolls on.
+    void dropOut(Uptime duration);
+    /// The next run of quarter frames tells another rate.
+    void misreadRate();
 
     // ---- what it does
 
@@ -79,8 +90,10 @@ private:
     double tapePosition(Uptime now) const;
     void moveTo(double tapeFrame, Uptime now);
     void scheduleNext();
+    double playedSeconds(Uptime since) const;
+    Uptime timeToPlay(double seconds) const;
     std::optional<Uptime> deadline() const;
-    std::vector<std::uint32_t> takeDue(Uptime now);
+    std::optional<std::vector<std::uint32_t>> takeDue(Uptime now);
     void run();
 
     MIDIService& _service;
@@ -101,6 +114,11 @@ private:
     bool _recording = false;
     double _anchorFrame = 0; // tape frame at `_anchorTime`
     Uptime _anchorTime{};
+    Uptime _ramp{};        // from `_anchorTime` until it has its speed
+    double _slippedAt = 0; // tape frame until `_slipEnd`
+    Uptime _slipEnd = distantPast;
+    Uptime _silentUntil = distantPast;
+    bool _misreadsRate = false;
     std::int64_t _nextQuarter = 0; // counted from the tape's zero, not wrapped
     Uptime _nextJitter{};
     std::optional<TimecodePosition> _fullFrame; // owed

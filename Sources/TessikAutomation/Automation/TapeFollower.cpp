@@ -10,7 +10,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Uptime resumeWithin = 2s;
-constexpr double resumeTolerance = 0.25; // seconds; a machine stopped by hand comes back later by half a second or more
+constexpr Uptime toldWithin = 1s;        // it takes two runs and a part of one to know where a tape is, a slow one too
+constexpr double resumeTolerance = 0.25; // seconds before where it stood, or beyond where it would be at full speed
+constexpr double jumpBack = 2;           // frames
 constexpr double jumpAhead = 1;          // seconds beyond the time gone by
 
 double seconds(Uptime time) { return std::chrono::duration<double>(time).count(); }
@@ -24,52 +26,66 @@ TapeFollower::Event TapeFollower::follow(Uptime now) {
         _mayResume = true;
         return Event::stopped;
     }
-    const std::optional<TimecodePosition> position = _clock.currentPosition.value();
-    const std::optional<double> frame = _clock.frame(now);
-    if (!position || !frame) return Event::none;
-    if (!_isRolling) {
-        const bool resumed = position->frameRate == _rate && isWhereItShouldBe(now, *frame);
-        _isRolling = true;
-        _rate = position->frameRate;
-        take(now, *frame);
-        return resumed ? Event::resumed : Event::started;
+    const std::optional<double> answer = _clock.frame(now);
+    if (!answer || !(_isRolling || _clock.isTelling())) return Event::none;
+    const MTCFrameRate rate = *_clock.rate();
+    const bool wasRolling = std::exchange(_isRolling, true);
+    const double frame = unwrapped(*answer, rate);
+    const bool isBack = frame <= _frame - jumpBack;
+    const bool isAhead = frame - _frame > (seconds(now - _at) + jumpAhead) * realFramesPerSecond(_rate);
+    const bool goesOn = rate == _rate && (wasRolling ? !isBack && !isAhead : isWhereItShouldBe(now, frame));
+    _rate = rate;
+    if (goesOn) {
+        take(now, std::max(frame, _frame));
+        return wasRolling ? Event::none : Event::resumed;
     }
-    const double perSecond = realFramesPerSecond(_rate);
-    const bool isBack = std::floor(*frame) < std::floor(_frame);
-    const bool isAhead = *frame - _frame > (seconds(now - _at) + jumpAhead) * perSecond;
-    const bool jumped = position->frameRate != _rate || isBack || isAhead;
-    _rate = position->frameRate;
-    take(now, *frame);
-    return jumped ? Event::jumped : Event::none;
+    _isStanding = false;
+    _stood = 0;
+    take(now, *answer);
+    return wasRolling ? Event::jumped : Event::started;
 }
 
 void TapeFollower::interrupt() { _isRolling = _mayResume = false; }
 
 double TapeFollower::frameAt(Uptime stamp) const {
-    return _anchorFrame + double((stamp - _anchorAt).count()) * _framesPerNanosecond;
-}
-
-Uptime TapeFollower::knownUntil() const {
-    return _clock.lastQuarterFrameStamp() + Uptime(std::llround(2e9 / realFramesPerSecond(_rate)));
+    return std::max(_stood, _anchorFrame + double((stamp - _anchorAt).count()) * _framesPerNanosecond);
 }
 
 void TapeFollower::take(Uptime now, double frame) {
+    if (_isStanding) _stood = _frame;
     _frame = frame;
-    _at = std::min(now, knownUntil()); // without timecode the answer stands still
+    _isStanding = !_clock.isTelling();
+    if (_isStanding) return; // the old anchor holds
+    _knownUntil = _clock.toldUntil() + Uptime(std::llround(2e9 / realFramesPerSecond(_rate)));
+    _isStanding = now > _knownUntil;
+    _at = std::min(now, _knownUntil);
     // The clock's answers never run back; what it predicts of the frame's two edges is nearer the truth.
     const double edge = std::floor(frame);
-    const std::optional<Uptime> from = _clock.instant(edge);
-    const std::optional<Uptime> to = _clock.instant(edge + 1);
-    const bool isKnown = from && to && *to > *from;
-    _anchorFrame = isKnown ? edge : frame;
-    _anchorAt = isKnown ? *from : _at;
-    _framesPerNanosecond = isKnown ? 1 / double((*to - *from).count()) : realFramesPerSecond(_rate) / 1e9;
+    const Uptime from = *_clock.instant(edge);
+    const Uptime to = *_clock.instant(edge + 1);
+    _anchorFrame = edge;
+    _anchorAt = from;
+    _framesPerNanosecond = 1 / double((to - from).count());
 }
 
-bool TapeFollower::mayResume(Uptime now) const { return _mayResume && now - _at <= resumeWithin; }
+/// The answer of the clock, which begins again at midnight, on the scale of the roll.
+double TapeFollower::unwrapped(double frame, MTCFrameRate rate) const {
+    const double day = double(labelsPerDay(rate));
+    return rate == _rate ? frame + day * std::round((_frame - frame) / day) : frame;
+}
+
+bool TapeFollower::mayResume(Uptime now) const {
+    const Uptime back = _clock.quarterFramesSince();
+    return _mayResume && (back > _at ? back : now) - _at <= resumeWithin && now - _at <= resumeWithin + toldWithin;
+}
 
 bool TapeFollower::isWhereItShouldBe(Uptime now, double frame) const {
-    return mayResume(now) && std::abs(frame - frameAt(now)) <= resumeTolerance * realFramesPerSecond(_rate);
+    if (!mayResume(now)) return false;
+    const double perSecond = realFramesPerSecond(_rate);
+    const Uptime back = std::max(_clock.quarterFramesSince(), _at);
+    const double hadItGoneOn = std::max(frameAt(now), _frame + seconds(now - _at) * perSecond);
+    return *_clock.instant(_frame - resumeTolerance * perSecond) <= back &&
+           frame <= hadItGoneOn + resumeTolerance * perSecond;
 }
 
 } // namespace tessik

@@ -13,9 +13,9 @@ public:
     enum class Event : std::uint8_t {
         none,
         started,
-        resumed, ///< started again within two seconds of a stop, where the tape would be had it gone on
+        resumed, ///< started again within two seconds of a stop, where the tape stood or would be had it gone on
         stopped, ///< noticed half a second late
-        jumped   ///< back, or ahead by more than a second beyond the time gone by, or to another rate
+        jumped   ///< back by two frames, or ahead by more than a second beyond the time gone by, or to another rate
     };
     /// Looks at the clock. While it rolls but cannot tell where, the last answer stands.
     Event follow(Uptime now);
@@ -27,16 +27,17 @@ public:
     bool isRolling() const { return _isRolling; }
     /// Of the roll, or of the last one.
     MTCFrameRate rate() const { return _rate; }
-    /// Absolute frame at the last look, or at the last one of the last roll.
+    /// Absolute frame at the last look, or at the last one of the last roll. Goes on past 24 hours where a roll does.
     double frame() const { return _frame; }
     /// Absolute frame at an instant near the last look.
     double frameAt(Uptime stamp) const;
     /// What arrived later than this may have arrived when the tape had stopped: two frames after the last quarter
-    /// frame.
-    Uptime knownUntil() const;
+    /// frame before the last look.
+    Uptime knownUntil() const { return _knownUntil; }
 
 private:
     void take(Uptime now, double frame);
+    double unwrapped(double frame, MTCFrameRate rate) const;
     bool isWhereItShouldBe(Uptime now, double frame) const;
 
     MTCClock& _clock;
@@ -45,7 +46,10 @@ private:
     MTCFrameRate _rate = MTCFrameRate::fps30;
     double _frame = 0; // at `_at`
     Uptime _at = distantPast;
-    double _anchorFrame = 0; // at `_anchorAt`
+    Uptime _knownUntil = distantPast;
+    bool _isStanding = false; // at the last look nothing was known of where it is, or timecode was silent
+    double _stood = 0;        // frames up to here were told before that
+    double _anchorFrame = 0;  // at `_anchorAt`
     Uptime _anchorAt{};
     double _framesPerNanosecond = 0;
 };

@@ -6,6 +6,10 @@ namespace {
 /// A payload is a quarter frame's data byte or, with this bit, the bytes of a full frame that tell its position.
 constexpr std::uint64_t fullFrameFlag = std::uint64_t(1) << 32;
 
+/// A run with a longer pause in it may be of two places of the tape. At an eighth of its speed quarter frames come more
+/// often than this.
+constexpr Uptime longestPause = std::chrono::milliseconds(100);
+
 std::uint64_t uptimeNanoseconds(const UptimeClock& clock) { return std::uint64_t(clock.now().count()); }
 
 } // namespace
@@ -40,9 +44,14 @@ void MTCClock::receiveSysEx(Uptime stamp, std::span<const std::uint8_t> sysEx) {
 }
 
 void MTCClock::handleQuarterFrame(Uptime stamp, std::uint8_t dataByte) {
-    const std::optional<TimecodePosition> completed = decoder.handleQuarterFrame(dataByte);
+    if (stamp - _lastQuarterFrameStamp > longestPause) {
+        decoder = {};
+        _quarterFramesSince = stamp;
+    }
     _lastQuarterFrameStamp = stamp;
+    const std::optional<TimecodePosition> completed = decoder.handleQuarterFrame(dataByte);
     _lock.quarterFrame(stamp, dataByte >> 4 & 7, completed);
+    if (_lock.isTelling()) _toldUntil = stamp;
     if (!completed) return;
     currentPosition = completed;
     isRunning = true;
@@ -59,7 +68,7 @@ void MTCClock::handleFullFrame(const TimecodePosition& position) {
 void MTCClock::checkStopped() {
     if (!isRunning.value()) return;
     if (uptimeNanoseconds(_clock) - lastUpdateHostTime.value() < 500'000'001) return;
-    _lock.reset();
+    _lock.stop();
     isRunning = false;
 }
 

@@ -26,8 +26,16 @@ public:
     std::optional<double> frame(Uptime at) { return _lock.frame(at); }
     /// When the tape will be at a frame; none where that is not known.
     std::optional<Uptime> instant(double frame) const { return _lock.instant(frame); }
+    /// Whether it is known where the tape is; while it stands still after a silence, it is not.
+    bool isTelling() const { return _lock.isTelling(); }
+    /// The rate of these answers.
+    std::optional<MTCFrameRate> rate() const { return _lock.rate(); }
     /// Arrival of the last quarter frame, whatever it held; kept when timecode stops.
     Uptime lastQuarterFrameStamp() const { return _lastQuarterFrameStamp; }
+    /// Arrival of the last one that left no doubt where the tape is; kept when timecode stops.
+    Uptime toldUntil() const { return _toldUntil; }
+    /// Arrival of the first one after the last silence.
+    Uptime quarterFramesSince() const { return _quarterFramesSince; }
 
     /// Called after a full frame moved the position: the machine was located.
     std::function<void()> onFullFrame;
@@ -45,6 +53,8 @@ private:
     const UptimeClock& _clock;
     MTCLock _lock;
     Uptime _lastQuarterFrameStamp = distantPast;
+    Uptime _toldUntil = distantPast;
+    Uptime _quarterFramesSince = distantPast;
     QTimer _watchdog;
 };
 

@@ -1,78 +1,76 @@
 #pragma once
 
+#include "TessikKit/MIDI/BeatLoop.h"
 #include "TessikKit/Models/TimecodePosition.h"
 #include "TessikKit/Models/UptimeClock.h"
 
-#include <array>
 #include <limits>
 
 namespace tessik {
 
-/// Tells where the tape is at an instant, between the quarter frames too: a second-order delay-locked loop over their
-/// arrival stamps, wide when it locks and 1 Hz after.
+/// Tells where the tape is at an instant, between the quarter frames too.
 ///
-/// The loop counts pieces; what label a count stands for is kept apart from it and changed only by a second run that
-/// agrees, so that a single spliced run moves nothing. While it is locked, the answers never run backwards but for a
-/// jump of the label. Times inside are nanoseconds, counts are quarter frames.
+/// Quarter frames are counted as their pieces tell, whenever they come; the loop smooths their times; and what label a
+/// count stands for is kept apart from both. A label, and with it the rate, is taken when two runs agree on it: the
+/// first as any other. A run is eight pieces in order without a silence. After a silence one run is enough where it
+/// says what the missing pieces say too: that the tape has rolled on.
+///
+/// The answers never run backwards but for a jump of the label. Counts are quarter frames.
 class MTCLock {
 public:
     /// Takes one quarter frame: its arrival, its piece (0 to 7), and what the decoder made of it.
     void quarterFrame(Uptime stamp, int piece, const std::optional<TimecodePosition>& completed);
-    /// Timecode stopped or was moved by a full frame.
+    /// Timecode stopped: two runs have to tell again where the tape is.
+    void stop();
+    /// The tape was moved: what comes next is of another place.
     void reset() { *this = {}; }
 
+    /// Whether it is known where the tape is: not before the first label, nor while standing still.
+    bool isTelling() const { return _label.has_value(); }
+    /// Of the label; none before the first.
+    std::optional<MTCFrameRate> rate() const;
     /// The absolute frame at an instant, on the scale of `TimecodePosition::totalFrames`: n.0 when the first piece of
-    /// the label n was sent. None until a run has completed. Never more than two frames past the last quarter frame,
-    /// and standing still while the tape runs in reverse.
+    /// the label n was sent. None before the first label. Never more than two frames past the last quarter frame, and
+    /// standing still there after a silence, or while the tape runs in reverse, until runs tell more. Wraps at 24
+    /// hours.
     std::optional<double> frame(Uptime at);
-    /// When the tape will be, or was, at that frame as far as can be told now; none while not locked or standing still.
+    /// When the tape will be, or was, at that frame as far as can be told now, of several days the nearest; none where
+    /// it is not known where the tape is.
     std::optional<Uptime> instant(double frame) const;
 
 private:
-    struct Arrival {
-        double time = 0;
-        int piece = 0;
-    };
-
-    /// What a completed run says: the rate, and the label's quarter frames less `_count`.
+    /// What a completed run says: the rate, and the label's quarter frames less the count.
     struct Label {
         MTCFrameRate rate;
         std::int64_t offset;
-        friend bool operator==(const Label&, const Label&) = default;
     };
 
-    bool isAcquired() const { return _nominal > 0; }
-    void acquire(MTCFrameRate rate);
-    void lose();
-    void start(const Arrival& arrival, std::int64_t count);
-    void track(const Arrival& arrival);
-    void noteOutlier(const Arrival& arrival);
-    void relock();
+    bool count(double time, int piece);
+    bool countStray(double elapsed, int piece);
+    void answer(double time);
     void standStill(double time);
     void takeLabel(TimecodePosition completed);
     void adopt(const Label& label);
 
-    std::array<Arrival, 8> _recent{}; // the last arrivals, the newest last
-    int _recentCount = 0;
+    static std::int64_t difference(const Label& from, const Label& to);
+    static bool agree(const Label& label, const Label& next, const TimecodePosition& nextSays);
+
+    BeatLoop _loop;
+    std::int64_t _count = 0; // of the last quarter frame counted
+    int _piece = 0;          // it was this one
+    double _time = 0;        // and came then, ns
+    int _unbroken = 0;       // counted one by one up to it
+    int _strays = 0;         // in order among themselves, since it
+    int _lastPiece = 0;      // stray or not
+    double _lastTime = 0;
     int _descending = 0; // steps back in a row
 
-    double _nominal = 0; // duration of a quarter frame at the rate's own speed; 0 until a run has completed
-    double _period = 0;  // as it is now
-    double _time = 0;    // when quarter frame `_count` was due, jitter taken out
-    std::int64_t _count = 0;
-    int _piece = 0;        // of quarter frame `_count`
-    int _accepted = 0;     // quarter frames since the loop started
-    double _widenedAt = 0; // the bandwidth narrows from here
-    double _meanError = 0;
-    double _variance = 0;
-    std::array<Arrival, 3> _outlierRun{}; // the last outliers, the newest last
-    int _outliers = 0;                    // in a row
-    int _regularOutliers = 0;             // of these the last ones that keep step with each other
-
-    std::optional<Label> _label; // none while standing still
+    std::optional<Label> _label;
+    std::optional<Label> _labelBefore; // the silence
+    bool _mayHaveStood = false;        // over it: the pieces went on where they were
     std::optional<Label> _candidate;
-    std::optional<double> _heldFrame; // the answer while standing still
-    double _answered = -std::numeric_limits<double>::infinity();
+    double _answered = -std::numeric_limits<double>::infinity(); // quarter frames on the label's scale
+    std::optional<MTCFrameRate> _answeredRate;
 };
 
 } // namespace tessik

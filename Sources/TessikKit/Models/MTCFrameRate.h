@@ -31,6 +31,9 @@ constexpr double realFramesPerSecond(MTCFrameRate rate) {
     return rate == MTCFrameRate::fps30Drop ? 30.0 / 1.001 : framesPerSecond(rate);
 }
 
+/// Labels of 24 hours, counted at the nominal rate.
+constexpr std::int64_t labelsPerDay(MTCFrameRate rate) { return std::int64_t(24) * 3600 * framesPerSecond(rate); }
+
 /// "25 fps", "29.97 fps (drop)".
 QString description(MTCFrameRate rate);
 

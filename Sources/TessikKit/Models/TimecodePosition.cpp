@@ -38,6 +38,20 @@ std::int64_t TimecodePosition::totalFrames() const {
 
 void TimecodePosition::addFrames(std::int64_t n) { *this = fromTotalFrames(frameRate, checkedAdd(totalFrames(), n)); }
 
+TimecodePosition TimecodePosition::withinDay() const {
+    TimecodePosition position = *this;
+    position.hours = (hours % 24 + 24) % 24;
+    return position;
+}
+
+TimecodePosition TimecodePosition::bounded() const {
+    const auto held = [](std::int64_t field, std::int64_t mostFrames) {
+        const std::int64_t most = farthest / 4 / mostFrames; // four fields share the way
+        return std::clamp(field, -most, most);
+    };
+    return {frameRate, held(hours, 3600 * 30), held(minutes, 60 * 30), held(seconds, 30), held(frames, 1)};
+}
+
 QString TimecodePosition::displayString() const {
     return QString::asprintf("%02lld:%02lld:%02lld:%02lld", qlonglong(hours), qlonglong(minutes), qlonglong(seconds),
                              qlonglong(frames));

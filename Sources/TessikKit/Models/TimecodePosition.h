@@ -24,6 +24,15 @@ struct TimecodePosition {
     /// Moves by `n` frames, back where negative but never below 0, and leaves every field in its range.
     void addFrames(std::int64_t n);
 
+    /// The same label as a machine tells it, whose hours begin again at 24.
+    TimecodePosition withinDay() const;
+
+    /// Farther from zero is no frame that comes from outside, be it a label's or a distance: such labels and distances
+    /// can be added and subtracted a few times without an overflow.
+    static constexpr std::int64_t farthest = std::int64_t(1) << 60;
+    /// With every field held to where the label is no farther than that, at any rate.
+    TimecodePosition bounded() const;
+
     /// "01:02:03:04", with colons at every rate.
     QString displayString() const;
 

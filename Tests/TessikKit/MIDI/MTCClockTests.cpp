@@ -108,8 +108,9 @@ TEST_F(MTCClockTest, ListensToTimecodeAlone) {
 }
 
 TEST_F(MTCClockTest, StopsAfterHalfASecondAndNotSooner) {
-    sendRun({fps25, 0, 0, 1, 0});
+    sendRun({fps25, 0, 0, 0, 23});
     uptime.advance(300ms);
+    sendRun({fps25, 0, 0, 0, 23});
     sendRun({fps25, 0, 0, 1, 0});
     uptime.advance(430ms);
     sendQuarterFrames(run({fps25, 0, 0, 2, 0}, 1)); // no whole run
@@ -139,6 +140,8 @@ TEST_F(MTCClockTest, FullFrameMovesTheCounterOfAStoppedClock) {
 }
 
 TEST_F(MTCClockTest, FullFrameWhileRunningStartsAfresh) {
+    sendRun({fps25, 0, 0, 0, 23});
+    EXPECT_FALSE(clock->frame(uptime.now())) << "one run is not believed";
     sendRun({fps25, 0, 0, 1, 0});
     ASSERT_TRUE(clock->frame(uptime.now()));
     const auto updated = clock->lastUpdateHostTime.value();
@@ -150,6 +153,8 @@ TEST_F(MTCClockTest, FullFrameWhileRunningStartsAfresh) {
     EXPECT_EQ(clock->lastUpdateHostTime.value(), updated);
     EXPECT_EQ(clock->decoder, MTCDecoder());
     sendRun({fps25, 5, 0, 0, 0});
+    EXPECT_FALSE(clock->frame(uptime.now()));
+    sendRun({fps25, 5, 0, 0, 2});
     EXPECT_TRUE(clock->frame(uptime.now()));
 }
 
