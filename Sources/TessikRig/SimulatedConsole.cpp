@@ -87,7 +87,7 @@ void SimulatedConsole::moveFader(ChannelKind kind, int value) {
     if (!channel || channel->physical == value) return;
     advance();
     channel->physical = channel->vca = value;
-    tell(MIDIChannelMapping::faderCC(kind));
+    tell(_clock.now(), MIDIChannelMapping::faderCC(kind));
     changed();
 }
 
@@ -96,7 +96,7 @@ void SimulatedConsole::setSwitches(ChannelKind kind, ChannelSwitches switches) {
     if (!channel || channel->switches == switches) return;
     advance();
     channel->switches = switches;
-    tell(MIDIChannelMapping::switchCC(kind));
+    tell(_clock.now(), MIDIChannelMapping::switchCC(kind));
     changed();
 }
 
@@ -107,8 +107,8 @@ void SimulatedConsole::recallScene(int scene) {
         const Stored& stored = _scenes[std::size_t(scene)][i];
         channel.vca = stored.fader;
         channel.switches = stored.switches;
-        tell(MIDIChannelMapping::faderCC(channel.kind));
-        tell(MIDIChannelMapping::switchCC(channel.kind));
+        tell(_clock.now(), MIDIChannelMapping::faderCC(channel.kind));
+        tell(_clock.now(), MIDIChannelMapping::switchCC(channel.kind));
     }
     changed();
 }
@@ -119,9 +119,9 @@ void SimulatedConsole::storeScene(int scene) {
         stored[i] = {_channels[i].vca, _channels[i].switches};
 }
 
-void SimulatedConsole::tell(int cc) {
+void SimulatedConsole::tell(Uptime at, int cc) {
     if (std::find(_toTell.begin(), _toTell.end(), cc) == _toTell.end()) _toTell.push_back(cc);
-    if (!_sending) startNextMessage(_clock.now());
+    if (!_sending) startNextMessage(at);
     keepTime();
 }
 
@@ -148,7 +148,7 @@ void SimulatedConsole::advance() {
             const Sending sent = *_sending;
             startNextMessage(sent.doneAt);
             const std::uint32_t word = MIDIWords::controlChange(_basicChannel, sent.cc, sent.value);
-            _service.transmit(_source, {&word, 1});
+            if (!_isLost) _service.transmit(_source, {&word, 1});
         } else {
             break;
         }
@@ -158,18 +158,21 @@ void SimulatedConsole::advance() {
 
 void SimulatedConsole::obey(Uptime at, const ChannelMessageParser::Message& message) {
     if (message.status != (0xB0 | (_basicChannel - 1))) return;
-    if (const auto faderKind = MIDIChannelMapping::channelKindForFaderCC(message.data1)) {
-        if (Channel* channel = find(*faderKind)) {
-            channel->vca = message.data2;
-            if (onVCAMoved) onVCAMoved(at, channel->kind, channel->vca);
-            changed();
-        }
-    } else if (const auto switchKind = MIDIChannelMapping::channelKindForSwitchCC(message.data1)) {
-        if (Channel* channel = find(*switchKind)) {
-            channel->switches = MIDIChannelMapping::decodeSwitchByte(message.data2);
-            changed();
-        }
+    const int cc = message.data1;
+    if (const auto faderKind = MIDIChannelMapping::channelKindForFaderCC(cc)) {
+        Channel* channel = find(*faderKind);
+        if (!channel) return;
+        channel->vca = message.data2;
+        if (onVCAMoved) onVCAMoved(at, channel->kind, channel->vca);
+    } else if (const auto switchKind = MIDIChannelMapping::channelKindForSwitchCC(cc)) {
+        Channel* channel = find(*switchKind);
+        if (!channel) return;
+        channel->switches = MIDIChannelMapping::decodeSwitchByte(message.data2);
+    } else {
+        return;
     }
+    if (_isEchoing) tell(at, cc);
+    changed();
 }
 
 void SimulatedConsole::changed() {

@@ -16,8 +16,8 @@ namespace tessik {
 /// follows whoever moved last, hand or MIDI, and four switches. It is a device of its own at the far end of two
 /// 31,250-baud cables, a source and a destination named "Rig Console", and knows nothing of the program.
 ///
-/// It transmits what a hand does and, when a scene is recalled, everything; it echoes nothing. As desks of its time do,
-/// it marks what has changed and reads the value when the cable is free for it.
+/// It transmits what a hand does and, when a scene is recalled, everything; it echoes nothing unless told so. As desks
+/// of its time do, it marks what has changed and reads the value when the cable is free for it.
 class SimulatedConsole {
 public:
     static constexpr int sceneCount = 8;
@@ -31,6 +31,10 @@ public:
     static QString portName() { return QStringLiteral("Rig Console"); }
     /// The MIDI channel on which the desk sends and listens, 1 to 16; messages on any other are ignored.
     void setBasicChannel(int channel) { _basicChannel = channel; }
+    /// Whether it also transmits what MIDI has changed.
+    void setEchoing(bool isEchoing) { _isEchoing = isEchoing; }
+    /// Whether what it transmits is lost on the way, as at an overrun.
+    void setLost(bool isLost) { _isLost = isLost; }
 
     // ---- what a hand does
 
@@ -80,7 +84,7 @@ private:
     Channel* find(ChannelKind kind);
     const Channel& get(ChannelKind kind) const;
     void makeFactoryScenes();
-    void tell(int cc);
+    void tell(Uptime at, int cc);
     void startNextMessage(Uptime at);
     int currentValue(int cc) const;
     void obey(Uptime at, const ChannelMessageParser::Message& message);
@@ -94,6 +98,8 @@ private:
     MIDIEndpointRef _source = 0;
     MIDIEndpointRef _destination = 0;
     int _basicChannel = 1;
+    bool _isEchoing = false;
+    bool _isLost = false;
     std::vector<Channel> _channels;
     std::array<std::vector<Stored>, sceneCount> _scenes;
     MIDICable _in{inputBufferBytes};

@@ -1,6 +1,8 @@
 #include "FarClient.h"
 #include "Support/CountingBytes.h"
+#include "TessikAutomation/MIDI/MIDIDestinationPort.h"
 #include "TessikKit/MIDI/MIDIInputConnection.h"
+#include "TessikKit/MIDI/MIDIWords.h"
 
 #include <QTimer>
 
@@ -164,6 +166,34 @@ TEST_F(InputTest, aPortReopenedBetweenTwoLooksIsConnectedAgain) {
     }));
     ASSERT_EQ(far.tell(QStringLiteral("cc 5 1")), QLatin1String("ok"));
     EXPECT_TRUE(eventually([&] { return words.size() == 1; }));
+}
+
+TEST_F(InputTest, aPortThatAnotherProgramHoldsIsTakenUpWhenFree) {
+    FarClient far(desk);
+    FarClient holder(QStringLiteral("Tessik Test Holder"));
+    ASSERT_EQ(holder.tell(QStringLiteral("hold ") + desk), QLatin1String("ok"));
+    MIDIDestinationPort output{service, QStringLiteral("Tessik Test Output"), QStringLiteral("Output")};
+    output.setupClient();
+    ASSERT_TRUE(eventually([&] {
+        connection.refreshSources();
+        output.refreshDestinations();
+        return !sourcesNamed(deskPort).empty();
+    }));
+    connection.selectSource(sourcesNamed(deskPort).at(0).uniqueID);
+    output.selectDestination(destinationsNamed(deskPort).at(0).uniqueID);
+    EXPECT_EQ(connection.cable.refusal.value(), midiPortHeld);
+    EXPECT_EQ(output.cable.refusal.value(), midiPortHeld);
+    ASSERT_EQ(holder.tell(QStringLiteral("release ") + desk), QLatin1String("ok"));
+    EXPECT_TRUE(eventually([&] { return connection.cable.refusal.value() == 0 && output.cable.refusal.value() == 0; }));
+
+    ASSERT_EQ(holder.tell(QStringLiteral("cut ") + desk), QLatin1String("ok"));
+    EXPECT_TRUE(eventually([&] { return connection.dataLostCount.value() == 1; }));
+    ASSERT_EQ(far.tell(QStringLiteral("cc 1 1")), QLatin1String("ok"));
+    EXPECT_TRUE(eventually([&] { return words.size() == 1; }));
+    ASSERT_EQ(holder.tell(QStringLiteral("cut ") + desk), QLatin1String("ok"));
+    EXPECT_TRUE(eventually([&] { return connection.cable.isCut.value() && output.cable.isCut.value(); }));
+    const std::uint32_t word = MIDIWords::controlChange(1, 7, 100);
+    EXPECT_EQ(output.send({&word, 1}), midiNotConnected);
 }
 
 TEST_F(InputTest, aSourceIsHeardOnceHoweverOftenConnectedAndNoMoreWhenLeft) {

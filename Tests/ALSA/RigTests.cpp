@@ -23,7 +23,9 @@ struct RigTest : ALSATest {
     void SetUp() override {
         ALSATest::SetUp();
         output.setupClient();
-        manager.onControlChange = [this](Uptime stamp, int cc, int value) { output.noteReceived(stamp, cc, value); };
+        manager.onControlChange = [this](Uptime stamp, int cc, int value) {
+            return output.noteReceived(stamp, cc, value);
+        };
         const QString desk = QStringLiteral("Rig Console");
         const QString recorder = QStringLiteral("Rig Recorder");
         ASSERT_TRUE(eventually([&] {

@@ -36,7 +36,10 @@ public:
         _output.setupClient();
         _output.refreshDestinations();
         _output.selectDestination(_output.port.availableDestinations.value().at(0).uniqueID);
-        _manager.onControlChange = [this](Uptime stamp, int cc, int value) { _output.noteReceived(stamp, cc, value); };
+        _manager.onControlChange = [this](Uptime stamp, int cc, int value) {
+            return _output.noteReceived(stamp, cc, value);
+        };
+        _manager.connection.setDataLostHandler([this] { _output.assertAgain(); });
         _manager.connection.refreshSources();
         _manager.connection.selectSource(_manager.connection.availableSources.value().at(0).uniqueID);
     }

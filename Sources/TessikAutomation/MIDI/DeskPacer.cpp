@@ -1,6 +1,7 @@
 #include "TessikAutomation/MIDI/DeskPacer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tessik {
 
@@ -12,6 +13,10 @@ constexpr Uptime messageTime = 960us;
 // What arrives until so long after a message of ours has landed may have left the desk before: the cable back, the
 // desk's and the interface's own delays.
 constexpr Uptime crossingMargin = 4ms;
+// By then a hand in motion has been heard again, and an echo has come.
+constexpr Uptime quiet = EchoWatch::latest;
+// A hand that was sent back to and goes on, at whatever pace, is not followed: that would pull it all the way.
+constexpr Uptime rest = 250ms;
 } // namespace
 
 void DeskPacer::setMessagesPerSecond(int rate) { _perSecond = std::max(rate, 1); }
@@ -19,50 +24,82 @@ void DeskPacer::setMessagesPerSecond(int rate) { _perSecond = std::max(rate, 1);
 void DeskPacer::ask(int cc, int value, Urgency urgency) {
     Controller& controller = _controllers[std::size_t(cc)];
     controller.asked = value;
+    controller.heard.reset();
+    controller.isResend = false;
     if (!_present) return;
     if (controller.waiting) {
         if (*controller.waiting != value) ++_overtaken;
-        controller.waiting = value;
-        if (urgency == Urgency::correction) {
-            std::erase(_order, cc);
-            _order.push_front(cc);
-        }
+        if (urgency != Urgency::playback) std::erase(_order, cc);
+    } else if (urgency == Urgency::playback && controller.believed == value) {
         return;
     }
-    if (urgency == Urgency::playback && controller.believed == value) return;
-    controller.waiting = value;
     if (urgency == Urgency::correction)
         _order.push_front(cc);
-    else
+    else if (urgency == Urgency::assertion || !controller.waiting)
         _order.push_back(cc);
+    controller.waiting = value;
 }
 
-void DeskPacer::noteReceived(Uptime stamp, int cc, int value) {
-    if (cc >= MIDIChannelMapping::controllerCount) return;
+bool DeskPacer::noteReceived(Uptime stamp, int cc, int value) {
+    if (cc >= MIDIChannelMapping::controllerCount) return true;
+    const bool isEcho = _echoes.take(stamp, cc, value);
+    if (isEcho && _echoes.isLoop()) return false;
     Controller& controller = _controllers[std::size_t(cc)];
     controller.believed = value;
-    controller.asked.reset();
-    if (controller.waiting) {
-        controller.waiting.reset();
-        std::erase(_order, cc);
+    controller.heard.reset();
+    if (!isEcho) {
+        controller.asked.reset();
+        if (controller.waiting) {
+            controller.waiting.reset();
+            std::erase(_order, cc);
+        }
     }
-    if (stamp >= controller.landsAt + crossingMargin) return;
-    ask(cc, value, Urgency::assertion);
-    if (!_present) controller.believed.reset(); // which of the two the desk ended on cannot be told, nor mended now
+    const bool mayHaveCrossed = isEcho || stamp < controller.landsAt + crossingMargin;
+    if (!mayHaveCrossed || (!controller.waiting && value == controller.sent)) return true;
+    controller.believed.reset();
+    if (!_present) { // which of the two the desk ended on cannot be told, nor mended now
+        controller.asked = value;
+        return true;
+    }
+    controller.heard = value;
+    controller.heardAt = stamp;
+    if (std::find(_doubtful.begin(), _doubtful.end(), cc) == _doubtful.end()) _doubtful.push_back(cc);
+    return true;
+}
+
+/// Sends back what was heard where no later message, of the desk or to it, has told which value it holds.
+void DeskPacer::settle(Uptime now) {
+    std::erase_if(_doubtful, [&](int cc) {
+        Controller& controller = _controllers[std::size_t(cc)];
+        if (!controller.heard) return true;
+        if (controller.waiting || now < controller.landsAt + quiet ||
+            now < controller.heardAt + (controller.isResend ? rest : quiet))
+            return false;
+        const int value = *controller.heard;
+        const bool isMended = value == controller.sent; // by what waited then
+        if (!isMended) ask(cc, value, Urgency::assertion);
+        controller.heard.reset();
+        controller.isResend = !isMended;
+        return true;
+    });
 }
 
 void DeskPacer::forget() {
     _controllers = {};
     _order.clear();
+    _doubtful.clear();
+    _echoes = {};
     _present = false;
 }
 
 void DeskPacer::lose() {
     for (Controller& controller : _controllers) {
+        if (controller.heard) controller.asked = std::exchange(controller.heard, std::nullopt);
         controller.waiting.reset();
         controller.believed.reset();
     }
     _order.clear();
+    _doubtful.clear();
     _present = false;
 }
 
@@ -92,6 +129,8 @@ std::vector<int> DeskPacer::safeOrder(const std::function<std::optional<int>(int
 std::optional<DeskPacer::Message> DeskPacer::next(Uptime now) {
     _tokens = std::min(double(maxBurst), _tokens + std::chrono::duration<double>(now - _tokensAt).count() * _perSecond);
     _tokensAt = now;
+    _echoes.giveUp(now);
+    settle(now);
     if (_order.empty() || _tokens < 1) return std::nullopt;
     return Message{_order.front(), *_controllers[std::size_t(_order.front())].waiting};
 }
@@ -99,9 +138,10 @@ std::optional<DeskPacer::Message> DeskPacer::next(Uptime now) {
 void DeskPacer::noteSent(Uptime now, Message message) {
     Controller& controller = _controllers[std::size_t(message.cc)];
     controller.waiting.reset();
-    controller.believed = message.value;
+    controller.believed = controller.sent = message.value;
     _cableFreeAt = std::max(_cableFreeAt, now) + messageTime;
     controller.landsAt = _cableFreeAt;
+    _echoes.noteSent(now, message.cc, message.value, _cableFreeAt);
     std::erase(_order, message.cc);
     _tokens -= 1;
 }

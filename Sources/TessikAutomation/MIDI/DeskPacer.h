@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TessikAutomation/MIDI/EchoWatch.h"
 #include "TessikKit/MIDI/MIDIChannelMapping.h"
 #include "TessikKit/MIDI/MIDIService.h"
 
@@ -16,7 +17,7 @@ class DeskPacer {
 public:
     enum class Urgency : std::uint8_t {
         playback,  ///< skipped where the desk is believed to hold the value already
-        assertion, ///< always sent
+        assertion, ///< always sent, behind everything that waits
         correction ///< always sent, ahead of everything that waits
     };
 
@@ -28,10 +29,11 @@ public:
 
     /// Asks for `value` (0 to 127) on a controller (0 to 127). While the desk is away the value is owed.
     void ask(int cc, int value, Urgency urgency);
-    /// Tells what the desk itself sent: that is what it holds, and it takes the place of what waits or is owed there.
-    /// Where it crossed a value of ours on the cable, it is sent back, so that both ends agree. A `cc` above 127, as a
-    /// malformed word has it, is ignored.
-    void noteReceived(Uptime stamp, int cc, int value);
+    /// Tells what came from the desk: that is what it holds, and it takes the place of what waits or is owed there,
+    /// unless it is the echo of something sent. Where it may have crossed another value of ours on the cable, it is
+    /// sent back once the hand rests, so that both ends agree. A `cc` above 127, as a malformed word has it, is
+    /// ignored. False for what comes back in a loop: nobody has moved anything.
+    bool noteReceived(Uptime stamp, int cc, int value);
 
     /// Another desk than before: nothing is known or owed.
     void forget();
@@ -54,6 +56,10 @@ public:
     void noteSent(Uptime now, Message message);
 
     bool hasWaiting() const { return !_order.empty(); }
+    /// False while it cannot be told yet on which of two values that crossed the desk has ended.
+    bool isSettled() const { return _doubtful.empty(); }
+    /// What is sent, and whether it comes back.
+    const EchoWatch& echoes() const { return _echoes; }
     std::optional<int> believed(int cc) const { return _controllers[std::size_t(cc)].believed; }
     std::int64_t overtakenCount() const { return _overtaken; }
 
@@ -62,11 +68,18 @@ private:
         std::optional<int> waiting;
         std::optional<int> asked; ///< the last value asked for that no hand has changed since
         std::optional<int> believed;
-        Uptime landsAt = distantPast; ///< when the last message sent is through the desk's cable
+        std::optional<int> heard; ///< from the desk, which may have ended on another value; asks take its place
+        Uptime heardAt = distantPast;
+        int sent = 0;                 ///< the last value
+        Uptime landsAt = distantPast; ///< when it is through the desk's cable
+        bool isResend = false;        ///< what waits or was sent last: a hand's value sent back
     };
+    void settle(Uptime now);
 
     std::array<Controller, MIDIChannelMapping::controllerCount> _controllers;
-    std::deque<int> _order; // controllers with a waiting value, each once
+    std::deque<int> _order;     // controllers with a waiting value, each once
+    std::vector<int> _doubtful; // controllers with a value heard, each once
+    EchoWatch _echoes;
     double _perSecond = defaultMessagesPerSecond;
     double _tokens = maxBurst;
     Uptime _tokensAt = distantPast;

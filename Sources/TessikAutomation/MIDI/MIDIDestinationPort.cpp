@@ -3,7 +3,11 @@
 namespace tessik {
 
 MIDIDestinationPort::MIDIDestinationPort(MIDIService& service, QString clientName, QString label)
-    : _service(service), _clientName(std::move(clientName)), _label(std::move(label)) {}
+    : cable([this](MIDIEndpointRef destination) { return _service.connectDestination(_outputPort, destination); },
+            [this](MIDIEndpointRef destination) { return _service.isConnected(_outputPort, destination); }),
+      _service(service),
+      _clientName(std::move(clientName)),
+      _label(std::move(label)) {}
 
 MIDIDestinationPort::~MIDIDestinationPort() { _service.disposeClient(_client); }
 
@@ -24,6 +28,10 @@ void MIDIDestinationPort::refreshDestinations() {
         statusText = chosen ? _label + QStringLiteral(": ") + chosen->name : _label + QStringLiteral(": reconnecting…");
     }
     const MIDIEndpointRef before = std::exchange(_reachable, handle());
+    if (_reachable == 0)
+        cable.leave();
+    else if (_reachable != before || cable.isDue())
+        cable.lay(_reachable);
     if (_reachable != before) refusal = 0;
     if (_reachable != before && onChange) onChange(_reachable ? Change::back : Change::gone);
 }
@@ -34,6 +42,11 @@ void MIDIDestinationPort::selectDestination(std::optional<std::int32_t> uniqueID
     const MIDIDestinationInfo* chosen = destination();
     statusText = chosen ? _label + QStringLiteral(": ") + chosen->name : QStringLiteral("Not connected");
     _reachable = handle();
+    cable.leave();
+    if (_reachable != 0)
+        cable.lay(_reachable);
+    else
+        _service.connectDestination(_outputPort, 0); // other programs may want it
     refusal = 0;
     if (another && onChange) onChange(Change::chosen);
 }
@@ -41,6 +54,8 @@ void MIDIDestinationPort::selectDestination(std::optional<std::int32_t> uniqueID
 MIDIStatus MIDIDestinationPort::send(std::span<const std::uint32_t> words) {
     const MIDIDestinationInfo* chosen = destination();
     if (!chosen) return midiUnknownHandle;
+    if (cable.refusal.value() != 0) return cable.refusal;
+    if (cable.isCut.value()) return midiNotConnected;
     const MIDIStatus status = _service.send(_outputPort, chosen->endpoint, words);
     if (status == 0) sentCount = sentCount.value() + 1;
     if (status != midiWouldBlock) refusal = status;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TessikKit/MIDI/MIDIPortInfo.h"
+#include "TessikKit/MIDI/PortCable.h"
 
 #include <QObject>
 #include <QProperty>
@@ -24,7 +25,8 @@ public:
 
     /// Whether the chosen destination is listed now.
     bool isReachable() const { return destination() != nullptr; }
-    /// Sends words to the chosen destination: `midiUnknownHandle` where it is absent, else the service's status.
+    /// Sends words to the chosen destination: `midiUnknownHandle` where it is absent, why there is no cable to it, else
+    /// the service's status.
     MIDIStatus send(std::span<const std::uint32_t> words);
 
     enum class Change : std::uint8_t {
@@ -39,6 +41,9 @@ public:
     QProperty<std::optional<std::int32_t>> connectedDestinationID{std::nullopt};
     /// "Not connected"; label + ": " + name; label + ": reconnecting…".
     QProperty<QString> statusText{QStringLiteral("Not connected")};
+
+    /// To the chosen destination. What happens to it is not in `statusText`.
+    PortCable cable;
 
     QProperty<std::int64_t> sentCount{0}; ///< calls of `send` that went out
     /// Why the destination refused what was sent last; 0 where it did not, or is not there.

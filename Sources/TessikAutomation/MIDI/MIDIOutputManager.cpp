@@ -19,6 +19,7 @@ MIDIOutputManager::MIDIOutputManager(MIDIService& service, const UptimeClock& cl
         if (port.isReachable()) _pacer.regain();
         pump();
     };
+    _channelNotifier = midiChannel.addNotifier([this] { assertAgain(); });
     _timer.setTimerType(Qt::PreciseTimer);
     _timer.callOnTimeout([this] { pump(); });
 }
@@ -54,8 +55,15 @@ void MIDIOutputManager::assertState(const ControllerValues& values) {
     pump();
 }
 
-void MIDIOutputManager::noteReceived(Uptime stamp, int cc, int value) {
-    _pacer.noteReceived(stamp, cc, value);
+bool MIDIOutputManager::noteReceived(Uptime stamp, int cc, int value) {
+    const bool isNews = _pacer.noteReceived(stamp, cc, value);
+    pump();
+    return isNews;
+}
+
+void MIDIOutputManager::assertAgain() {
+    _pacer.lose();
+    if (port.isReachable()) _pacer.regain();
     pump();
 }
 
@@ -69,7 +77,10 @@ void MIDIOutputManager::resetChannels(ConsoleModel& consoleModel, bool sendToCon
         zeroed[std::size_t(MIDIChannelMapping::faderCC(channel->kind))] = 0;
         zeroed[std::size_t(MIDIChannelMapping::switchCC(channel->kind))] = MIDIChannelMapping::encodeSwitchByte({});
     }
-    if (!sendToConsole) return;
+    if (!sendToConsole) {
+        if (consoleModel.onScreenZeroed) consoleModel.onScreenZeroed();
+        return;
+    }
     for (std::size_t cc = 0; cc < zeroed.size(); ++cc)
         if (zeroed[cc]) consoleModel.apply(int(cc), *zeroed[cc], ChangeOrigin::zero);
     assertState(zeroed);
@@ -91,7 +102,9 @@ void MIDIOutputManager::pump() {
         }
         _pacer.noteSent(now, *message);
     }
-    if (!_pacer.hasWaiting())
+    isLoop = _pacer.echoes().isLoop();
+    if (!_pacer.hasWaiting()) pause = _pacer.isSettled() ? 250ms : 5ms;
+    if (!isBusy() && !_pacer.echoes().isWaiting())
         _timer.stop();
     else if (!_timer.isActive() || _timer.intervalAsDuration() != pause)
         _timer.start(pause);

@@ -18,8 +18,8 @@ struct DeskChannelState {
 /// The path to the console's MIDI IN: the destination chosen, and what is believed to stand on the desk.
 ///
 /// Everything goes through one pacer, because the desk hangs on a 31,250-baud cable: of each controller only the latest
-/// value waits. The console does not echo, so what is sent is taken as landed; a desk that was away gets what it is
-/// owed when it is back. Main thread only.
+/// value waits. The console does not echo, so what is sent is taken as landed; a desk that was away, or that listens on
+/// another channel than was thought, gets what it is owed when it can be reached. Main thread only.
 class MIDIOutputManager {
 public:
     explicit MIDIOutputManager(MIDIService& service, const UptimeClock& clock = UptimeClock::system());
@@ -47,10 +47,16 @@ public:
 
     /// What the desk is believed to hold on a controller; none where nothing was ever sent or received.
     std::optional<int> believedValue(int cc) const { return _pacer.believed(cc); }
-    /// Tells what the desk itself sent. A value that crossed one of ours on the cable is sent back to it.
-    void noteReceived(Uptime stamp, int cc, int value);
-    /// True while anything waits to be sent.
-    bool isBusy() const { return _pacer.hasWaiting(); }
+    /// Tells what came from the desk. A value that crossed one of ours on the cable is sent back to it. False for what
+    /// comes back in a loop, which the model is not to hear of: nobody has moved anything.
+    bool noteReceived(Uptime stamp, int cc, int value);
+    /// What is believed may be wrong, because messages of the desk were lost: believes nothing until heard or sent, and
+    /// sends once more what was asked.
+    void assertAgain();
+    /// What is sent comes back at once: the desk echoes, or Out is cabled to In.
+    QProperty<bool> isLoop{false};
+    /// True while anything waits to be sent, or to be told after a hand and a message crossed.
+    bool isBusy() const { return _pacer.hasWaiting() || !_pacer.isSettled(); }
     /// Values that a newer one of the same controller overtook before they were sent.
     std::int64_t overtakenCount() const { return _pacer.overtakenCount(); }
     /// Messages a second to the desk; the setting "midiOutMessagesPerSecond".
@@ -68,6 +74,7 @@ private:
     const UptimeClock& _clock;
     DeskPacer _pacer;
     QTimer _timer;
+    QPropertyNotifier _channelNotifier;
 };
 
 } // namespace tessik

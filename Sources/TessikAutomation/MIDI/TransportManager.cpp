@@ -5,8 +5,12 @@
 #include "TessikKit/MIDI/MIDIWords.h"
 
 namespace tessik {
+
+using namespace std::chrono_literals;
+
 namespace {
 
+constexpr Uptime patience = 2s;
 constexpr std::uint8_t realTime = 0x7F;
 constexpr std::uint8_t machineControlCommand = 0x06;
 
@@ -27,16 +31,20 @@ std::vector<std::uint8_t> MMCMessage::locate(std::uint8_t deviceID, const Timeco
             locateCode,
             byteCount,
             target,
-            std::uint8_t(std::uint8_t(position.frameRate) << 5 | (position.hours & 0x1F)),
+            std::uint8_t(std::uint8_t(position.frameRate) << 5 | position.withinDay().hours),
             std::uint8_t(position.minutes & 0x7F),
             std::uint8_t(position.seconds & 0x7F),
             std::uint8_t(position.frames & 0x7F),
             subframes};
 }
 
-TransportManager::TransportManager(MIDIService& service)
+TransportManager::TransportManager(MIDIService& service, const UptimeClock& clock)
     : port(service, QStringLiteral("TessikAutomation Transport"), QStringLiteral("Transport")),
+      _clock(clock),
       _deviceID(SavedSettings::mmcDeviceID().value_or(allCall)) {
+    port.onChange = [this](MIDIDestinationPort::Change) { _waiting.clear(); }; // a late command would surprise
+    _timer.setInterval(5ms);
+    _timer.callOnTimeout([this] { pump(); });
     setupClient();
     refreshDestinations();
 }
@@ -58,7 +66,21 @@ void TransportManager::send(std::span<const std::uint8_t> message) {
     if (!port.isReachable()) return;
     std::vector<std::uint32_t> words;
     MIDIWords::appendSysEx(words, message);
-    if (const MIDIStatus status = port.send(words)) log(QStringLiteral("MMC not sent: OSStatus=%1").arg(status));
+    _waiting.push_back({std::move(words), _clock.now()});
+    pump();
+}
+
+void TransportManager::pump() {
+    for (; !_waiting.empty(); _waiting.pop_front()) {
+        const MIDIStatus status = port.send(_waiting.front().words);
+        if (status == midiWouldBlock && _clock.now() < _waiting.front().since + patience) {
+            if (!_timer.isActive()) _timer.start();
+            return;
+        }
+        if (status != 0) log(QStringLiteral("MMC not sent: OSStatus=%1").arg(status));
+        if (status == midiWouldBlock) port.refusal = status;
+    }
+    _timer.stop();
 }
 
 void TransportManager::log(const QString& message) const { logLine(QStringLiteral("TransportManager"), message); }

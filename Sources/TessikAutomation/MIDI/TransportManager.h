@@ -2,6 +2,11 @@
 
 #include "TessikAutomation/MIDI/MIDIDestinationPort.h"
 #include "TessikKit/Models/TimecodePosition.h"
+#include "TessikKit/Models/UptimeClock.h"
+
+#include <QTimer>
+
+#include <deque>
 
 namespace tessik {
 
@@ -30,7 +35,7 @@ public:
     static constexpr std::uint8_t allCall = 127;
 
     /// Creates the client "TessikAutomation Transport" and lists the destinations.
-    explicit TransportManager(MIDIService& service);
+    explicit TransportManager(MIDIService& service, const UptimeClock& clock = UptimeClock::system());
 
     void setupClient();
     void refreshDestinations() { port.refreshDestinations(); }
@@ -46,15 +51,26 @@ public:
     /// For watching; the setter is the way to write.
     QBindable<std::uint8_t> bindableDeviceID() const { return QBindable<std::uint8_t>(&_deviceID); }
 
-    /// Nothing happens while the destination is not there.
+    /// Nothing happens while the destination is not there. A port that is full for the moment is tried again, for two
+    /// seconds; what is lost shows as the port's `refusal`.
     void send(MMCCommand command);
     void locate(const TimecodePosition& position);
+    /// Sends what the port would not take yet. The manager's own timer calls it; a test calls it instead.
+    void pump();
 
 private:
     void send(std::span<const std::uint8_t> message);
     void log(const QString& message) const;
 
+    struct Waiting {
+        std::vector<std::uint32_t> words;
+        Uptime since;
+    };
+
+    const UptimeClock& _clock;
     QProperty<std::uint8_t> _deviceID;
+    std::deque<Waiting> _waiting; // messages, in their order
+    QTimer _timer;
 };
 
 } // namespace tessik

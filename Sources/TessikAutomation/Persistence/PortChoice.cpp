@@ -2,15 +2,15 @@
 
 namespace tessik {
 
-bool PortChoice::isListed(std::int32_t uniqueID) const {
-    const std::vector<MIDIPortInfo>& ports = available.value();
-    return std::any_of(ports.begin(), ports.end(),
-                       [uniqueID](const MIDIPortInfo& port) { return port.uniqueID == uniqueID; });
+bool PortChoice::isAmbiguous() const {
+    const std::optional<std::int32_t> id = selected.value();
+    const MIDIPortInfo* port = id ? findPort(available.value(), id) : nullptr;
+    return port && port->isAmbiguous;
 }
 
 void PortChoice::choose(std::optional<std::int32_t> uniqueID) const {
+    SavedSettings::setUniqueID(key, uniqueID); // first: who watches the selection looks at both
     select(uniqueID);
-    SavedSettings::setUniqueID(key, uniqueID);
 }
 
 void PortChoice::restore() const {

@@ -13,7 +13,9 @@ struct PortChoice {
     QProperty<std::optional<std::int32_t>>& selected; ///< also while the port is missing
     std::function<void(std::optional<std::int32_t>)> select;
 
-    bool isListed(std::int32_t uniqueID) const;
+    bool isListed(std::int32_t uniqueID) const { return findPort(available.value(), uniqueID); }
+    /// Whether the port selected may have changed places with another of its name.
+    bool isAmbiguous() const;
     /// Selects and remembers; none forgets the key.
     void choose(std::optional<std::int32_t> uniqueID) const;
     /// Selects the remembered port where it is listed now; else nothing changes.

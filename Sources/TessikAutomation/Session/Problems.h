@@ -21,10 +21,13 @@ struct Problem {
 /// What problems are derived from.
 struct ProblemState {
     struct Port {
-        QString label;            ///< as the settings call it
+        QString label; ///< as the settings call it
+        bool isInput = false;
         bool isMissing = false;   ///< chosen, and not there
         bool isForgotten = false; ///< remembered, but not there when the program started
-        MIDIStatus refusal = 0;   ///< of the last message sent to it
+        MIDIStatus refusal = 0;   ///< of the connection, or of the last message sent to it
+        bool isCut = false;       ///< another program took the connection out
+        bool isAmbiguous = false; ///< it may have changed places with another of its name
     };
     struct FrameRates {
         MTCFrameRate pass;
@@ -32,7 +35,9 @@ struct ProblemState {
     };
     QString noMIDI; ///< why this machine has no MIDI; empty where it has
     std::vector<Port> ports;
+    bool isLoop = false;                ///< what goes to the desk comes back
     bool isInputLost = false;           ///< messages from the desk were lost, and it has not told its whole state since
+    std::int64_t overtaken = 0;         ///< messages of the desk that gave way to newer ones, since then too
     std::optional<FrameRates> mismatch; ///< of an armed pass that is not played
     QString recoveryProblem;            ///< why recovery files cannot be written; empty while they can
     QString settingsProblem;            ///< the same of the settings
@@ -65,6 +70,7 @@ private:
 
     const Objects _objects;
     bool _isInputLost = false;
+    std::int64_t _overtakenBefore = 0; // the desk told its whole state
     bool _isLookDue = false;
     QObject _context; // takes the look that is due with it
     std::vector<QPropertyNotifier> _observers;

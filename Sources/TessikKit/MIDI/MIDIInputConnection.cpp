@@ -3,6 +3,8 @@
 #include "TessikKit/MIDI/Log.h"
 #include "TessikKit/MIDI/MIDIWords.h"
 
+#include <utility>
+
 namespace tessik {
 
 namespace {
@@ -17,7 +19,9 @@ void appendHex(QByteArray& text, std::uint32_t word) {
 } // namespace
 
 MIDIInputConnection::MIDIInputConnection(MIDIService& service, QString name, WordHandler onWord)
-    : clientName(std::move(name)),
+    : cable([this](MIDIEndpointRef source) { return _service.connectSource(_inputPort, source); },
+            [this](MIDIEndpointRef source) { return _service.isConnected(_inputPort, source); }),
+      clientName(std::move(name)),
       _service(service),
       _onWord(std::move(onWord)),
       _queue([this](Entry& entry) { run(entry); }) {
@@ -53,6 +57,7 @@ void MIDIInputConnection::refreshSources() {
     const std::vector<MIDISourceInfo> sources = availableSources.value();
     const MIDISourceInfo* source = findPort(sources, connectedSourceID.value());
     if (!source) {
+        cable.leave();
         connectedSourceWasRecentlyMissing = true;
         statusText = QStringLiteral("Source reconnecting…");
         return;
@@ -64,6 +69,10 @@ void MIDIInputConnection::refreshSources() {
                 .arg(source->name, old ? QStringLiteral("Optional(%1)").arg(*old) : QStringLiteral("nil"),
                      QString::number(source->endpoint), wasMissing ? QStringLiteral(" [was missing]") : QString()));
         connect(*source, true);
+    } else if (cable.isDue()) {
+        const bool wasConnected = cable.refusal.value() == 0;
+        connect(*source, true);
+        if (wasConnected) noteDataLost();
     }
     connectedSourceWasRecentlyMissing = false;
 }
@@ -82,8 +91,9 @@ void MIDIInputConnection::connect(const MIDISourceInfo& source, bool reconnectin
         const std::vector<MIDISourceInfo> sources = availableSources.value();
         if (const MIDISourceInfo* old = findPort(sources, connectedSourceID.value()))
             _service.disconnectSource(_inputPort, old->endpoint);
+        cable.leave();
     }
-    const MIDIStatus status = _service.connectSource(_inputPort, source.endpoint);
+    const MIDIStatus status = cable.lay(source.endpoint);
     connectedSourceID = source.uniqueID;
     connectedSourceName = source.name;
     connectedEndpoint = source.endpoint;
@@ -104,6 +114,7 @@ void MIDIInputConnection::disconnect() {
     const MIDISourceInfo* source = findPort(sources, connectedSourceID.value());
     if (!source) return;
     _service.disconnectSource(_inputPort, source->endpoint);
+    cable.leave();
     connectedSourceID = std::nullopt;
     connectedSourceName = std::nullopt;
     connectedEndpoint = std::nullopt;
@@ -133,7 +144,59 @@ void MIDIInputConnection::receive(const MIDIEventList& list) {
             }
         }
     }
-    if (!list.packets.empty()) _queue.push({Kind::listCounters, {}, wordCount, std::move(hex)});
+    if (list.packets.empty()) return;
+    const auto keep = [&](Overflow& overflow) {
+        ++overflow.lists;
+        overflow.words += std::int64_t(wordCount);
+        overflow.hex = hex;
+    };
+    if (!overflows(_listsWaiting, keep)) _queue.push({Kind::listCounters, {}, wordCount, std::move(hex)});
+}
+
+void MIDIInputConnection::submit(Uptime stamp, std::uint64_t payload, std::optional<int> key) {
+    const auto keep = [&](Overflow& overflow) {
+        if (!key) {
+            ++overflow.lost;
+            return;
+        }
+        overflow.overtaken +=
+            std::int64_t(std::erase_if(overflow.latest, [&](const auto& older) { return older.key == *key; }));
+        overflow.latest.push_back({*key, stamp, payload});
+    };
+    if (!overflows(_tasksWaiting, keep)) _queue.push({Kind::task, stamp, payload, {}});
+}
+
+/// Whether what comes now has no room in the queue and is kept beside it. Everything before is in the queue, everything
+/// after comes behind the entry that takes what was kept: so the order stands.
+bool MIDIInputConnection::overflows(Waiting& waiting, const std::function<void(Overflow&)>& keep) {
+    const auto hasRoom = [&] { return waiting < maxWaiting; };
+    if (!_isOverflowing && hasRoom()) {
+        ++waiting;
+        return false;
+    }
+    const std::lock_guard lock(_overflowing);
+    if (!_isOverflowing && hasRoom()) {
+        ++waiting;
+        return false;
+    }
+    if (!_isOverflowing.exchange(true)) _queue.push({Kind::overflow, {}, 0, {}});
+    keep(_overflow);
+    return true;
+}
+
+void MIDIInputConnection::takeOverflow() {
+    Overflow taken;
+    {
+        const std::lock_guard lock(_overflowing);
+        taken = std::exchange(_overflow, {});
+        _isOverflowing = false;
+    }
+    overtakenCount = overtakenCount.value() + taken.overtaken;
+    if (taken.overtaken > 0 && _onOvertaken) _onOvertaken(taken.overtaken);
+    if (taken.lost > 0) noteDataLost();
+    for (const Overflow::Payload& task : taken.latest)
+        if (_onTask) _onTask(task.stamp, task.payload);
+    countLists(taken.lists, taken.words, taken.hex);
 }
 
 void MIDIInputConnection::takeSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second) {
@@ -148,18 +211,27 @@ void MIDIInputConnection::run(Entry& entry) {
     switch (entry.kind) {
     case Kind::none: break;
     case Kind::task:
+        --_tasksWaiting;
         if (_onTask) _onTask(entry.stamp, entry.payload);
         break;
     case Kind::listCounters:
-        rawPacketListCount = rawPacketListCount.value() + 1;
-        rawByteCount = rawByteCount.value() + 4 * std::int64_t(entry.payload);
-        if (!entry.hex.isEmpty()) lastRawHex = QString::fromLatin1(entry.hex);
+        --_listsWaiting;
+        countLists(1, std::int64_t(entry.payload), entry.hex);
         break;
-    case Kind::dataLost:
-        dataLostCount = dataLostCount.value() + 1;
-        if (_onDataLost) _onDataLost();
-        break;
+    case Kind::dataLost: noteDataLost(); break;
+    case Kind::overflow: takeOverflow(); break;
     }
+}
+
+void MIDIInputConnection::countLists(std::int64_t lists, std::int64_t words, const QByteArray& hex) {
+    rawPacketListCount = rawPacketListCount.value() + lists;
+    rawByteCount = rawByteCount.value() + 4 * words;
+    if (!hex.isEmpty()) lastRawHex = QString::fromLatin1(hex);
+}
+
+void MIDIInputConnection::noteDataLost() {
+    dataLostCount = dataLostCount.value() + 1;
+    if (_onDataLost) _onDataLost();
 }
 
 } // namespace tessik

@@ -2,10 +2,13 @@
 
 #include "TessikKit/MIDI/MIDIPortInfo.h"
 #include "TessikKit/MIDI/MainThreadQueue.h"
+#include "TessikKit/MIDI/PortCable.h"
 #include "TessikKit/MIDI/SysExAssembler.h"
 
 #include <QByteArray>
 #include <QProperty>
+
+#include <mutex>
 
 namespace tessik {
 
@@ -34,6 +37,8 @@ public:
 
     /// Words of one packet beyond these are dropped, which bounds the work of a callback.
     static constexpr std::size_t maxPacketWords = 64;
+    /// Payloads that may wait for the main thread.
+    static constexpr int maxWaiting = 16'384;
 
     MIDIInputConnection(MIDIService& service, QString clientName, WordHandler onWord);
     ~MIDIInputConnection();
@@ -42,11 +47,15 @@ public:
     void setSysExHandler(SysExHandler onSysEx) { _onSysEx = std::move(onSysEx); }
     /// Runs on the main thread for each payload submitted.
     void setTaskHandler(TaskHandler onTask) { _onTask = std::move(onTask); }
-    /// Runs on the main thread, in its place among the tasks, when the platform lost incoming data.
+    /// Runs on the main thread, in its place among the tasks, when the platform lost incoming data, and after the cable
+    /// was put back.
     void setDataLostHandler(std::function<void()> onDataLost) { _onDataLost = std::move(onDataLost); }
 
-    /// For the handlers, on the MIDI thread: has the task handler called with this.
-    void submit(Uptime stamp, std::uint64_t payload) { _queue.push({Kind::task, stamp, payload, {}}); }
+    /// Gets the number of payloads that gave way to newer ones, on the main thread and before these.
+    void setOvertakenHandler(std::function<void(std::int64_t)> onOvertaken) { _onOvertaken = std::move(onOvertaken); }
+    /// For the handlers, on the MIDI thread: has the task handler called with this. While `maxWaiting` wait, the latest
+    /// payload of a key takes the place of an older one, and a payload without a key is lost.
+    void submit(Uptime stamp, std::uint64_t payload, std::optional<int> key = std::nullopt);
 
     /// Enumerates the sources anew and reconnects the chosen one where it came back.
     void refreshSources();
@@ -56,6 +65,9 @@ public:
     void connect(const MIDISourceInfo& source, bool reconnecting);
     /// Nothing happens while the chosen source is missing: the choice stays.
     void disconnect();
+
+    /// From the chosen source. What happens to it is not in `statusText`.
+    PortCable cable;
 
     const QString clientName;
     MIDIClientRef client() const { return _client; }
@@ -70,10 +82,11 @@ public:
     QProperty<std::int64_t> rawPacketListCount{0};      ///< event lists received
     QProperty<std::int64_t> rawByteCount{0};            ///< 4 a word received
     QProperty<QString> lastRawHex{QStringLiteral("—")}; ///< the words of the last event list
-    QProperty<std::int64_t> dataLostCount{0};           ///< times that the platform lost incoming data
+    QProperty<std::int64_t> dataLostCount{0};           ///< times that incoming data was lost
+    QProperty<std::int64_t> overtakenCount{0};          ///< payloads that gave way to newer ones
 
 private:
-    enum class Kind : std::uint8_t { none, task, listCounters, dataLost };
+    enum class Kind : std::uint8_t { none, task, listCounters, dataLost, overflow };
     struct Entry {
         Kind kind = Kind::none;
         Uptime stamp{};
@@ -81,10 +94,29 @@ private:
         QByteArray hex;            // of a list
     };
 
+    /// What came while the queue was full, to be taken by the entry that was its last.
+    struct Overflow {
+        struct Payload {
+            int key;
+            Uptime stamp;
+            std::uint64_t payload;
+        };
+        std::vector<Payload> latest; // of each key, in the order in which they came
+        std::int64_t overtaken = 0;
+        std::int64_t lost = 0;
+        std::int64_t lists = 0, words = 0;
+        QByteArray hex;
+    };
+    using Waiting = std::atomic<int>;
+
     void setUpClient();
     void receive(const MIDIEventList& list);
+    bool overflows(Waiting& waiting, const std::function<void(Overflow&)>& keep);
+    void takeOverflow();
     void takeSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second);
     void run(Entry& entry);
+    void countLists(std::int64_t lists, std::int64_t words, const QByteArray& hex);
+    void noteDataLost();
     void log(const QString& message) const;
 
     MIDIService& _service;
@@ -94,10 +126,16 @@ private:
     SysExHandler _onSysEx;
     TaskHandler _onTask;
     std::function<void()> _onDataLost;
+    std::function<void(std::int64_t)> _onOvertaken;
 
     // MIDI thread only
     SysExAssembler _sysEx;
 
+    Waiting _tasksWaiting = 0;
+    Waiting _listsWaiting = 0;
+    std::atomic<bool> _isOverflowing = false; // set by the MIDI thread, cleared by the main one
+    std::mutex _overflowing;                  // guards what follows, and that clearing
+    Overflow _overflow;
     MainThreadQueue<Entry> _queue;
     QObject _notifications; // receives the setup notices on the main thread
 };

@@ -6,18 +6,19 @@ namespace tessik {
 
 MIDIManager::MIDIManager(MIDIService& service, ConsoleModel& model, const QString& clientName)
     : consoleModel(model), connection(service, clientName, [this](const MIDIWord& word) { receive(word); }) {
+    connection.setOvertakenHandler(
+        [this](std::int64_t count) { consoleModel.messageCount = consoleModel.messageCount.value() + count; });
     connection.setTaskHandler([this](Uptime stamp, std::uint64_t payload) {
         const int cc = int(payload >> 8);
         const int value = int(payload & 0xFF);
-        consoleModel.handle(stamp, cc, value);
-        if (onControlChange) onControlChange(stamp, cc, value);
+        if (!onControlChange || onControlChange(stamp, cc, value)) consoleModel.handle(stamp, cc, value);
     });
 }
 
 void MIDIManager::receive(const MIDIWord& word) {
     if (word.messageType != 2 || (word.status & 0xF0) != 0xB0) return;
     if (logIncomingCC) std::fprintf(stderr, "[CC IN] cc=%d value=%d\n", word.data1, word.data2);
-    connection.submit(word.stamp, std::uint64_t(word.data1) << 8 | std::uint64_t(word.data2));
+    connection.submit(word.stamp, std::uint64_t(word.data1) << 8 | std::uint64_t(word.data2), word.data1);
 }
 
 } // namespace tessik

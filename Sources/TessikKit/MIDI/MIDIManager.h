@@ -15,8 +15,9 @@ public:
     ConsoleModel& consoleModel;
     MIDIInputConnection connection;
 
-    /// Called on the main thread for each Control Change, just after the model has taken it.
-    std::function<void(Uptime stamp, int cc, int value)> onControlChange;
+    /// Called on the main thread for each Control Change, just before the model takes it; false keeps it from the
+    /// model.
+    std::function<bool(Uptime stamp, int cc, int value)> onControlChange;
 
     /// Writes every Control Change to standard error as it arrives. One for the whole process.
     static inline std::atomic<bool> logIncomingCC = false;

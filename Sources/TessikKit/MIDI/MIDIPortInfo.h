@@ -2,6 +2,8 @@
 
 #include "TessikKit/MIDI/MIDIService.h"
 
+#include <QStringList>
+
 #include <algorithm>
 
 namespace tessik {
@@ -11,6 +13,8 @@ struct MIDIPortInfo {
     std::int32_t uniqueID = 0;
     QString name;
     MIDIEndpointRef endpoint = 0;
+    int ordinal = 0;
+    bool isAmbiguous = false; ///< it may have changed places with a port of the same name
 
     friend bool operator==(const MIDIPortInfo&, const MIDIPortInfo&) = default;
 };
@@ -23,8 +27,23 @@ inline std::vector<MIDIPortInfo> describePorts(const std::vector<MIDIEndpoint>& 
     std::vector<MIDIPortInfo> ports;
     ports.reserve(endpoints.size());
     for (const MIDIEndpoint& endpoint : endpoints)
-        ports.push_back({endpoint.uniqueID.value_or(0), endpoint.displayName.value_or(nameless), endpoint.ref});
+        ports.push_back({endpoint.uniqueID.value_or(0), endpoint.displayName.value_or(nameless), endpoint.ref,
+                         endpoint.ordinal, endpoint.isAmbiguous});
     return ports;
+}
+
+/// Their names, with a number behind those that would be equal.
+inline QStringList distinctNames(const std::vector<MIDIPortInfo>& ports) {
+    QStringList names;
+    for (const MIDIPortInfo& port : ports) {
+        const auto numbered = [&port](int n) { return QStringLiteral("%1 (%2)").arg(port.name).arg(n); };
+        int n = port.ordinal + 1;
+        QString name = n == 1 ? port.name : numbered(n);
+        while (names.contains(name))
+            name = numbered(++n);
+        names << name;
+    }
+    return names;
 }
 
 /// The first port with that id; null where none has it.

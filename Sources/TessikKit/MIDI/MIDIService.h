@@ -48,6 +48,8 @@ struct MIDIEndpoint {
     MIDIEndpointRef ref = 0;
     std::optional<std::int32_t> uniqueID; ///< persistent; none where the platform cannot tell
     std::optional<QString> displayName;
+    int ordinal = 0;          ///< among ports of equal names; it belongs to the id
+    bool isAmbiguous = false; ///< which of ports of equal names it is cannot be told: they may have changed places
 };
 
 /// The platform's MIDI system: clients with ports, connected to sources and sending to destinations.
@@ -70,6 +72,10 @@ public:
 
     virtual MIDIStatus connectSource(MIDIPortRef inputPort, MIDIEndpointRef source) = 0;
     virtual MIDIStatus disconnectSource(MIDIPortRef inputPort, MIDIEndpointRef source) = 0;
+    /// Readies a port for sending to one destination, in the place of another; 0 only lets that go.
+    virtual MIDIStatus connectDestination(MIDIPortRef outputPort, MIDIEndpointRef destination) = 0;
+    /// Whether what was connected still is: other programs may have undone it.
+    virtual bool isConnected(MIDIPortRef port, MIDIEndpointRef endpoint) const = 0;
 
     /// Sends whole messages, in order, without blocking. On any status but 0 nothing of this call can be relied on to
     /// have gone out; `midiWouldBlock` asks to try again later.
@@ -86,5 +92,9 @@ public:
 
 /// The receiver is not keeping up; what was sent is still owed.
 inline constexpr MIDIStatus midiWouldBlock = -11;
+/// Another program holds the port for itself alone.
+inline constexpr MIDIStatus midiPortHeld = -16;
+/// Another program has taken the connection out.
+inline constexpr MIDIStatus midiNotConnected = -107;
 
 } // namespace tessik

@@ -49,6 +49,8 @@ public:
     void apply(int cc, int value, ChangeOrigin origin);
     /// Called after each change made by `handle` and `apply`, also to an equal value.
     std::function<void(const ConsoleChange&)> onChange;
+    /// Called after a Zero without send has changed the screen alone, NULL targets included.
+    std::function<void()> onScreenZeroed;
 
     /// One fader message of the last half second.
     struct RecentFader {

@@ -32,6 +32,9 @@ public:
         if (what == "open") return openFrom(words);
         if (what == "close") return check(snd_seq_delete_simple_port(_seq, _port));
         if (what == "cable") return cable(words);
+        if (what == "hold") return hold(words, snd_seq_subscribe_port);
+        if (what == "release") return hold(words, snd_seq_unsubscribe_port);
+        if (what == "cut") return cut(words);
         if (what == "cc") return controlChanges(words, true);
         if (what == "flood") return controlChanges(words, false);
         if (what == "stream") return stream();
@@ -68,6 +71,50 @@ private:
         snd_seq_addr_t there{};
         check(snd_seq_parse_address(_seq, &there, name.c_str()));
         check(snd_seq_connect_to(_seq, _port, there.client, there.port));
+    }
+
+    using Link = int (*)(snd_seq_t*, snd_seq_port_subscribe_t*);
+    void link(Link operation, const snd_seq_addr_t& from, const snd_seq_addr_t& to, bool isExclusive) {
+        snd_seq_port_subscribe_t* subscription = nullptr;
+        snd_seq_port_subscribe_alloca(&subscription);
+        snd_seq_port_subscribe_set_sender(subscription, &from);
+        snd_seq_port_subscribe_set_dest(subscription, &to);
+        snd_seq_port_subscribe_set_exclusive(subscription, isExclusive);
+        check(operation(_seq, subscription));
+    }
+
+    snd_seq_addr_t firstPort(std::istringstream& words) {
+        std::string name;
+        words >> std::ws;
+        std::getline(words, name);
+        snd_seq_addr_t there{};
+        check(snd_seq_parse_address(_seq, &there, name.c_str()));
+        return there;
+    }
+
+    /// hold NAME, release NAME: that client's first port, both ways, for nobody else.
+    void hold(std::istringstream& words, Link operation) {
+        const snd_seq_addr_t there = firstPort(words);
+        const snd_seq_addr_t here{static_cast<unsigned char>(clientNumber()), static_cast<unsigned char>(_port)};
+        link(operation, there, here, true);
+        link(operation, here, there, true);
+    }
+
+    /// cut NAME: whatever anybody connected to or from that client's first port.
+    void cut(std::istringstream& words) {
+        const snd_seq_addr_t there = firstPort(words);
+        snd_seq_query_subscribe_t* query = nullptr;
+        snd_seq_query_subscribe_alloca(&query);
+        for (const snd_seq_query_subs_type_t type : {SND_SEQ_QUERY_SUBS_READ, SND_SEQ_QUERY_SUBS_WRITE}) {
+            snd_seq_query_subscribe_set_root(query, &there);
+            snd_seq_query_subscribe_set_type(query, type);
+            snd_seq_query_subscribe_set_index(query, 0);
+            while (snd_seq_query_port_subscribers(_seq, query) >= 0) {
+                const snd_seq_addr_t other = *snd_seq_query_subscribe_get_addr(query);
+                const bool isReader = type == SND_SEQ_QUERY_SUBS_READ;
+                link(snd_seq_unsubscribe_port, isReader ? there : other, isReader ? other : there, false);
+            }
+        }
     }
 
     int output(snd_seq_event_t& event) {

@@ -1,6 +1,8 @@
 #include "Support/Events.h"
 #include "Support/FarDesk.h"
 #include "TessikAutomation/MIDI/MIDIOutputManager.h"
+#include "TessikKit/MIDI/MIDIManager.h"
+#include "TessikKit/MIDI/MIDIWords.h"
 
 #include <gtest/gtest.h>
 
@@ -61,6 +63,7 @@ TEST_F(OutputTest, WordsTheChoiceOfADestination) {
 TEST_F(OutputTest, SendsOnTheConsolesChannelHeldToItsRange) {
     for (const auto& [channel, status] : {std::pair{1, 0xB0}, {16, 0xBF}, {0, 0xB0}, {99, 0xBF}, {-7, 0xB0}}) {
         output.midiChannel = channel;
+        pumpFor(2ms);
         output.sendSwitches(ChannelKind::stereo(), {.chanMuted = true});
         EXPECT_EQ(pumpFor(2ms), (Sent{{112, 31}}));
         EXPECT_EQ(desk.lastStatus, status);
@@ -107,6 +110,38 @@ TEST_F(OutputTest, SendsAWholeStateInTheOrderThatIsSafeToTheEar) {
                                    {48, 106},
                                    {64, 59},
                                    {112, 63}}));
+
+    // Of two in a row, the later one's faders at full wait for its mutes.
+    ControllerValues low, muted;
+    for (int n = 0; n < 32; ++n) {
+        low[std::size_t(n)] = 0;
+        low[std::size_t(n + 64)] = 63;
+        muted[std::size_t(n)] = 127;
+        muted[std::size_t(n + 64)] = 31;
+    }
+    output.assertState(low);
+    output.assertState(muted);
+    std::array<bool, 32> isMuted{};
+    for (const auto& [cc, value] : pumpFor(200ms)) {
+        EXPECT_TRUE(cc >= 64 || value == 0 || isMuted[std::size_t(cc)]) << cc;
+        if (cc >= 64) isMuted[std::size_t(cc - 64)] = value == 31;
+    }
+}
+
+TEST_F(OutputTest, OwesADeskOfWhichNothingIsKnownWhatWasAsked) {
+    const std::vector<DeskChannelState> state{{in1, 100, {}}, {in2, 90, {.chanMuted = true}}};
+    for (const bool isOverrun : {false, true}) {
+        output.assertState(state);
+        pumpFor(100ms);
+        output.noteReceived(clock.now(), 0, 70); // a hand: nothing is owed there
+        if (isOverrun)
+            output.assertAgain();
+        else
+            output.midiChannel = 5;
+        EXPECT_EQ(output.believedValue(0), std::nullopt);
+        EXPECT_EQ(pumpFor(100ms), (Sent{{65, 31}, {1, 90}, {64, 63}}));
+        EXPECT_EQ(desk.lastStatus, 0xB4);
+    }
 }
 
 TEST_F(OutputTest, LetsACorrectionPass) {
@@ -159,14 +194,54 @@ TEST_F(OutputTest, KeepsWhatThePortWouldNotTakeYet) {
     }
 }
 
+TEST_F(OutputTest, OwesWhatIsAskedWhileAnotherProgramKeepsThePort) {
+    const QString port = QStringLiteral("Desk In");
+    const auto sentNow = [this] {
+        runPosted();
+        return pumpFor(60ms);
+    };
+    output.selectDestination(std::nullopt);
+    service.hold(port, true);
+    output.selectDestination(deskID);
+    EXPECT_EQ(output.port.cable.refusal.value(), midiPortHeld);
+    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Output: Desk In"));
+    output.sendFader(in1, 40);
+    EXPECT_EQ(sentNow(), Sent());
+    service.hold(port, false);
+    EXPECT_EQ(sentNow(), (Sent{{0, 40}}));
+
+    service.cut(port);
+    output.sendFader(in1, 41);
+    EXPECT_EQ(sentNow(), (Sent{{0, 41}}));
+    service.cut(port);
+    runPosted();
+    EXPECT_TRUE(output.port.cable.isCut.value());
+    output.sendFader(in1, 42);
+    EXPECT_EQ(sentNow(), Sent());
+    output.selectDestination(deskID);
+    EXPECT_EQ(sentNow(), (Sent{{0, 42}}));
+}
+
 TEST_F(OutputTest, AgreesWithAHandThatMovedAtTheSameMoment) {
     output.sendFader(in1, 40);
     pumpFor(2ms);
+    output.noteReceived(clock.now(), 0, 40); // the same, or an echo
+    EXPECT_TRUE(pumpFor(300ms).empty());
+    output.sendFader(in1, 50);
+    pumpFor(2ms);
     output.noteReceived(clock.now(), 0, 90); // 2 ms after our send: the two crossed
-    EXPECT_EQ(pumpFor(3ms), (Sent{{0, 90}}));
-    clock.advance(10ms);
+    EXPECT_TRUE(output.isBusy());
+    EXPECT_EQ(pumpFor(20ms), (Sent{{0, 90}}));
+    EXPECT_FALSE(output.isBusy());
     output.noteReceived(clock.now(), 0, 91);
-    EXPECT_TRUE(pumpFor(5ms).empty());
+    EXPECT_TRUE(pumpFor(300ms).empty());
+
+    output.sendFader(in1, 40);
+    pumpFor(1ms);
+    output.noteReceived(clock.now(), 0, 90);
+    pumpFor(13ms);
+    output.noteReceived(clock.now(), 0, 89); // crosses even what was sent back
+    EXPECT_EQ(pumpFor(300ms), (Sent{{0, 89}}));
 
     output.noteReceived(clock.now(), 255, 91); // a malformed word's: no such controller
     EXPECT_TRUE(pumpFor(5ms).empty());
@@ -177,6 +252,96 @@ TEST_F(OutputTest, AgreesWithAHandThatMovedAtTheSameMoment) {
     output.noteReceived(clock.now(), 31, 55); // still waiting: the hand wins
     for (const auto& [cc, value] : pumpFor(100ms))
         EXPECT_NE(cc, 31);
+}
+
+TEST_F(OutputTest, NeverPullsAHandInSteadyMotion) {
+    for (const Uptime pace : {1ms, 2ms, 4ms, 6ms, 12ms, 15ms}) {
+        output.sendFader(in1, 0);
+        pumpFor(1ms);
+        Sent back;
+        for (int value = 1; value < 128; ++value) {
+            output.noteReceived(clock.now(), 0, value);
+            for (const auto& message : pumpFor(pace))
+                back.push_back(message);
+        }
+        EXPECT_LE(back.size(), pace < 5ms ? 0u : 1u) << pace / 1ms;
+        EXPECT_EQ(output.believedValue(0), 127);
+        EXPECT_TRUE(pumpFor(1s).empty());
+    }
+}
+
+/// What goes out comes in, as over a cable from Out to In.
+struct LoopTest : OutputTest {
+    ConsoleModel model{clock};
+    MIDIManager input{service, model, QStringLiteral("Test")};
+    Uptime delay = 1ms;
+    bool isCut = false;
+    std::int64_t count = 0;
+
+    LoopTest() {
+        input.connection.selectSource(desk.outID());
+        input.onControlChange = [this](Uptime stamp, int cc, int value) {
+            return output.noteReceived(stamp, cc, value);
+        };
+    }
+    void run(Uptime time) {
+        for (const Uptime end = clock.now() + time; clock.now() < end;) {
+            clock.advance(1ms);
+            output.pump();
+            for (const auto& [cc, value] : std::exchange(sent, {})) {
+                ++count;
+                _inside.push_back({clock.now() + delay, MIDIWords::controlChange(1, cc, value)});
+            }
+            for (; !_inside.empty() && _inside.front().first <= clock.now(); _inside.pop_front())
+                if (!isCut) service.transmit(desk.out, {&_inside.front().second, 1});
+            runPosted();
+        }
+    }
+
+private:
+    std::deque<std::pair<Uptime, std::uint32_t>> _inside;
+};
+
+TEST_F(LoopTest, SendsNothingOfItsOwnAccord) {
+    for (const Uptime itsDelay : {0ms, 1ms, 3ms, 8ms}) {
+        delay = itsDelay;
+        count = 0;
+        for (int value = 0; value < 100; ++value) { // dragged on screen
+            output.sendFader(in1, value, Urgency::playback);
+            run(2ms);
+        }
+        run(60s);
+        EXPECT_EQ(count, 100) << itsDelay / 1ms;
+        EXPECT_EQ(output.believedValue(0), 99);
+    }
+}
+
+TEST_F(LoopTest, KeepsItsEchoesFromTheModelUntilOneFailsToCome) {
+    const auto drag = [this](int times) {
+        for (int i = 0; i < times; ++i) {
+            output.sendFader(in1, 20 + i);
+            run(5ms);
+        }
+    };
+    drag(9);
+    const std::uint32_t hand = MIDIWords::controlChange(1, 5, 60);
+    service.transmit(desk.out, {&hand, 1});
+    drag(9);
+    EXPECT_FALSE(output.isLoop.value()) << "something else came between";
+    drag(1);
+    EXPECT_TRUE(output.isLoop.value());
+    EXPECT_EQ(model.messageCount.value(), 19) << "all but the last";
+    drag(50);
+    service.transmit(desk.out, {&hand, 1});
+    run(5ms);
+    EXPECT_EQ(model.messageCount.value(), 20) << "hands are heard all the same";
+    isCut = true;
+    drag(1);
+    run(300ms);
+    EXPECT_FALSE(output.isLoop.value());
+    isCut = false;
+    drag(1);
+    EXPECT_EQ(model.messageCount.value(), 21);
 }
 
 TEST_F(OutputTest, ZeroesTheModelAndOnlyOnRequestTheDesk) {

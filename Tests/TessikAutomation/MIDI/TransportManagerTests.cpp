@@ -35,6 +35,31 @@ struct TransportManagerTest : testing::Test, CleanSettings {
     std::int32_t recorderID() const { return *service.destinations().front().uniqueID; }
 };
 
+TEST_F(TransportManagerTest, TriesAgainWhatThePortWouldNotTakeYetAndShowsALoss) {
+    using namespace std::chrono_literals;
+    ManualUptimeClock clock;
+    TransportManager transport(service, clock);
+    transport.selectDestination(recorderID());
+    const auto fill = [this] { service.failNext(VirtualMIDIService::Operation::send, midiWouldBlock); };
+    fill();
+    transport.send(MMCCommand::stop);
+    fill();
+    transport.send(MMCCommand::play);
+    EXPECT_TRUE(received.empty());
+    transport.pump();
+    EXPECT_EQ(received, (std::vector<Bytes>{{0x7F, 0x7F, 0x06, 1}, {0x7F, 0x7F, 0x06, 2}})) << "in their order";
+
+    fill();
+    transport.send(MMCCommand::stop);
+    clock.advance(2s);
+    fill();
+    transport.pump();
+    EXPECT_EQ(transport.port.refusal.value(), midiWouldBlock);
+    transport.send(MMCCommand::play);
+    EXPECT_EQ(received.size(), 3u);
+    EXPECT_EQ(transport.port.refusal.value(), 0);
+}
+
 TEST_F(TransportManagerTest, SendsTheStandardsBytes) {
     TransportManager transport(service);
     transport.selectDestination(recorderID());
@@ -54,9 +79,10 @@ TEST_F(TransportManagerTest, SendsTheStandardsBytes) {
         {127, {fps25, 1, 2, 3, 4}, {0x7F, 0x7F, 0x06, 0x44, 0x06, 0x01, 0x21, 0x02, 0x03, 0x04, 0x00}},
         {0, {fps24, 23, 59, 58, 23}, {0x7F, 0x00, 0x06, 0x44, 0x06, 0x01, 0x17, 0x3B, 0x3A, 0x17, 0x00}},
         {5, {fps30Drop, 0, 0, 0, 0}, {0x7F, 0x05, 0x06, 0x44, 0x06, 0x01, 0x40, 0x00, 0x00, 0x00, 0x00}},
-        {5, {fps30, 31, 0, 0, 29}, {0x7F, 0x05, 0x06, 0x44, 0x06, 0x01, 0x7F, 0x00, 0x00, 0x1D, 0x00}},
+        {5, {fps30, 24, 0, 1, 29}, {0x7F, 0x05, 0x06, 0x44, 0x06, 0x01, 0x60, 0x00, 0x01, 0x1D, 0x00}}, // a day on
+        {5, {fps30, 49, 0, 0, 29}, {0x7F, 0x05, 0x06, 0x44, 0x06, 0x01, 0x61, 0x00, 0x00, 0x1D, 0x00}},
         // Whatever a file or a hostile source put there, no byte looks like a status.
-        {255, {fps30, -1, 200, 1000, -1}, {0x7F, 0x7F, 0x06, 0x44, 0x06, 0x01, 0x7F, 0x48, 0x68, 0x7F, 0x00}},
+        {255, {fps30, -1, 200, 1000, -1}, {0x7F, 0x7F, 0x06, 0x44, 0x06, 0x01, 0x77, 0x48, 0x68, 0x7F, 0x00}},
     };
     for (const Locate& c : locates) {
         transport.setDeviceID(c.deviceID);

@@ -115,6 +115,46 @@ TEST_F(ConnectionTest, ShowsWhatThePlatformRefused) {
     EXPECT_EQ(connection->connectedSourceID.value(), desk.outID());
 }
 
+TEST_F(ConnectionTest, TriesAgainWhatWasRefusedAndPutsBackWhatWasTakenOutOnce) {
+    const QString port = QStringLiteral("Desk Out"), status = QStringLiteral("Connected: Desk Out");
+    const auto isHeard = [this] {
+        const std::size_t before = words.size();
+        inject({MIDIWords::controlChange(1, 7, 100)});
+        return words.size() > before;
+    };
+    service.hold(port, true);
+    const auto connection = makeConnected();
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(connection->statusText.value(),
+                  status + QStringLiteral(" (MIDIPortConnectSource returned OSStatus -16)"));
+        EXPECT_EQ(connection->cable.refusal.value(), midiPortHeld);
+        service.hideName(QStringLiteral("another")); // any notice
+        runPosted();
+    }
+    service.hold(port, false);
+    runPosted();
+    EXPECT_EQ(connection->statusText.value(), status);
+    EXPECT_EQ(connection->cable.refusal.value(), 0);
+    EXPECT_TRUE(isHeard());
+
+    for (int i = 0; i < 2; ++i) { // once more after it was chosen again
+        service.cut(port);
+        runPosted();
+        EXPECT_FALSE(connection->cable.isCut.value());
+        EXPECT_EQ(connection->dataLostCount.value(), i + 1);
+        EXPECT_TRUE(isHeard());
+        service.cut(port);
+        runPosted();
+        EXPECT_TRUE(connection->cable.isCut.value());
+        EXPECT_FALSE(isHeard());
+        EXPECT_EQ(connection->statusText.value(), status);
+        if (i == 0) connection->selectSource(desk.outID());
+    }
+    service.connectSource(connection->inputPort(), *connection->connectedEndpoint.value()); // by the patch bay
+    connection->refreshSources();
+    EXPECT_FALSE(connection->cable.isCut.value());
+}
+
 TEST_F(ConnectionTest, TakesEventListsApart) {
     const auto connection = makeConnected();
     inject({0x20B00764, 0x10F12300, 0x40000000, 0x30160102, 0x03040506, 0x30010000}); // the last pair is cut short
@@ -227,8 +267,11 @@ TEST_F(MIDIManagerTest, PassesControlChangesOfAnyChannelAndNothingElse) {
 TEST_F(MIDIManagerTest, KeepsAFloodInOrderAcrossThreads) {
     const auto manager = makeManager();
     std::vector<int> values;
-    manager->onControlChange = [&](Uptime, int, int value) { values.push_back(value); };
-    constexpr int count = 20'000;
+    manager->onControlChange = [&](Uptime, int, int value) {
+        values.push_back(value);
+        return true;
+    };
+    constexpr int count = 15'000; // fewer than may wait, however slow this thread is
     for (int i = 0; i < count; ++i) {
         send(MIDIWords::controlChange(1, 0, i & 0x7F));
         if (i % 1000 == 0) runPosted();
@@ -237,6 +280,51 @@ TEST_F(MIDIManagerTest, KeepsAFloodInOrderAcrossThreads) {
     ASSERT_EQ(values.size(), std::size_t(count));
     for (int i = 0; i < count; ++i)
         ASSERT_EQ(values[std::size_t(i)], i & 0x7F) << i;
+}
+
+TEST_F(MIDIManagerTest, AFloodBeyondTheQueueLeavesTheLatestOfEachControllerInOrder) {
+    const auto manager = makeManager();
+    std::vector<int> seen; // as numbers of 14 bits
+    manager->onControlChange = [&](Uptime, int cc, int value) {
+        seen.push_back(cc << 7 | value);
+        return true;
+    };
+    constexpr int most = MIDIInputConnection::maxWaiting, faders = 40, beyond = 3000;
+    std::vector<int> sent;
+    for (int i = 0; i < most + beyond; ++i) {
+        sent.push_back(i % faders << 7 | (i / faders & 0x7F));
+        send(MIDIWords::controlChange(1, sent.back() >> 7, sent.back() & 0x7F));
+    }
+    service.waitUntilDelivered();
+    waitForMessages(most + beyond);
+    EXPECT_EQ(manager->connection.overtakenCount.value(), beyond - faders);
+    EXPECT_EQ(manager->connection.rawPacketListCount.value(), most + beyond);
+    EXPECT_EQ(manager->connection.rawByteCount.value(), 4 * (most + beyond));
+    EXPECT_EQ(manager->connection.dataLostCount.value(), 0);
+    sent.erase(sent.begin() + most, sent.end() - faders);
+    EXPECT_EQ(seen, sent);
+    send(MIDIWords::controlChange(1, 7, 99));
+    waitForMessages(most + beyond + 1);
+    EXPECT_EQ(seen.back(), 7 << 7 | 99) << "and goes on";
+}
+
+TEST_F(MIDIManagerTest, AFloodThatIsTakenMeanwhileStaysInOrder) {
+    const auto manager = makeManager();
+    std::array<int, 8> last{};
+    int backwards = 0;
+    manager->onControlChange = [&](Uptime, int cc, int value) {
+        backwards += value < std::exchange(last[std::size_t(cc)], value);
+        return true;
+    };
+    constexpr int perValue = 1000, count = 128 * perValue;
+    for (int i = 0; i < count; ++i) {
+        send(MIDIWords::controlChange(1, i % 8, i / perValue));
+        if (i % 30'000 == 29'999) runPosted();
+    }
+    waitForMessages(count);
+    EXPECT_GT(manager->connection.overtakenCount.value(), 0);
+    EXPECT_EQ(backwards, 0);
+    EXPECT_EQ(last, (std::array<int, 8>{127, 127, 127, 127, 127, 127, 127, 127}));
 }
 
 TEST_F(MIDIManagerTest, LeavesNothingBehindWhenItGoesMidFlood) {

@@ -31,6 +31,11 @@ TEST(FaderDBCalibration, ReadsTheMeasuredLaw) {
                  {105, "-0.3"}, {106, "+0.0"}, {112, "+2.5"}, {126, "+9.4"}, {127, "+10.0"}, {200, "+10.0"}};
     for (const auto& c : cases)
         EXPECT_EQ(FaderDBCalibration::displayString(c.raw), QString::fromUtf8(c.text)) << c.raw;
+    for (int raw = 1; raw <= 127; ++raw) { // also where a value lies just between two, as at 15
+        std::array<char, 16> text{};
+        std::snprintf(text.data(), text.size(), raw >= 106 ? "+%.1f" : "%.1f", *FaderDBCalibration::decibels(raw));
+        EXPECT_EQ(FaderDBCalibration::displayString(raw), QLatin1String(text.data())) << raw;
+    }
 }
 
 TEST_F(ConsoleModelTest, NamesFortyOneChannelsWhateverTheSize) {

@@ -32,10 +32,13 @@ MIDIStatus ALSAClient::disconnect(std::uint8_t port, SequencerAddress source) {
 }
 
 MIDIStatus ALSAClient::subscribe(std::uint8_t port, Subscription wanted) {
-    Subscription& current = _subscriptions.at(port);
-    if (current.destination == wanted.destination) return 0;
-    if (current.destination) _sequencer->unsubscribe(address(port), current.receiver); // may be gone: no matter
+    const auto found = _subscriptions.find(port);
+    if (found == _subscriptions.end()) return midiUnknownHandle;
+    Subscription& current = found->second;
+    if (current.destination != 0 && current.destination != wanted.destination)
+        _sequencer->unsubscribe(address(port), current.receiver); // may be gone: no matter
     current = {};
+    if (wanted.destination == 0) return 0;
     const MIDIStatus status = _sequencer->subscribe(address(port), wanted.receiver);
     if (status == 0) current = wanted;
     return status;
@@ -43,13 +46,11 @@ MIDIStatus ALSAClient::subscribe(std::uint8_t port, Subscription wanted) {
 
 MIDIStatus ALSAClient::send(std::uint8_t port, MIDIEndpointRef destination, SequencerAddress receiver,
                             std::span<const std::uint32_t> words) {
-    if (!_subscriptions.contains(port)) return midiUnknownHandle;
-    if (const MIDIStatus status = subscribe(port, {destination, receiver})) return status;
-    const MIDIStatus status = _sequencer->send(port, receiver, words);
-    if (status != -ENODEV) return status;
-    _subscriptions[port] = {}; // someone took the cable out, as patch bays do: once more
-    const MIDIStatus subscribed = subscribe(port, {destination, receiver});
-    return subscribed ? subscribed : _sequencer->send(port, receiver, words);
+    const auto current = _subscriptions.find(port);
+    if (current == _subscriptions.end()) return midiUnknownHandle;
+    if (current->second.destination != destination)
+        if (const MIDIStatus status = subscribe(port, {destination, receiver})) return status;
+    return _sequencer->send(port, receiver, words);
 }
 
 void ALSAClient::receive(const snd_seq_event_t& event, Uptime stamp) {

@@ -23,8 +23,20 @@ public:
     /// `midiUnknownHandle` for other ports than the receiving ones.
     MIDIStatus connect(std::uint8_t port, SequencerAddress source);
     MIDIStatus disconnect(std::uint8_t port, SequencerAddress source);
-    /// Sends to one destination, which the port stays subscribed to until it sends to another: hardware hears none but
-    /// those subscribed to it. `midiUnknownHandle` for other ports than the sending ones.
+    /// What a sending port is subscribed to.
+    struct Subscription {
+        MIDIEndpointRef destination = 0; // 0 for nothing
+        SequencerAddress receiver;
+    };
+    /// Subscribes a sending port to one destination or to none, in the place of another: hardware hears none but those
+    /// subscribed to it. `midiUnknownHandle` for other ports than the sending ones.
+    MIDIStatus subscribe(std::uint8_t port, Subscription wanted);
+    /// Whether an own port is subscribed to that one, or that one to it.
+    bool isConnected(std::uint8_t port, SequencerAddress other) const {
+        return _receivers.contains(port) ? _sequencer->isSubscribed(other, address(port))
+                                         : _sequencer->isSubscribed(address(port), other);
+    }
+    /// Sends to one destination, subscribing to it first where that is another than before.
     MIDIStatus send(std::uint8_t port, MIDIEndpointRef destination, SequencerAddress receiver,
                     std::span<const std::uint32_t> words);
     /// Sends to everyone subscribed to the port. Any thread.
@@ -49,12 +61,6 @@ private:
     std::map<std::uint8_t, Receiver> _receivers;
     Uptime _stamp{}; // of the batch under way
 
-    /// What a sending port is subscribed to.
-    struct Subscription {
-        MIDIEndpointRef destination = 0; // 0 for nothing
-        SequencerAddress receiver;
-    };
-    MIDIStatus subscribe(std::uint8_t port, Subscription wanted);
     std::map<std::uint8_t, Subscription> _subscriptions; // by sending port; main thread
 };
 

@@ -113,6 +113,19 @@ MIDIStatus ALSAMIDIService::disconnectSource(MIDIPortRef inputPort, MIDIEndpoint
     return owner && address ? owner->disconnect(portOf(inputPort), *address) : midiUnknownHandle;
 }
 
+MIDIStatus ALSAMIDIService::connectDestination(MIDIPortRef outputPort, MIDIEndpointRef destination) {
+    const std::shared_ptr<ALSAClient> owner = find(clientOf(outputPort));
+    if (owner && destination == 0) return owner->subscribe(portOf(outputPort), {});
+    const std::optional<SequencerAddress> address = _watcher->resolve(destination);
+    return owner && address ? owner->subscribe(portOf(outputPort), {destination, *address}) : midiUnknownHandle;
+}
+
+bool ALSAMIDIService::isConnected(MIDIPortRef port, MIDIEndpointRef endpoint) const {
+    const std::shared_ptr<ALSAClient> owner = find(clientOf(port));
+    const std::optional<SequencerAddress> address = _watcher->resolve(endpoint);
+    return owner && address && owner->isConnected(portOf(port), *address);
+}
+
 MIDIStatus ALSAMIDIService::send(MIDIPortRef outputPort, MIDIEndpointRef destination,
                                  std::span<const std::uint32_t> words) {
     const std::shared_ptr<ALSAClient> owner = find(clientOf(outputPort));

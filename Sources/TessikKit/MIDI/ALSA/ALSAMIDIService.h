@@ -30,6 +30,8 @@ public:
     std::vector<MIDIEndpoint> destinations() const override;
     MIDIStatus connectSource(MIDIPortRef inputPort, MIDIEndpointRef source) override;
     MIDIStatus disconnectSource(MIDIPortRef inputPort, MIDIEndpointRef source) override;
+    MIDIStatus connectDestination(MIDIPortRef outputPort, MIDIEndpointRef destination) override;
+    bool isConnected(MIDIPortRef port, MIDIEndpointRef endpoint) const override;
     MIDIStatus send(MIDIPortRef outputPort, MIDIEndpointRef destination, std::span<const std::uint32_t> words) override;
     MIDIStatus createSource(MIDIClientRef client, const QString& name, MIDIEndpointRef& source) override;
     MIDIStatus createDestination(MIDIClientRef client, const QString& name, MIDIReceiveBlock receive,

@@ -16,12 +16,15 @@ constexpr bool isRealTime(std::uint8_t byte) { return byte >= 0xF8 && byte != 0x
 void EventDecoder::decode(const snd_seq_event_t& event, std::vector<std::uint32_t>& words) {
     const snd_seq_ev_note_t& note = event.data.note;
     const snd_seq_ev_ctrl_t& control = event.data.control;
+    constexpr unsigned most = 0x7F, most14 = 0x3FFF;
     const auto voice = [&](int kind, unsigned channel, unsigned data1, unsigned data2 = 0) {
+        if (channel > 0xF || data1 > most || data2 > most) return;
         words.push_back(
-            MIDIWords::channelVoice(std::uint8_t(kind | (channel & 0xF)), std::uint8_t(data1), std::uint8_t(data2)));
+            MIDIWords::channelVoice(std::uint8_t(kind | int(channel)), std::uint8_t(data1), std::uint8_t(data2)));
     };
     const auto controller = [&](unsigned number, unsigned value) { voice(0xB0, control.channel, number, value); };
     const auto system = [&](int status, unsigned data1 = 0, unsigned data2 = 0) {
+        if (data1 > most || data2 > most) return;
         words.push_back(MIDIWords::system(std::uint8_t(status), std::uint8_t(data1), std::uint8_t(data2)));
     };
     const auto value = unsigned(control.value);
@@ -33,24 +36,26 @@ void EventDecoder::decode(const snd_seq_event_t& event, std::vector<std::uint32_
     case SND_SEQ_EVENT_CONTROLLER: return controller(control.param, value);
     case SND_SEQ_EVENT_PGMCHANGE: return voice(0xC0, control.channel, value);
     case SND_SEQ_EVENT_CHANPRESS: return voice(0xD0, control.channel, value);
-    case SND_SEQ_EVENT_PITCHBEND: return voice(0xE0, control.channel, value, (value + 8192) >> 7);
+    case SND_SEQ_EVENT_PITCHBEND: return voice(0xE0, control.channel, value & most, (value + 8192) >> 7);
 
     // One event for what are several messages on a cable.
     case SND_SEQ_EVENT_CONTROL14:
         if (control.param >= 32) return controller(control.param, value);
+        if (value > most14) return;
         controller(control.param, value >> 7);
-        return controller(control.param + 32, value);
+        return controller(control.param + 32, value & most);
     case SND_SEQ_EVENT_NONREGPARAM:
     case SND_SEQ_EVENT_REGPARAM: {
+        if (control.param > most14 || value > most14) return;
         const unsigned high = event.type == SND_SEQ_EVENT_NONREGPARAM ? 99 : 101;
         controller(high, control.param >> 7);
-        controller(high - 1, control.param);
+        controller(high - 1, control.param & most);
         controller(6, value >> 7);
-        return controller(38, value);
+        return controller(38, value & most);
     }
 
     case SND_SEQ_EVENT_QFRAME: return system(0xF1, value);
-    case SND_SEQ_EVENT_SONGPOS: return system(0xF2, value, value >> 7);
+    case SND_SEQ_EVENT_SONGPOS: return system(0xF2, value & most, value >> 7);
     case SND_SEQ_EVENT_SONGSEL: return system(0xF3, value);
     case SND_SEQ_EVENT_TUNE_REQUEST: return system(0xF6);
     case SND_SEQ_EVENT_CLOCK: return system(0xF8);

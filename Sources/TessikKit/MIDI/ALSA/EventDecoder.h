@@ -16,7 +16,8 @@ namespace tessik {
 /// status byte.
 class EventDecoder {
 public:
-    /// Appends the words that the event makes, none for events that no MIDI cable carries.
+    /// Appends the words that the event makes, none for events that no MIDI cable carries, be it for their kind or for
+    /// numbers out of range.
     void decode(const snd_seq_event_t& event, std::vector<std::uint32_t>& words);
     /// Forgets a message begun: events were lost.
     void reset() { _sender.reset(); }

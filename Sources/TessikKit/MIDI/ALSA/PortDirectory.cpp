@@ -26,10 +26,13 @@ bool PortDirectory::serves(const SequencerPort& port, PortDirection direction) c
 std::vector<MIDIEndpoint> PortDirectory::list(PortDirection direction, const std::vector<SequencerPort>& present) {
     identify(present);
     std::vector<MIDIEndpoint> endpoints;
-    for (const SequencerPort& port : present)
-        if (serves(port, direction))
-            endpoints.push_back({handle(port.address), _living.at(port.address).uniqueIDs[std::size_t(direction)],
-                                 displayName(port.clientName, port.portName)});
+    for (const SequencerPort& port : present) {
+        if (!serves(port, direction)) continue;
+        const Identity& identity = _living.at(port.address);
+        const int ordinal = *identity.ordinals[std::size_t(direction)];
+        endpoints.push_back({handle(port.address), stableUniqueID(direction, port.clientName, port.portName, ordinal),
+                             displayName(port.clientName, port.portName), ordinal, isAmbiguous(identity, direction)});
+    }
     return endpoints;
 }
 
@@ -40,25 +43,61 @@ void PortDirectory::identify(const std::vector<SequencerPort>& present) {
                    port.portName == entry.second.portName;
         });
     });
+    // Which of two comes first after a start is chance, but not in which sockets they are.
+    std::vector<const SequencerPort*> sorted;
     for (const SequencerPort& port : present)
+        sorted.push_back(&port);
+    std::stable_sort(sorted.begin(), sorted.end(), [](const SequencerPort* a, const SequencerPort* b) {
+        return a->device.socket < b->device.socket;
+    });
+    for (const SequencerPort* port : sorted)
         for (const PortDirection direction : {PortDirection::source, PortDirection::destination}) {
-            if (!serves(port, direction)) continue;
-            Identity& identity = _living[port.address];
-            identity.clientName = port.clientName;
-            identity.portName = port.portName;
-            std::optional<std::int32_t>& id = identity.uniqueIDs[std::size_t(direction)];
-            if (!id) id = freeUniqueID(direction, port.clientName, port.portName);
+            if (!serves(*port, direction)) continue;
+            Identity& identity = _living[port->address];
+            identity.clientName = port->clientName;
+            identity.portName = port->portName;
+            giveOrdinal(identity, direction, port->device);
         }
 }
 
-std::int32_t PortDirectory::freeUniqueID(PortDirection direction, const QString& clientName,
-                                         const QString& portName) const {
-    const auto isTaken = [&](std::int32_t id) {
-        return std::any_of(_living.begin(), _living.end(),
-                           [&](const auto& entry) { return entry.second.uniqueIDs[std::size_t(direction)] == id; });
-    };
-    for (int ordinal = 0;; ++ordinal)
-        if (const std::int32_t id = stableUniqueID(direction, clientName, portName, ordinal); !isTaken(id)) return id;
+void PortDirectory::giveOrdinal(Identity& identity, PortDirection direction, const DeviceIdentity& device) {
+    std::vector<DeviceIdentity>& devices = _devices[{direction, identity.clientName, identity.portName}];
+    std::optional<int>& ordinal = identity.ordinals[std::size_t(direction)];
+    if (!ordinal) {
+        std::vector<int> free, sameSerial, same;
+        for (int n = 0; n < int(devices.size()); ++n) {
+            if (isLiving(identity, direction, n)) continue;
+            const DeviceIdentity& gone = devices[std::size_t(n)];
+            free.push_back(n);
+            if (device.isKnown() && gone == device) same.push_back(n);
+            if (!device.serial.isEmpty() && gone.serial == device.serial) sameSerial.push_back(n); // in another socket
+        }
+        for (const std::vector<int>& candidates : {same, sameSerial, free})
+            if (!ordinal && candidates.size() == 1) ordinal = candidates.front();
+        identity.isGuess[std::size_t(direction)] = !ordinal && !free.empty();
+        if (!ordinal) ordinal = free.empty() ? int(devices.size()) : free.front();
+        if (free.empty()) devices.emplace_back();
+    }
+    devices[std::size_t(*ordinal)] = device;
+}
+
+bool PortDirectory::isLiving(const Identity& like, PortDirection direction, int ordinal) const {
+    return std::any_of(_living.begin(), _living.end(), [&](const auto& entry) {
+        const Identity& living = entry.second;
+        return living.clientName == like.clientName && living.portName == like.portName &&
+               living.ordinals[std::size_t(direction)] == ordinal;
+    });
+}
+
+bool PortDirectory::isAmbiguous(const Identity& identity, PortDirection direction) const {
+    if (identity.isGuess[std::size_t(direction)]) return true;
+    const std::vector<DeviceIdentity>& devices = _devices.at({direction, identity.clientName, identity.portName});
+    const int ordinal = *identity.ordinals[std::size_t(direction)];
+    for (int n = 0; n < int(devices.size()); ++n) // of two that tell nothing, or the same, each may be the other
+        if (n != ordinal && devices[std::size_t(n)] == devices[std::size_t(ordinal)] &&
+            isLiving(identity, direction, n))
+            return true;
+    return false;
 }
 
 MIDIEndpointRef PortDirectory::handle(SequencerAddress address) const {

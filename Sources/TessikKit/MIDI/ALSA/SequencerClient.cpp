@@ -3,10 +3,13 @@
 #include "TessikKit/MIDI/ALSA/EventEncoder.h"
 #include "TessikKit/MIDI/Log.h"
 
+#include <QFile>
+
 #include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -32,6 +35,20 @@ QString errorText(int status) { return QString::fromLocal8Bit(std::strerror(-sta
     va_end(arguments);
     const QString message = QStringLiteral("%1: %2").arg(QString::fromUtf8(function), QString::fromUtf8(text.data()));
     logLine(QStringLiteral("ALSA"), error ? message + QStringLiteral(": ") + errorText(-error) : message);
+}
+
+/// The socket stands in the card's long name, as "UM-ONE at usb-0000:00:14.0-2, full speed".
+DeviceIdentity deviceOf(int card) {
+    DeviceIdentity device;
+    char* longName = nullptr;
+    if (snd_card_get_longname(card, &longName) >= 0) {
+        device.socket =
+            QString::fromUtf8(longName).section(QLatin1String(" at "), 1, 1).section(QLatin1Char(','), 0, 0);
+        std::free(longName);
+    }
+    QFile serial(QStringLiteral("/sys/class/sound/card%1/device/../serial").arg(card));
+    if (serial.open(QIODevice::ReadOnly)) device.serial = QString::fromUtf8(serial.readAll()).trimmed();
+    return device;
 }
 
 } // namespace
@@ -115,9 +132,13 @@ std::vector<SequencerPort> SequencerClient::ports() const {
     snd_seq_client_info_alloca(&client);
     snd_seq_port_info_alloca(&port);
     std::vector<SequencerPort> ports;
+    std::map<int, DeviceIdentity> devices; // by card
+    for (int card = -1; snd_card_next(&card) >= 0 && card >= 0;)
+        devices[card] = deviceOf(card);
     snd_seq_client_info_set_client(client, -1);
     while (snd_seq_query_next_client(_sequencer, client) >= 0) {
         const int number = snd_seq_client_info_get_client(client);
+        const auto device = devices.find(snd_seq_client_info_get_card(client));
         snd_seq_port_info_set_client(port, number);
         snd_seq_port_info_set_port(port, -1);
         while (snd_seq_query_next_port(_sequencer, port) >= 0)
@@ -125,7 +146,8 @@ std::vector<SequencerPort> SequencerClient::ports() const {
                              .clientName = QString::fromUtf8(snd_seq_client_info_get_name(client)),
                              .portName = QString::fromUtf8(snd_seq_port_info_get_name(port)),
                              .capability = snd_seq_port_info_get_capability(port),
-                             .processID = snd_seq_client_info_get_pid(client)});
+                             .processID = snd_seq_client_info_get_pid(client),
+                             .device = device == devices.end() ? DeviceIdentity() : device->second});
     }
     return ports;
 }

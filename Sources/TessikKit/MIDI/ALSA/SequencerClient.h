@@ -39,10 +39,14 @@ public:
     std::uint8_t number() const { return _number; }
     /// Returns the port's number.
     int createPort(const QString& name, unsigned capability);
-    /// One end is an own port. Success where they are subscribed already.
+    /// One end is an own port. Success where they are subscribed already; `midiPortHeld` where the other end is
+    /// another's alone, for which the sequencer has the same answer.
     MIDIStatus subscribe(SequencerAddress sender, SequencerAddress receiver) {
         const MIDIStatus status = link(snd_seq_subscribe_port, sender, receiver);
-        return status == -EBUSY ? 0 : status;
+        return status == midiPortHeld && isSubscribed(sender, receiver) ? 0 : status;
+    }
+    bool isSubscribed(SequencerAddress sender, SequencerAddress receiver) {
+        return link(snd_seq_get_port_subscription, sender, receiver) == 0;
     }
     MIDIStatus unsubscribe(SequencerAddress sender, SequencerAddress receiver) {
         return link(snd_seq_unsubscribe_port, sender, receiver);

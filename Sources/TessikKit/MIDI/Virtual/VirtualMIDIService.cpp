@@ -64,13 +64,20 @@ MIDIStatus VirtualMIDIService::createOutputPort(MIDIClientRef client, const QStr
     return 0;
 }
 
+const VirtualMIDIService::Endpoint* VirtualMIDIService::find(MIDIEndpointRef handle, bool isDestination) const {
+    const auto found = std::find_if(_endpoints.begin(), _endpoints.end(), [&](const Endpoint& endpoint) {
+        return endpoint.plugged && bool(endpoint.receive) == isDestination && endpoint.handle == handle;
+    });
+    return found == _endpoints.end() ? nullptr : &*found;
+}
+
 std::vector<MIDIEndpoint> VirtualMIDIService::enumerate(bool destinations) const {
     const std::lock_guard lock(_mutex);
     std::vector<MIDIEndpoint> list;
     for (const Endpoint& endpoint : _endpoints)
         if (endpoint.plugged && bool(endpoint.receive) == destinations)
             list.push_back({endpoint.handle, endpoint.uniqueID,
-                            endpoint.nameReadable ? std::optional(endpoint.name) : std::nullopt});
+                            endpoint.nameReadable ? std::optional(endpoint.name) : std::nullopt, endpoint.ordinal});
     return list;
 }
 
@@ -81,13 +88,36 @@ MIDIStatus VirtualMIDIService::connectSource(MIDIPortRef inputPort, MIDIEndpoint
     const std::lock_guard lock(_mutex);
     if (const MIDIStatus failed = takeFailure(Operation::connectSource)) return failed;
     const auto port = _ports.find(inputPort);
-    const bool known = std::any_of(_endpoints.begin(), _endpoints.end(), [&](const Endpoint& endpoint) {
-        return endpoint.plugged && !endpoint.receive && endpoint.handle == source;
-    });
-    if (port == _ports.end() || !port->second.receive || !known) return midiUnknownHandle;
+    const Endpoint* endpoint = find(source, false);
+    if (port == _ports.end() || !port->second.receive || !endpoint) return midiUnknownHandle;
     auto& connected = port->second.connected;
-    if (std::find(connected.begin(), connected.end(), source) == connected.end()) connected.push_back(source);
+    if (std::find(connected.begin(), connected.end(), source) != connected.end()) return 0;
+    if (endpoint->held) return midiPortHeld;
+    connected.push_back(source);
     return 0;
+}
+
+MIDIStatus VirtualMIDIService::connectDestination(MIDIPortRef outputPort, MIDIEndpointRef destination) {
+    const std::lock_guard lock(_mutex);
+    if (const MIDIStatus failed = takeFailure(Operation::connectDestination)) return failed;
+    const auto port = _ports.find(outputPort);
+    if (port == _ports.end() || port->second.receive) return midiUnknownHandle;
+    if (port->second.connected == std::vector{destination}) return 0;
+    port->second.connected.clear();
+    if (destination == 0) return 0;
+    const Endpoint* endpoint = find(destination, true);
+    if (!endpoint) return midiUnknownHandle;
+    if (endpoint->held) return midiPortHeld;
+    port->second.connected.push_back(destination);
+    return 0;
+}
+
+bool VirtualMIDIService::isConnected(MIDIPortRef ref, MIDIEndpointRef endpoint) const {
+    const std::lock_guard lock(_mutex);
+    const auto port = _ports.find(ref);
+    if (port == _ports.end()) return false;
+    const auto& connected = port->second.connected;
+    return std::find(connected.begin(), connected.end(), endpoint) != connected.end();
 }
 
 MIDIStatus VirtualMIDIService::disconnectSource(MIDIPortRef inputPort, MIDIEndpointRef source) {
@@ -101,10 +131,8 @@ MIDIStatus VirtualMIDIService::send(MIDIPortRef outputPort, MIDIEndpointRef dest
                                     std::span<const std::uint32_t> words) {
     std::unique_lock lock(_mutex);
     if (const MIDIStatus failed = takeFailure(Operation::send)) return failed;
-    const auto endpoint = std::find_if(_endpoints.begin(), _endpoints.end(), [&](const Endpoint& candidate) {
-        return candidate.plugged && candidate.receive && candidate.handle == destination;
-    });
-    if (!_ports.contains(outputPort) || endpoint == _endpoints.end()) return midiUnknownHandle;
+    const Endpoint* endpoint = find(destination, true);
+    if (!_ports.contains(outputPort) || !endpoint) return midiUnknownHandle;
     deliver({.client = endpoint->client,
              .receive = endpoint->receive,
              .stamp = _clock.now(),
@@ -130,6 +158,7 @@ MIDIStatus VirtualMIDIService::addEndpoint(MIDIClientRef client, const QString& 
                           .handle = out,
                           .created = out,
                           .uniqueID = stableUniqueID(direction, owner->second.name, name, ordinal),
+                          .ordinal = ordinal,
                           .name = name,
                           .receive = std::move(receive)});
     notifyAll(lock);
@@ -210,6 +239,22 @@ void VirtualMIDIService::setPlugged(const QString& name, Ends ends, bool plugged
             std::erase(port.connected, endpoint.handle);
         if (plugged) endpoint.handle = _nextHandle++;
     }
+    notifyAll(lock);
+}
+
+void VirtualMIDIService::hold(const QString& name, bool isHeld) {
+    std::unique_lock lock(_mutex);
+    for (Endpoint& endpoint : _endpoints)
+        if (endpoint.name == name) endpoint.held = isHeld;
+    notifyAll(lock);
+}
+
+void VirtualMIDIService::cut(const QString& name) {
+    std::unique_lock lock(_mutex);
+    for (const Endpoint& endpoint : _endpoints)
+        if (endpoint.name == name)
+            for (auto& [ref, port] : _ports)
+                std::erase(port.connected, endpoint.handle);
     notifyAll(lock);
 }
 

@@ -27,6 +27,8 @@ public:
     std::vector<MIDIEndpoint> destinations() const override;
     MIDIStatus connectSource(MIDIPortRef inputPort, MIDIEndpointRef source) override;
     MIDIStatus disconnectSource(MIDIPortRef inputPort, MIDIEndpointRef source) override;
+    MIDIStatus connectDestination(MIDIPortRef outputPort, MIDIEndpointRef destination) override;
+    bool isConnected(MIDIPortRef port, MIDIEndpointRef endpoint) const override;
     MIDIStatus send(MIDIPortRef outputPort, MIDIEndpointRef destination, std::span<const std::uint32_t> words) override;
     MIDIStatus createSource(MIDIClientRef client, const QString& name, MIDIEndpointRef& source) override;
     MIDIStatus createDestination(MIDIClientRef client, const QString& name, MIDIReceiveBlock receive,
@@ -40,10 +42,21 @@ public:
     void unplug(const QString& name, Ends ends = Ends::all) { setPlugged(name, ends, false); }
     /// Puts them back, under new handles.
     void plug(const QString& name, Ends ends = Ends::all) { setPlugged(name, ends, true); }
+    /// Another program takes the endpoints of that name for itself alone, or lets them go. What is connected stays so.
+    void hold(const QString& name, bool isHeld);
+    /// Takes out what is connected to the endpoints of that name, as a patch bay does.
+    void cut(const QString& name);
     /// Takes away the readable name of every endpoint of that name.
     void hideName(const QString& name);
     /// The next call of an operation returns this instead of succeeding.
-    enum class Operation : std::uint8_t { createClient, createInputPort, createOutputPort, connectSource, send };
+    enum class Operation : std::uint8_t {
+        createClient,
+        createInputPort,
+        createOutputPort,
+        connectSource,
+        connectDestination,
+        send
+    };
     void failNext(Operation operation, MIDIStatus status);
     /// Delivers, as from that source, an event list as it is; also one that no transmitter could make.
     void inject(MIDIEndpointRef source, const MIDIEventList& list);
@@ -58,16 +71,18 @@ private:
     struct Port {
         MIDIClientRef client = 0;
         std::shared_ptr<MIDIReceiveBlock> receive; // null for an output port
-        std::vector<MIDIEndpointRef> connected;    // sources
+        std::vector<MIDIEndpointRef> connected;    // sources, or one destination
     };
     struct Endpoint {
         MIDIClientRef client = 0;
         MIDIEndpointRef handle = 0;  // changes with every plugging
         MIDIEndpointRef created = 0; // the handle that the owner was given
         std::int32_t uniqueID = 0;
+        int ordinal = 0;
         QString name;
         bool nameReadable = true;
         bool plugged = true;
+        bool held = false;
         std::shared_ptr<MIDIReceiveBlock> receive; // null for a source
     };
     struct Delivered {
@@ -82,6 +97,7 @@ private:
 
     MIDIStatus addEndpoint(MIDIClientRef client, const QString& name, std::shared_ptr<MIDIReceiveBlock> receive,
                            MIDIEndpointRef& out);
+    const Endpoint* find(MIDIEndpointRef handle, bool isDestination) const;
     std::vector<MIDIEndpoint> enumerate(bool destinations) const;
     MIDIStatus takeFailure(Operation operation);
     void deliver(Delivered item, std::unique_lock<std::mutex>& lock);

@@ -96,7 +96,27 @@ TEST(EventConversion, eventsThatStandForSeveralMessages) {
                 ElementsAre(cc(99, 3), cc(98, 4), cc(6, 1), cc(38, 2)));
     EXPECT_THAT(decode(SND_SEQ_EVENT_REGPARAM, 0, 2 << 7), ElementsAre(cc(101, 0), cc(100, 0), cc(6, 2), cc(38, 0)));
     EXPECT_THAT(decode(SND_SEQ_EVENT_PORT_SUBSCRIBED, 1, 1), IsEmpty());
-    EXPECT_THAT(decode(SND_SEQ_EVENT_CONTROLLER, 7, 1 << 20 | 3), ElementsAre(cc(7, 3))); // no value spills over
+
+    // Numbers that no cable carries are not folded into others.
+    for (const int type : {SND_SEQ_EVENT_CONTROLLER, SND_SEQ_EVENT_CONTROL14, SND_SEQ_EVENT_NONREGPARAM,
+                           SND_SEQ_EVENT_REGPARAM, SND_SEQ_EVENT_PGMCHANGE, SND_SEQ_EVENT_CHANPRESS,
+                           SND_SEQ_EVENT_PITCHBEND, SND_SEQ_EVENT_QFRAME, SND_SEQ_EVENT_SONGPOS, SND_SEQ_EVENT_SONGSEL})
+        for (const int value : {1 << 20 | 3, -8193, INT_MAX, INT_MIN})
+            EXPECT_THAT(decode(type, 7, value), IsEmpty()) << type << " " << value;
+    EXPECT_THAT(decode(SND_SEQ_EVENT_CONTROLLER, 7, 128), IsEmpty());
+    EXPECT_THAT(decode(SND_SEQ_EVENT_CONTROLLER, 128, 3), IsEmpty());
+    EXPECT_THAT(decode(SND_SEQ_EVENT_CONTROL14, 128, 3), IsEmpty());
+    EXPECT_THAT(decode(SND_SEQ_EVENT_REGPARAM, 1 << 14, 3), IsEmpty());
+    snd_seq_event_t note{};
+    note.type = SND_SEQ_EVENT_NOTEON;
+    for (const snd_seq_ev_note_t& data : {snd_seq_ev_note_t{.channel = 16, .note = 1, .velocity = 1},
+                                          snd_seq_ev_note_t{.channel = 1, .note = 128, .velocity = 1},
+                                          snd_seq_ev_note_t{.channel = 1, .note = 1, .velocity = 200}}) {
+        note.data.note = data;
+        Words words;
+        EventDecoder().decode(note, words);
+        EXPECT_THAT(words, IsEmpty());
+    }
 }
 
 TEST(EventConversion, sysExArrivesWholeHoweverItIsChunked) {

@@ -1,5 +1,7 @@
 #include "TessikKit/MIDI/ALSA/PortDirectory.h"
+#include "TessikKit/MIDI/MIDIPortInfo.h"
 
+#include <QSet>
 #include <alsa/asoundlib.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -86,6 +88,65 @@ TEST_F(PortDirectoryTest, aTwinKeepsItsIdWhileItLives) {
     // Lost announcements tell nothing, so who is still there is taken for the same.
     directory.announcementsLost();
     EXPECT_EQ(source({port(24), port(28)}, 0).uniqueID, b);
+}
+
+TEST_F(PortDirectoryTest, equalDevicesAreTakenForEachOtherOnlyWhereNothingTellsThemApart) {
+    struct Device {
+        const char *socket, *serial;
+    };
+    const struct {
+        const char* what;
+        Device a, b;         // plugged in at first
+        Device backB, backA; // both were away and come back, B first
+        bool isFound;        // each gets its id back
+        bool isAmbiguousAtFirst, isAmbiguousAlone;
+    } cases[] = {
+        {"by their sockets", {"2", ""}, {"1", ""}, {"1", ""}, {"2", ""}, true, false, false},
+        {"by their serial numbers", {"1", "X"}, {"2", "Y"}, {"3", "Y"}, {"4", "X"}, true, false, false},
+        {"one number for all", {"1", "0"}, {"2", "0"}, {"2", "0"}, {"1", "0"}, true, false, false},
+        {"in other sockets", {"1", ""}, {"2", ""}, {"3", ""}, {"4", ""}, false, false, true},
+        {"nothing", {"", ""}, {"", ""}, {"", ""}, {"", ""}, false, true, true},
+    };
+    const auto at = [](std::uint8_t client, const Device& device) {
+        SequencerPort made = port(client);
+        made.device = {QString::fromLatin1(device.socket), QString::fromLatin1(device.serial)};
+        return made;
+    };
+    const auto list = [](PortDirectory& tried, const std::vector<SequencerPort>& present) {
+        return tried.list(PortDirection::source, present);
+    };
+    for (const auto& c : cases) {
+        PortDirectory tried(1000);
+        const auto first = list(tried, {at(20, c.a), at(24, c.b)});
+        EXPECT_EQ(first[0].isAmbiguous, c.isAmbiguousAtFirst) << c.what;
+        EXPECT_EQ(first[1].isAmbiguous, c.isAmbiguousAtFirst) << c.what;
+        EXPECT_EQ(first[0].ordinal + first[1].ordinal, 1) << c.what;
+        list(tried, {});
+        EXPECT_EQ(list(tried, {at(20, c.backB)})[0].isAmbiguous, c.isAmbiguousAlone) << c.what;
+        const auto back = list(tried, {at(20, c.backB), at(24, c.backA)});
+        EXPECT_EQ(back[0].uniqueID == first[1].uniqueID && back[1].uniqueID == first[0].uniqueID, c.isFound) << c.what;
+        EXPECT_NE(back[0].uniqueID, back[1].uniqueID) << c.what;
+    }
+    const Device one{"1", ""}, two{"2", ""};
+    PortDirectory before(1000), after(1000); // over a restart, whichever comes first
+    EXPECT_EQ(list(before, {at(20, one), at(24, two)})[0].uniqueID,
+              list(after, {at(20, two), at(24, one)})[1].uniqueID);
+    const auto single = source({at(20, one)}).uniqueID; // alone it is itself in any socket
+    EXPECT_EQ(single, stableUniqueID(PortDirection::source, QStringLiteral("Desk"), QStringLiteral("MIDI 1"), 0));
+    list(directory, {});
+    EXPECT_EQ(source({at(24, two)}).uniqueID, single);
+}
+
+TEST_F(PortDirectoryTest, pickersNeverShowTwoEqualNames) {
+    std::vector<MIDIPortInfo> ports = describePorts(
+        directory.list(PortDirection::source,
+                       {port(20), port(24), port(28), port(32, 0, QStringLiteral("Desk MIDI"), QStringLiteral("1"))}),
+        {});
+    ports.push_back({.uniqueID = 5, .name = QStringLiteral("Desk MIDI 1 (2)")});
+    const QStringList names = distinctNames(ports);
+    EXPECT_EQ(names.mid(0, 3), QStringList({QStringLiteral("Desk MIDI 1"), QStringLiteral("Desk MIDI 1 (2)"),
+                                            QStringLiteral("Desk MIDI 1 (3)")}));
+    EXPECT_EQ(QSet<QString>(names.begin(), names.end()).size(), names.size());
 }
 
 TEST_F(PortDirectoryTest, aHandleReachesOnlyThePortItWasGivenFor) {

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "TessikKit/Models/UptimeClock.h"
+
+#include <deque>
+
+namespace tessik {
+
+/// Watches whether what is sent to the desk comes back: a desk that echoes, or a cable from Out to In. Ten sends in a
+/// row that come back, with nothing else between, are a loop, until one fails to come.
+class EchoWatch {
+public:
+    /// An echo comes so long after its message has landed at the latest.
+    static constexpr Uptime latest = std::chrono::milliseconds(10);
+    static constexpr int sendsToLoop = 10;
+
+    /// `landsAt`: when the message is through the desk's cable.
+    void noteSent(Uptime now, int cc, int value, Uptime landsAt);
+    /// Whether a message received equals one that is on its way, which then has come back.
+    bool take(Uptime stamp, int cc, int value);
+    /// Gives up what is long overdue, also for a thread that was slow to hand messages on.
+    void giveUp(Uptime now);
+
+    bool isLoop() const { return _isLoop; }
+    bool isWaiting() const { return !_onTheirWay.empty(); }
+
+private:
+    struct Sent {
+        int cc, value;
+        Uptime sentAt, landsAt;
+    };
+    void fail();
+
+    std::deque<Sent> _onTheirWay; // oldest first
+    int _inARow = 0;
+    bool _isLoop = false;
+};
+
+} // namespace tessik
