@@ -16,7 +16,10 @@ namespace tessik::test {
 struct AutomationRig {
     explicit AutomationRig(const RecorderSettings& settings = {})
         : tape(service, settings, SimulatedRecorder::Drive::manual, uptime) {
-        input.onControlChange = [this](Uptime stamp, int cc, int value) { output.noteReceived(stamp, cc, value); };
+        input.onControlChange = [this](Uptime stamp, int cc, int value) {
+            return output.noteReceived(stamp, cc, value);
+        };
+        input.connection.setDataLostHandler([this] { output.assertAgain(); });
         input.connection.selectSource(idOf(service.sources(), SimulatedConsole::portName()));
         clock.connection.selectSource(idOf(service.sources(), SimulatedRecorder::portName));
         output.setupClient();

@@ -3,7 +3,16 @@
 #include "TessikAutomation/Automation/AutomationPass.h"
 #include "TessikKit/MIDI/MIDIChannelMapping.h"
 
+#include <cmath>
+
 namespace tessik::test {
+
+/// Where in a pass the tape is, in frames.
+inline double offsetIn(const AutomationPass& pass, double tapeFrame) {
+    const double whole = std::floor(tapeFrame);
+    const std::int64_t length = pass.events.isEmpty() ? 0 : pass.events.constLast().frameOffset;
+    return double(pass.offsetOf(std::int64_t(whole), length)) + tapeFrame - whole;
+}
 
 /// What a lane is at a frame offset by a walk over all events, and how far its nearest event is from there.
 struct Said {

@@ -26,13 +26,22 @@ PassEngine::PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutpu
     _timer.setInterval(std::chrono::duration_cast<std::chrono::milliseconds>(tickInterval));
     _edgeTimer.setSingleShot(true);
     _modeNotifier = mode.addNotifier([this] { noteModeChange(); });
-    // A desk chosen while the tape rolls has been told nothing yet.
-    _destinationNotifier =
-        midiOutputManager.port.connectedDestinationID.addNotifier([this] { _isAssertionDue = true; });
+    // A desk chosen while the tape rolls has been told nothing yet, nor have channels that came with the console's
+    // size.
+    const auto assertAnew = [this] { _isAssertionDue = _nullsStale = true; };
+    _destinationNotifier = midiOutputManager.port.connectedDestinationID.addNotifier(assertAnew);
+    _sizeNotifier = consoleModel.modelSize.addNotifier(assertAnew);
+    waitingTake.setBinding([this] { return isRecording() ? std::nullopt : recordingPass.value(); });
+    playedPass.setBinding([this] {
+        const std::optional<AutomationPass>& take = waitingTake.value();
+        return take && !isComparing.value() ? take : selectedPass.value();
+    });
+    _playedNotifier = playedPass.addNotifier([this] { followPlayedPass(); });
     _consoleModel.onChange = [this](const ConsoleChange& change) {
         _changes.push_back(change);
         if (_mode == AutomationMode::off) consumeChanges();
     };
+    _consoleModel.onScreenZeroed = [this] { noteScreenZeroed(); };
     _mtcClock.onFullFrame = [this] { noteFullFrame(); };
 }
 
@@ -60,12 +69,15 @@ void PassEngine::tick() {
     if (!_tape.isRolling() && !_tape.mayResume(now)) _suspendedMode.reset();
     isRolling = _tape.isRolling();
     const std::optional<TimecodePosition> at = position();
-    const std::optional<AutomationPass>& pass = selectedPass.value();
+    const std::optional<AutomationPass>& pass = playedPass.value();
     hasFrameRateMismatch = needsPass(_mode) && pass && at && at->frameRate != pass->frameRate;
-    if (_tape.isRolling()) play(now);
-    if (_recorder.isRecording()) recordedEventCount = _recorder.eventCount();
-    const std::optional<std::int64_t> frames = at ? std::optional(at->totalFrames()) : std::nullopt;
-    if (_nullsStale || frames != _lastNullRefreshFrames) refreshNullTargets();
+    if (_tape.isRolling()) {
+        settleTake(); // before what is played, where timecode was silent until now
+        play(now);
+    }
+    if (isRecording()) recordedEventCount = _recorder.eventCount();
+    const bool hasMoved = at ? _lastNullRefreshFrames != at->totalFrames() : _lastNullRefreshFrames.has_value();
+    if (_nullsStale || hasMoved) refreshNullTargets();
     armEdgeTimer(now);
 }
 
@@ -83,7 +95,7 @@ void PassEngine::noteModeChange() {
     if (mode.value() == _mode) return; // the engine's own doing
     consumeChanges();
     settleTake();
-    if (_recorder.isRecording()) endTake();
+    if (isRecording()) endTake();
     _mode = mode.value();
     abandonRoll();
     if (_mode == AutomationMode::off) {
@@ -94,6 +106,11 @@ void PassEngine::noteModeChange() {
     } else if (!_timer.isActive()) {
         _timer.start();
     }
+    applyNull();
+}
+
+/// As far as the mode lets it.
+void PassEngine::applyNull() {
     if (nullEnabled.value()) setNullEnabled(needsPass(_mode));
 }
 
@@ -104,18 +121,27 @@ void PassEngine::abandonRoll() {
 }
 
 void PassEngine::noteFullFrame() {
-    if (!_tape.isRolling()) return;
-    consumeChanges();
-    settleTake();
-    endRoll();
+    if (_tape.isRolling()) {
+        consumeChanges();
+        settleTake();
+        endRoll();
+    }
     abandonRoll();
 }
 
-void PassEngine::setSelectedPass(const std::optional<AutomationPass>& pass) {
+/// A take that gets its name plays on.
+void PassEngine::followPlayedPass() {
+    const std::optional<AutomationPass>& pass = playedPass.value();
+    const bool playsOn = pass && _indexed && pass->id == _indexed->id && pass->events.isSharedWith(_indexed->events);
+    _indexed = pass;
+    if (playsOn) return;
     _index = pass ? PassIndex(pass->events) : PassIndex();
-    selectedPass = pass;
     _hasAssertedInitialState = false;
     _nullsStale = true;
+}
+
+void PassEngine::leaveModeWithoutPass() {
+    if (needsPass(_mode) && !playedPass.value()) mode = AutomationMode::off;
 }
 
 void PassEngine::select(const std::optional<AutomationPass>& pass) {
@@ -125,10 +151,21 @@ void PassEngine::select(const std::optional<AutomationPass>& pass) {
         endRoll();
         abandonRoll();
     }
-    setSelectedPass(pass);
-    if (!pass) return;
+    if (!pass) isComparing = false;
+    selectedPass = pass;
+    isComparing = pass && waitingTake.value();
+    _hasAssertedInitialState = false;
+    _nullsStale = true;
+    if (!pass) return leaveModeWithoutPass();
     applyBaselineToConsole();
     refreshNullTargets();
+}
+
+void PassEngine::compare(bool withSelected) {
+    if (!waitingTake.value() || withSelected == isComparing.value()) return;
+    consumeChanges();
+    abandonRoll();
+    isComparing = withSelected;
 }
 
 void PassEngine::noteSessionReplaced() {
@@ -136,13 +173,15 @@ void PassEngine::noteSessionReplaced() {
     settleTake();
     endRoll();
     abandonRoll();
-    setSelectedPass(std::nullopt);
+    isComparing = false;
+    selectedPass = std::nullopt;
     _rides.clear();
     if (nullEnabled.value()) setNullEnabled(false);
+    leaveModeWithoutPass();
 }
 
 std::optional<QList<ChannelSnapshot>> PassEngine::baselineState() const {
-    const std::optional<AutomationPass>& pass = selectedPass.value();
+    const std::optional<AutomationPass>& pass = playedPass.value();
     if (pass && pass->initialState) return pass->initialState;
     const std::optional<Snapshot> snapshot = _snapshotStore.defaultSnapshot();
     return snapshot ? std::optional(snapshot->channels) : std::nullopt;
@@ -174,6 +213,7 @@ void PassEngine::beginRoll() {
     _suspendedMode.reset();
     _dumpAt.reset();
     _rides.clear();
+    _hasMet.reset();
     _nullsStale = true;
     _hasAssertedInitialState = false;
     if (records(_mode)) beginTake();
@@ -184,13 +224,18 @@ void PassEngine::resumeRoll() {
     if (!_suspendedMode) return beginRoll();
     _mode = *std::exchange(_suspendedMode, std::nullopt);
     mode = _mode;
-    _recorder.reopen();
-    _hasAssertedInitialState = false;
+    _isRecording = true;
     recordingPass = _recorder.takeAt(_offset).pass;
+    if (isPlayable()) { // as far as it had come
+        _cursor.seek(baselineLanes(), _offset);
+        _hasAssertedInitialState = true;
+    }
+    _isAssertionDue = true;
+    if (!needsPass(_mode)) applyNull(); // it was pressed meanwhile
 }
 
 void PassEngine::endRoll() {
-    if (!_recorder.isRecording()) return;
+    if (!isRecording()) return;
     const AutomationMode recorded = _mode;
     endTake();
     _suspendedMode = recorded;
@@ -200,27 +245,30 @@ void PassEngine::endRoll() {
 
 void PassEngine::beginTake() {
     if (_mode == AutomationMode::update && !isPlayable()) return;
-    if (const std::optional<AutomationPass> waiting = recordingPass.value()) {
+    if (const std::optional<AutomationPass> waiting = waitingTake.value()) {
+        if (_mode == AutomationMode::update && !isComparing.value()) selectedPass = waiting;
         recordingPass = std::nullopt;
         onTakeSuperseded(*waiting);
     }
     PendingTake take = newTake();
-    recordingPass = take.pass;
+    const AutomationPass pass = take.pass;
+    _recorder.begin(std::move(take),
+                    _mode == AutomationMode::write ? laneValues(*pass.initialState) : ControllerValues());
     recordedEventCount = 0;
-    _recorder.begin(std::move(take), _mode == AutomationMode::write ? laneValues(*recordingPass.value()->initialState)
-                                                                    : ControllerValues());
+    _isRecording = true;
+    recordingPass = pass;
 }
 
 PendingTake PassEngine::newTake() const {
     PendingTake take;
     if (_mode == AutomationMode::update) {
-        take.pass = *selectedPass.value();
+        take.pass = *playedPass.value();
         take.pass.sortEvents();
         take.rides = {.end = 0, .baseline = baselineState().value_or(QList<ChannelSnapshot>())};
     } else {
         const std::int64_t startFrame = std::int64_t(std::floor(_tape.frame()));
         take.pass.frameRate = _tape.rate();
-        take.pass.startTimecode = TimecodePosition::fromTotalFrames(_tape.rate(), startFrame);
+        take.pass.startTimecode = TimecodePosition::fromTotalFrames(_tape.rate(), startFrame).withinDay();
         take.pass.initialState.emplace();
         for (const ChannelState* channel : _consoleModel.allVisibleChannels())
             take.pass.initialState->append(ChannelSnapshot::of(*channel));
@@ -232,9 +280,10 @@ PendingTake PassEngine::newTake() const {
 }
 
 void PassEngine::endTake() {
-    _recorder.end();
     recordedEventCount = _recorder.eventCount();
     recordingPass = _recorder.takeAt(_offset).finished();
+    isComparing = false;
+    _isRecording = false;
 }
 
 std::optional<AutomationPass> PassEngine::finishRecording(const QString& name, PassStore& store) {
@@ -246,8 +295,10 @@ std::optional<AutomationPass> PassEngine::finishRecording(const QString& name, P
     pass->name = name;
     pass->sortEvents();
     store.save(*pass);
+    if (isComparing.value()) abandonRoll(); // else it plays on
+    selectedPass = pass;
     recordingPass = std::nullopt;
-    setSelectedPass(pass);
+    isComparing = false;
     _rides.clear();
     _suspendedMode.reset();
     return pass;
@@ -256,16 +307,25 @@ std::optional<AutomationPass> PassEngine::finishRecording(const QString& name, P
 void PassEngine::discardTake() {
     endRoll();
     recordingPass = std::nullopt;
+    isComparing = false;
     recordedEventCount = 0;
     _rides.clear();
-    _suspendedMode.reset();
-    _isAssertionDue = true;
-    _nullsStale = true;
+    abandonRoll();
+    leaveModeWithoutPass();
+}
+
+bool PassEngine::restoreTake(const AutomationPass& take) {
+    if (recordingPass.value()) return false;
+    consumeChanges();
+    abandonRoll();
+    recordedEventCount = take.events.size();
+    recordingPass = take;
+    return true;
 }
 
 std::optional<PendingTake> PassEngine::pendingTake() const {
-    if (_recorder.isRecording()) return _recorder.takeAt(_offset);
-    if (const std::optional<AutomationPass>& waiting = recordingPass.value()) return PendingTake{.pass = *waiting};
+    if (isRecording()) return _recorder.takeAt(_offset);
+    if (const std::optional<AutomationPass>& waiting = waitingTake.value()) return PendingTake{.pass = *waiting};
     return std::nullopt;
 }
 

@@ -11,9 +11,14 @@
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Snapshots/SnapshotStore.h"
 
+#include <bitset>
+
 namespace tessik {
 
 /// The automation of the session: which mode is armed, which pass is played, the take being recorded.
+///
+/// A take that waits for its name is what plays, so that it is heard before it is kept; the selected pass plays in its
+/// place where the user compares, and when no take waits.
 ///
 /// While a mode is armed it looks, tick by tick, at the tape and at what has changed on the console since, records and
 /// plays. It takes the `onChange` of the console model and the `onFullFrame` of the clock. Main thread only.
@@ -32,29 +37,39 @@ public:
     QProperty<std::optional<AutomationPass>> selectedPass{std::nullopt};
     /// The take being recorded, yet without what it records, or a finished one that waits for its name.
     QProperty<std::optional<AutomationPass>> recordingPass{std::nullopt};
+    QProperty<bool> isComparing{false}; ///< see `compare`
+    /// Follows from the others: the finished take that waits for its name.
+    QProperty<std::optional<AutomationPass>> waitingTake;
+    /// Follows from the others: what READ plays, UPDATE rides over and NULL leads to.
+    QProperty<std::optional<AutomationPass>> playedPass;
     QProperty<qsizetype> recordedEventCount{0}; ///< of the take being recorded, or of the last one
     QProperty<bool> isRolling{false};           ///< timecode runs and a mode is armed
-    /// An armed READ or UPDATE does nothing, because the selected pass has another frame rate than the timecode.
+    /// An armed READ or UPDATE does nothing, because the played pass has another frame rate than the timecode.
     QProperty<bool> hasFrameRateMismatch{false};
 
     /// Visible channels from which nothing was ever received or recalled.
     int unsyncedChannelCount() const;
-    bool isRecording() const { return _recorder.isRecording(); }
+    bool isRecording() const { return _isRecording.value(); }
 
     /// NULL holds playback off the faders on screen, so that their arrows lead the hands to the automation. Acts in
     /// READ and UPDATE; its effect runs on every call.
     void setNullEnabled(bool enabled);
-    /// Chooses the pass to play, and puts its starting state on screen; none changes nothing there.
+    /// Chooses the pass to play, also where a take waits, and puts its starting state on screen; none changes nothing
+    /// there, and leaves READ and UPDATE where nothing is left to play.
     void select(const std::optional<AutomationPass>& pass);
+    /// Plays the selected pass in the place of a waiting take, or that take again.
+    void compare(bool withSelected);
     /// Stores the take under that name, whatever it is, and selects it. Returns it; none where no take waits.
     std::optional<AutomationPass> finishRecording(const QString& name, PassStore& store);
-    /// Drops the take, also one being recorded.
+    /// Drops the take, also one being recorded. Leaves READ and UPDATE where nothing is left to play.
     void discardTake();
+    /// Lets a take that was discarded wait again. False where another is recorded or waits.
+    bool restoreTake(const AutomationPass& take);
     /// New or Open replaced the session: nothing is selected any more. A take stays, and waits.
     void noteSessionReplaced();
 
-    /// Called with a take that still waits under its proposed name when the next one begins. Has to be set: it is to
-    /// be stored.
+    /// Called with a take that still waits under its proposed name when the next one begins; UPDATE over that take has
+    /// selected it before. Has to be set: it is to be stored.
     std::function<void(const AutomationPass&)> onTakeSuperseded;
     /// The take being recorded or waiting, for recovery.
     std::optional<PendingTake> pendingTake() const;
@@ -64,8 +79,10 @@ public:
 
 private:
     void noteModeChange();
+    void applyNull();
     void noteFullFrame();
-    void setSelectedPass(const std::optional<AutomationPass>& pass);
+    void followPlayedPass();
+    void leaveModeWithoutPass();
     std::optional<QList<ChannelSnapshot>> baselineState() const;
     ControllerValues baselineLanes() const;
     void applyBaselineToConsole();
@@ -81,6 +98,7 @@ private:
     void consumeChanges();
     void consume(ConsoleChange change);
     void answerHand(const ConsoleChange& change, std::optional<int> faderBefore, std::optional<int> laneBefore);
+    std::optional<int> rideStart(int faderCC, std::optional<int> faderBefore);
     void takeBackRides(Uptime dumpStamp);
     void settleTake();
 
@@ -95,6 +113,8 @@ private:
     std::optional<TimecodePosition> position() const;
     void refreshNullTargets();
     void showHand(ChannelState& channel);
+    void showHands();
+    void noteScreenZeroed();
     void clearNullTargets();
     void armEdgeTimer(Uptime now);
 
@@ -111,10 +131,13 @@ private:
     std::vector<int> _covered;           // faders whose hand it covered on a held screen
     DeskHands _hands;
     PlaybackOutput _output;
-    PassIndex _index; // of the selected pass
+    PassIndex _index; // of the played pass
+    std::optional<AutomationPass> _indexed;
     PassCursor _cursor{_index};
     UpdateRides _rides;
+    std::bitset<MIDIChannelMapping::controllerCount> _hasMet; // faders whose hand has met its NULL target
     TakeRecorder _recorder;
+    QProperty<bool> _isRecording{false};
     std::optional<AutomationMode> _suspendedMode; // of a take ended by a stop that may yet be a dropout
 
     bool _hasAssertedInitialState = false; // and so the cursor is where the pass plays
@@ -128,6 +151,8 @@ private:
     QTimer _edgeTimer;
     QPropertyNotifier _modeNotifier;
     QPropertyNotifier _destinationNotifier;
+    QPropertyNotifier _sizeNotifier;
+    QPropertyNotifier _playedNotifier;
 };
 
 } // namespace tessik

@@ -42,9 +42,10 @@ void PassEngine::consume(ConsoleChange change) {
     std::erase(_owed, change.cc);
     std::erase(_covered, change.cc);
 
-    const bool isWriting =
-        _recorder.isRecording() ? _mode == AutomationMode::write : _suspendedMode == AutomationMode::write;
-    if (isWriting) _recorder.move(change.stamp, change.cc, change.value);
+    const AutomationMode taking = isRecording() ? _mode : _suspendedMode.value_or(AutomationMode::off);
+    // Over a gap in UPDATE too, what the pass knows nothing of is as it is left.
+    const bool isLeft = taking == AutomationMode::update && !isPlaying() && !_cursor.values()[std::size_t(change.cc)];
+    if (taking == AutomationMode::write || isLeft) _recorder.move(change.stamp, change.cc, change.value);
     switch (change.origin) {
     case ChangeOrigin::desk:
     case ChangeOrigin::screen:
@@ -55,6 +56,11 @@ void PassEngine::consume(ConsoleChange change) {
         break;
     case ChangeOrigin::recall:
     case ChangeOrigin::zero:
+        // It holds until the channel's next event, and is heard so long.
+        if (_mode == AutomationMode::update && isPlaying()) {
+            _rides.replace(change.stamp, change.cc, change.value);
+            _recorder.move(change.stamp, change.cc, change.value);
+        }
         if (_output.isScreenHeld() && isFader(change.cc)) _covered.push_back(change.cc);
         break;
     }
@@ -78,8 +84,9 @@ void PassEngine::answerHand(const ConsoleChange& change, std::optional<int> fade
         } else if (isScreen) {
             _rides.setOutput(change.stamp, cc, change.value, *automation);
         } else {
-            isRide = faderBefore && faderBefore != _hands.value(cc);
-            if (isRide) _rides.moveBy(change.stamp, cc, change.value - *faderBefore);
+            const std::optional<int> start = rideStart(cc, faderBefore);
+            isRide = start && start != _hands.value(cc);
+            if (isRide) _rides.moveBy(change.stamp, cc, change.value - *start);
         }
         if (isRide) _recorder.move(change.stamp, cc, automation ? output(cc) : change.value);
         _nullsStale = true;
@@ -89,42 +96,58 @@ void PassEngine::answerHand(const ConsoleChange& change, std::optional<int> fade
     if (automation) _owed.push_back(cc);
 }
 
+/// Where the hand's movement begins to count, none where it does not yet. Under NULL the way to the target is no ride:
+/// who meets it stands there, who passes it began there.
+std::optional<int> PassEngine::rideStart(int faderCC, std::optional<int> faderBefore) {
+    const std::size_t lane = std::size_t(faderCC);
+    const std::optional<int> hand = _hands.value(faderCC);
+    if (!hand || !_output.isScreenHeld() || _hasMet[lane]) return faderBefore;
+    const int target = output(faderCC);
+    const bool isThere = ChannelState::nullMatch(*hand, target) == ChannelState::NullMatch::matched;
+    const bool hasPassed = faderBefore && (*faderBefore < target) != (*hand < target);
+    _hasMet[lane] = isThere || hasPassed;
+    if (isThere) return hand;
+    return hasPassed ? std::optional(target) : std::nullopt;
+}
+
 void PassEngine::takeBackRides(Uptime dumpStamp) {
     _dumpAt = dumpStamp;
     const Uptime begunAt = dumpStamp - DeskHands::dumpWindow;
     std::vector<int> lanes = _rides.takeBackSince(begunAt);
-    if (lanes.empty() || !_recorder.isRecording()) return;
+    if (lanes.empty() || !isRecording()) return;
     const std::int64_t from = offsetOf(_tape.frameAt(begunAt));
-    _recorder.takeBack(from, lanes);
-    // What was true of it comes again: rides of the first frame, and the automation under those from before.
+    _recorder.takeBack(from + 1, lanes);
+    // What was true of it comes again: rides that the take did not have yet, and the automation under earlier ones.
     std::erase_if(lanes, [this](int cc) { return !_recorder.has(cc) && !_rides.isRidden(cc); });
     PassCursor again(_index);
     again.seek(baselineLanes(), from);
     for (const int cc : lanes)
-        if (const std::optional<int> automation = again.values()[std::size_t(cc)])
+        if (const std::optional<int> automation = again.values()[std::size_t(cc)]; automation && !_recorder.has(cc))
             _recorder.record(from, cc, _rides.output(cc, *automation));
     again.advance(_offset, [&](const LaneEvent& event) {
-        if (std::find(lanes.begin(), lanes.end(), event.cc) != lanes.end())
-            _recorder.record(event.frameOffset, event.cc, _rides.output(event.cc, event.value));
+        if (std::find(lanes.begin(), lanes.end(), event.cc) == lanes.end()) return;
+        _rides.release(event.cc);
+        _recorder.record(event.frameOffset, event.cc, _rides.output(event.cc, event.value));
     });
 }
 
 void PassEngine::settleTake() {
-    if (!_recorder.isRecording()) return;
+    if (!isRecording()) return;
     _recorder.settle(_tape.knownUntil(), [this](Uptime stamp) { return offsetOf(_tape.frameAt(stamp)); });
 }
 
 // ---- playback
 
 bool PassEngine::isPlayable() const {
-    const std::optional<AutomationPass>& pass = selectedPass.value();
+    const std::optional<AutomationPass>& pass = playedPass.value();
     return needsPass(_mode) && pass && pass->frameRate == _tape.rate();
 }
 
 /// Into the pass that plays, or into the take where none does.
 std::int64_t PassEngine::offsetOf(double frame) const {
-    const std::optional<AutomationPass>& pass = needsPass(_mode) ? selectedPass.value() : recordingPass.value();
-    return std::int64_t(std::floor(frame)) - (pass ? pass->startTimecode.totalFrames() : 0);
+    const std::optional<AutomationPass>& pass = needsPass(_mode) ? playedPass.value() : recordingPass.value();
+    const std::int64_t length = needsPass(_mode) ? _index.lastOffset() : _offset;
+    return pass ? pass->offsetOf(std::int64_t(std::floor(frame)), length) : 0;
 }
 
 /// Of a lane for which the automation has a value.
@@ -142,6 +165,7 @@ void PassEngine::play(Uptime now) {
         return assertOutputs();
     }
     _cursor.advance(_offset, [this](const LaneEvent& event) {
+        _rides.release(event.cc);
         _output.play(event.cc, output(event.cc), Urgency::playback);
         recordRide(event.frameOffset, event.cc);
     });
@@ -163,7 +187,7 @@ void PassEngine::assertOutputs() {
 
 /// A lane that is ridden in this take goes on with the output, also where only the automation moves.
 void PassEngine::recordRide(std::int64_t offset, int cc) {
-    if (_recorder.isRecording() && _recorder.has(cc)) _recorder.record(offset, cc, output(cc));
+    if (isRecording() && _recorder.has(cc)) _recorder.record(offset, cc, output(cc));
 }
 
 // ---- NULL
@@ -179,8 +203,8 @@ void PassEngine::setNullEnabled(bool enabled) {
     if (!needsPass(_mode)) return;
     _output.holdScreen();
     _isAssertionDue = true; // a fader that a hand has taken goes back to the automation
-    for (ChannelState* channel : _consoleModel.allVisibleChannels())
-        showHand(*channel);
+    _hasMet.reset();
+    showHands();
     refreshNullTargets();
 }
 
@@ -188,6 +212,18 @@ void PassEngine::setNullEnabled(bool enabled) {
 void PassEngine::showHand(ChannelState& channel) {
     if (const std::optional<int> hand = _hands.value(MIDIChannelMapping::faderCC(channel.kind)))
         channel.faderValue = *hand;
+}
+
+void PassEngine::showHands() {
+    for (ChannelState* channel : _consoleModel.allVisibleChannels())
+        showHand(*channel);
+}
+
+/// It took the targets with it.
+void PassEngine::noteScreenZeroed() {
+    consumeChanges();
+    if (_output.isScreenHeld()) showHands();
+    _nullsStale = true;
 }
 
 void PassEngine::clearNullTargets() {
@@ -206,18 +242,24 @@ void PassEngine::refreshNullTargets() {
     const std::optional<TimecodePosition> at = position();
     _lastNullRefreshFrames = at ? std::optional(at->totalFrames()) : std::nullopt;
     _nullsStale = false;
-    const std::optional<AutomationPass>& pass = selectedPass.value();
+    const std::optional<AutomationPass>& pass = playedPass.value();
     if (!nullEnabled.value() || !needsPass(_mode) || !pass) return;
     if (at && at->frameRate != pass->frameRate) return clearNullTargets();
+    const bool plays = isPlaying();
     ControllerValues automation = _cursor.values();
-    if (!isPlaying()) {
+    if (!plays) {
         automation = baselineLanes();
-        _index.applyUpTo(at ? at->totalFrames() - pass->startTimecode.totalFrames() : 0, automation);
+        _index.applyUpTo(at ? pass->offsetOf(at->totalFrames(), _index.lastOffset()) : 0, automation);
     }
     for (ChannelState* channel : _consoleModel.allVisibleChannels()) {
         const int cc = MIDIChannelMapping::faderCC(channel->kind);
-        if (const std::optional<int> value = automation[std::size_t(cc)])
-            channel->nullTarget = _rides.output(cc, *value);
+        const std::optional<int> value = automation[std::size_t(cc)];
+        if (!value) continue;
+        const int target = plays ? output(cc) : *value;
+        channel->nullTarget = target;
+        const std::optional<int> hand = _hands.value(cc);
+        if (hand && ChannelState::nullMatch(*hand, target) == ChannelState::NullMatch::matched)
+            _hasMet.set(std::size_t(cc));
     }
 }
 

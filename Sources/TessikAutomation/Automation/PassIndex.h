@@ -23,6 +23,7 @@ public:
         std::vector<std::uint8_t> values;
     };
     const Lane& lane(int cc) const { return _lanes[std::size_t(cc)]; }
+    std::int64_t lastOffset() const { return _events.empty() ? 0 : _events.back().frameOffset; }
     /// Position in `events` of the first one after that offset.
     std::size_t firstAfter(std::int64_t offset) const;
     /// Writes the value of every lane's last event at or before that offset over `values`; lanes without one are left.

@@ -29,7 +29,8 @@ PassLanes::PassLanes(const AutomationPass& pass) : _index(pass.events) {
                              .switches = changing(switches.values, _start[std::size_t(switchCC)]),
                              .events = qsizetype(events)});
         for (const PassIndex::Lane* lane : {&fader, &switches})
-            if (!lane->offsets.empty()) _lastOffset = std::max(_lastOffset, lane->offsets.back());
+            if (!lane->offsets.empty())
+                _lastOffset = std::clamp(lane->offsets.back(), _lastOffset, TimecodePosition::farthest);
     }
 }
 

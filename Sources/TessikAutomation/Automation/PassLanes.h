@@ -20,7 +20,7 @@ public:
     };
     /// In the desk's order, only those with events.
     const std::vector<Channel>& channels() const { return _channels; }
-    /// Of all events; at least 0.
+    /// Of all events; at least 0, and never too far to be counted with.
     std::int64_t lastOffset() const { return _lastOffset; }
 
     /// What a controller was in a stretch of the pass.

@@ -11,7 +11,7 @@ namespace {
 
 using Meta = MIDITrackWriter::Meta;
 
-constexpr int ticksPerFrame = 80;
+constexpr int ticksPerFrame = 100;
 constexpr std::int64_t hoursPerDay = 24;
 constexpr qsizetype maxNameLength = 200;
 const QByteArray startMarker = QByteArrayLiteral("Take");
@@ -23,16 +23,25 @@ std::int64_t realFrame(MTCFrameRate rate, std::int64_t label) {
 std::int64_t labelOf(MTCFrameRate rate, std::int64_t realFrame) {
     return rate == MTCFrameRate::fps30Drop ? DropFrame::labelOfFrame(realFrame) : realFrame;
 }
-std::int64_t labelsPerDay(MTCFrameRate rate) { return hoursPerDay * 3600 * framesPerSecond(rate); }
 
-/// What a division says of 29.97 drop.
+/// What a division in frames says of 29.97 drop.
 constexpr int dropDivision = 29;
-int divisionOf(MTCFrameRate rate) { return rate == MTCFrameRate::fps30Drop ? dropDivision : framesPerSecond(rate); }
+
+/// A beat of what is written is half a second of nominal frames.
+int ticksPerQuarter(MTCFrameRate rate) { return framesPerSecond(rate) * ticksPerFrame / 2; }
+int microsecondsPerQuarter(MTCFrameRate rate) { return rate == MTCFrameRate::fps30Drop ? 500'500 : 500'000; }
 
 bool isInRange(std::int64_t value, std::int64_t end) { return value >= 0 && value < end; }
 bool isLabel(const TimecodePosition& label) {
     return isInRange(label.hours, hoursPerDay) && isInRange(label.minutes, 60) && isInRange(label.seconds, 60) &&
            isInRange(label.frames, framesPerSecond(label.frameRate));
+}
+
+/// The label of an SMPTE offset; none where it is no timecode.
+std::optional<TimecodePosition> toldStart(const std::array<std::uint8_t, 5>& offset) {
+    const auto [hours, minutes, seconds, frames, subframes] = offset;
+    const TimecodePosition told{*mtcFrameRateFromRawValue(hours >> 5 & 3), hours & 0x1F, minutes, seconds, frames};
+    return hours < 0x80 && isLabel(told) ? std::optional(told) : std::nullopt;
 }
 
 QString counted(std::int64_t count, const QString& one, const QString& many) {
@@ -94,7 +103,10 @@ class Importer {
 public:
     Importer(const StandardMIDIFile& file, int midiChannel, MTCFrameRate rateForBeats)
         : _file(file), _asked(midiChannel - 1), _channel(_asked), _rate(rateForBeats) {
-        if (file.framesPerSecond == dropDivision)
+        if (file.smpteOffset) _told = toldStart(*file.smpteOffset);
+        if (file.framesPerSecond == 0 && _told)
+            _rate = _told->frameRate;
+        else if (file.framesPerSecond == dropDivision)
             _rate = MTCFrameRate::fps30Drop;
         else if (file.framesPerSecond > 0)
             _rate = file.framesPerSecond == 24   ? MTCFrameRate::fps24
@@ -141,19 +153,17 @@ private:
             _notes << QStringLiteral("It does not say where it starts; it was put at %1.").arg(zero.displayString());
             return zero;
         }
-        const auto [hours, minutes, seconds, frames, subframes] = *_file.smpteOffset;
-        const TimecodePosition told{*mtcFrameRateFromRawValue(hours >> 5 & 3), hours & 0x1F, minutes, seconds, frames};
-        if (hours >= 0x80 || !isLabel(told)) {
+        if (!_told) {
             _notes << QStringLiteral("Where it says that it starts is no timecode; it was put at %1.")
                           .arg(zero.displayString());
             return zero;
         }
-        TimecodePosition taken = told;
+        TimecodePosition taken = *_told;
         taken.frameRate = _rate;
-        taken.frames = told.frames * framesPerSecond(_rate) / framesPerSecond(told.frameRate);
-        if (told.frames != 0 && taken.frames != told.frames)
+        taken.frames = _told->frames * framesPerSecond(_rate) / framesPerSecond(_told->frameRate);
+        if (_told->frames != 0 && taken.frames != _told->frames)
             _notes << QStringLiteral("It starts at %1 of %2, which was taken as %3 of %4.")
-                          .arg(told.displayString(), description(told.frameRate), taken.displayString(),
+                          .arg(_told->displayString(), description(_told->frameRate), taken.displayString(),
                                description(_rate));
         return taken;
     }
@@ -239,6 +249,7 @@ private:
     const int _asked; // both counted from 0
     int _channel;
     MTCFrameRate _rate;
+    std::optional<TimecodePosition> _told; // where the file says that it starts
     std::optional<AutomationPass> _pass;
     QStringList _notes;
     std::int64_t _otherChannels = 0, _otherControllers = 0, _notesPlayed = 0, _otherMessages = 0;
@@ -261,6 +272,10 @@ QByteArray write(const AutomationPass& pass, int midiChannel, QString& error) {
          {start.hours | std::int64_t(rate) << 5, start.minutes, start.seconds, start.frames, std::int64_t(0)})
         offset.append(char(field));
     track.addMeta(Meta::smpteOffset, offset);
+    QByteArray tempo;
+    for (const int shift : {16, 8, 0})
+        tempo.append(char(microsecondsPerQuarter(rate) >> shift));
+    track.addMeta(Meta::tempo, tempo);
 
     const auto status = std::uint8_t(0xB0 | (midiChannel - 1));
     if (pass.initialState) {
@@ -286,7 +301,7 @@ QByteArray write(const AutomationPass& pass, int midiChannel, QString& error) {
         const std::int64_t frame = realFrame(rate, startLabel + label) - realFrame(rate, startLabel);
         track.addMessage(frame * ticksPerFrame, status, lane->cc, lane->value);
     }
-    return track.file(divisionOf(rate), ticksPerFrame);
+    return track.file(ticksPerQuarter(rate));
 }
 
 Imported read(QByteArrayView bytes, int midiChannel, MTCFrameRate rateForBeats, const QDateTime& createdAt) {

@@ -221,10 +221,10 @@ void MIDITrackWriter::addLength(std::uint32_t length) {
     _track.append(char(length & 0x7F));
 }
 
-QByteArray MIDITrackWriter::file(int framesPerSecond, int ticksPerFrame) {
+QByteArray MIDITrackWriter::file(int ticksPerQuarter) {
     addMeta(Meta::endOfTrack, {});
     QByteArray all("MThd\0\0\0\6\0\0\0\1", 12);
-    all.append(char(0x100 - framesPerSecond)).append(char(ticksPerFrame)).append("MTrk");
+    all.append(char(ticksPerQuarter >> 8)).append(char(ticksPerQuarter)).append("MTrk");
     std::array<char, 4> size{};
     qToBigEndian(std::uint32_t(_track.size()), size.data());
     return all.append(size.data(), qsizetype(size.size())).append(_track);

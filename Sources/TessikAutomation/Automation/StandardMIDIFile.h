@@ -42,7 +42,7 @@ struct StandardMIDIFile {
     QString parse(QByteArrayView bytes);
 };
 
-/// Writes the single track of a type 0 file that counts in frames.
+/// Writes the single track of a type 0 file that counts in quarter notes.
 class MIDITrackWriter {
 public:
     enum class Meta : std::uint8_t {
@@ -57,7 +57,7 @@ public:
     /// At a tick, none earlier than those before and less than 2^28 later.
     void addMessage(std::int64_t tick, std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
     /// The whole file. Nothing may be added after it.
-    QByteArray file(int framesPerSecond, int ticksPerFrame);
+    QByteArray file(int ticksPerQuarter);
 
 private:
     void addTime(std::int64_t tick);

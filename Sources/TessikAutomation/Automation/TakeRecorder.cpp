@@ -6,7 +6,6 @@ namespace tessik {
 
 void TakeRecorder::begin(PendingTake take, const ControllerValues& known) {
     *this = {};
-    _isRecording = true;
     _take = std::move(take);
     _last = known;
 }

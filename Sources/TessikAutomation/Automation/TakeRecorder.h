@@ -10,12 +10,11 @@ namespace tessik {
 /// Grows one take: in chunks that copies share, and only with what a stop of the tape cannot take back.
 ///
 /// A stop is noticed half a second late, so a move waits here until timecode has told that the tape still rolled when
-/// it was made. The take can be opened again after its end, when the stop was none.
+/// it was made. After its end the take can go on, with the moves made meanwhile, when the stop was none.
 class TakeRecorder {
 public:
     /// A new take, without chunks yet. `known` is what needs no event: the state that the take begins with.
     void begin(PendingTake take, const ControllerValues& known);
-    bool isRecording() const { return _isRecording; }
 
     /// A move that was made at an instant, not yet known to be in the take.
     void move(Uptime stamp, int cc, int value);
@@ -37,10 +36,6 @@ public:
     /// The take as it stands, up to an offset.
     PendingTake takeAt(std::int64_t offset) const;
 
-    void end() { _isRecording = false; }
-    /// The tape rolls on: so does the take, with the moves made meanwhile.
-    void reopen() { _isRecording = true; }
-
 private:
     struct Move {
         Uptime stamp;
@@ -50,7 +45,6 @@ private:
 
     static constexpr qsizetype chunkSize = 4096;
 
-    bool _isRecording = false;
     PendingTake _take;
     qsizetype _eventCount = 0;
     std::deque<Move> _moves;

@@ -12,21 +12,29 @@ constexpr Uptime remembered = 500ms;
 
 int UpdateRides::output(int cc, int automation) const {
     const Ride& ride = _rides[std::size_t(cc)];
+    if (ride.inPlace) return *ride.inPlace;
     if (cc < MIDIChannelMapping::switchCCOffset) return std::clamp(automation + ride.trim, 0, 127);
     return (automation & ~ride.heldBits) | ride.held;
 }
 
-void UpdateRides::moveBy(Uptime stamp, int faderCC, int difference) { change(stamp, faderCC).trim += difference; }
+void UpdateRides::moveBy(Uptime stamp, int faderCC, int difference) {
+    change(stamp, faderCC).trim += difference;
+    release(faderCC);
+}
 
 void UpdateRides::setOutput(Uptime stamp, int faderCC, int value, int automation) {
     change(stamp, faderCC).trim = value - automation;
+    release(faderCC);
 }
 
 void UpdateRides::press(Uptime stamp, int switchCC, int before, int now) {
     Ride& ride = change(stamp, switchCC);
     ride.heldBits |= before ^ now;
     ride.held = (ride.held & ~(before ^ now)) | (now & (before ^ now));
+    if (ride.inPlace) ride.inPlace = now;
 }
+
+void UpdateRides::replace(Uptime stamp, int cc, int value) { change(stamp, cc).inPlace = value; }
 
 std::vector<int> UpdateRides::takeBackSince(Uptime stamp) {
     std::vector<int> lanes;

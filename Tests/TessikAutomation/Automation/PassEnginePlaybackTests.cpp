@@ -201,5 +201,122 @@ TEST_F(PassEngineTest, UnderNullTheScreenIsTheHandsAndTheDeskTheAutomations) {
     EXPECT_EQ(target(in1), std::nullopt);
 }
 
+TEST_F(PassEngineTest, UnderNullAHandRidesOnlyFromItsTargetOn) {
+    struct Case {
+        const char* name;
+        std::vector<int> hand; // of which the first is known from before
+        int output;
+    };
+    for (const Case& each :
+         {Case{"on the way", {30, 35, 40, 45}, 50}, Case{"away from it", {30, 20}, 50},
+          Case{"meets it, and rides", {30, 40, 50, 57}, 57}, Case{"meets it from above", {80, 51, 46}, 45},
+          Case{"passes it, and rides from there", {30, 56}, 56}, Case{"passes it and comes back", {30, 56, 50, 48}, 48},
+          Case{"stood there from the first", {50, 44}, 44}, Case{"unknown", {-1, 70, 60}, 50}}) {
+        SCOPED_TRACE(each.name);
+        if (each.hand.front() >= 0)
+            desk.moveFader(in1, each.hand.front());
+        else
+            desk.recallScene(0);
+        run(1s);
+        engine.select(pass({}));
+        arm(AutomationMode::update);
+        engine.setNullEnabled(true);
+        rollFrom(0);
+        runTo(10);
+        EXPECT_EQ(desk.vca(in1), 50);
+        for (std::size_t i = 1; i < each.hand.size(); ++i) {
+            desk.moveFader(in1, each.hand[i]);
+            run(50ms);
+            EXPECT_EQ(shown(in1), each.hand[i]);
+        }
+        EXPECT_EQ(desk.vca(in1), each.output);
+        EXPECT_EQ(target(in1), each.output);
+        stop();
+        EXPECT_EQ(fadersOf(take(), in1).empty(), each.output == 50);
+        arm(AutomationMode::off);
+        engine.discardTake();
+    }
+}
+
+TEST_F(PassEngineTest, ATargetThatComesToTheHandIsMetAndARollAsksAnew) {
+    desk.moveFader(in1, 30);
+    run(20ms);
+    engine.select(pass({fader(20, in1, 30), fader(30, in1, 90)}));
+    arm(AutomationMode::update);
+    engine.setNullEnabled(true);
+    rollFrom(0);
+    runTo(35);
+    EXPECT_EQ(desk.vca(in1), 90);
+    desk.moveFader(in1, 32);
+    run(50ms);
+    EXPECT_EQ(desk.vca(in1), 92) << "they have met at frame 20";
+    engine.setNullEnabled(false);
+    desk.moveFader(in1, 34);
+    run(50ms);
+    EXPECT_EQ(desk.vca(in1), 94);
+    engine.setNullEnabled(true);
+    desk.moveFader(in1, 40);
+    run(50ms);
+    EXPECT_EQ(desk.vca(in1), 94) << "to be met again";
+    desk.moveFader(in1, 94);
+    run(50ms);
+    stop();
+    desk.moveFader(in1, 80);
+    engine.discardTake();
+    arm(AutomationMode::update);
+    rollFrom(20);
+    runTo(35);
+    desk.moveFader(in1, 100);
+    run(50ms);
+    EXPECT_EQ(desk.vca(in1), 100) << "passed it";
+    stop();
+    arm(AutomationMode::update);
+    rollFrom(0);
+    runTo(10);
+    desk.moveFader(in1, 99);
+    run(50ms);
+    EXPECT_EQ(desk.vca(in1), 50) << "the hand is far from where this roll begins";
+}
+
+TEST_F(PassEngineTest, NullDoesNotOutliveADropoutOfAWrite) {
+    arm(AutomationMode::write);
+    rollFrom(0);
+    runTo(20);
+    service.unplug(SimulatedRecorder::portName);
+    run(800ms);
+    ASSERT_EQ(engine.mode.value(), AutomationMode::read);
+    engine.setNullEnabled(true);
+    service.plug(SimulatedRecorder::portName);
+    for (int i = 0; i < 500 && engine.mode.value() != AutomationMode::write; ++i)
+        run(1ms);
+    ASSERT_EQ(engine.mode.value(), AutomationMode::write);
+    EXPECT_FALSE(engine.nullEnabled.value());
+    EXPECT_EQ(target(in1), std::nullopt);
+}
+
+TEST_F(PassEngineTest, ChannelsThatComeWithTheConsolesSizeAreAsserted) {
+    model.modelSize = ConsoleModel::ModelSize::ch24;
+    roll(AutomationMode::read, pass({fader(5, ChannelKind::input(30), 70)}));
+    model.modelSize = ConsoleModel::ModelSize::ch32;
+    run(200ms);
+    EXPECT_EQ(desk.vca(ChannelKind::input(29)), 50);
+    EXPECT_EQ(desk.vca(ChannelKind::input(30)), 70);
+    EXPECT_EQ(shown(ChannelKind::input(30)), 70);
+}
+
+TEST_F(PassEngineTest, AZeroOfTheScreenLeavesWhereNullLeads) {
+    desk.moveFader(in1, 30);
+    run(20ms);
+    engine.select(pass({}));
+    arm(AutomationMode::read);
+    locate(passStart);
+    engine.setNullEnabled(true);
+    output.resetChannels(model, false);
+    run(20ms);
+    EXPECT_EQ(target(in1), 50);
+    EXPECT_EQ(shown(in1), 30);
+    EXPECT_EQ(shown(in2), 0);
+}
+
 } // namespace
 } // namespace tessik::test

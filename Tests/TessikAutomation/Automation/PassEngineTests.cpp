@@ -76,7 +76,7 @@ TEST_F(PassEngineTest, MovesBehindTheLastTimecodeAreInTheTakeOnlyWhenTheTapeRoll
         EXPECT_EQ(engine.mode.value(), AutomationMode::read);
         EXPECT_EQ(fadersOf(take(), in1).size(), 1u);
         desk.moveFader(in1, isDropout ? 40 : 140);
-        run(100ms);
+        run(isDropout ? 100ms : 1200ms); // what is away for two seconds has stopped
         service.plug(SimulatedRecorder::portName);
         QCoreApplication::sendPostedEvents();
         tape.play();
@@ -214,9 +214,31 @@ TEST_F(PassEngineTest, UpdateRidesOverThePass) {
     EXPECT_EQ(target(in1), 77);
     locate(passStart + 50);
     EXPECT_EQ(target(in1), 127);
+    tape.play();
+    runTo(62);
+    EXPECT_EQ(desk.vca(in1), 77) << "the ride is in it, and not on top again";
+    stop();
+    locate(passStart + 50);
     engine.discardTake();
     run(20ms);
     EXPECT_EQ(target(in1), 90);
+}
+
+TEST_F(PassEngineTest, WhatIsHeardThroughARecallOrAZeroIsInAnUpdateTakeUntilTheNextEvent) {
+    roll(AutomationMode::update, pass({fader(40, in1, 60), switches(40, in1, {.eqOn = true})}));
+    recall.recall(
+        {.id = {}, .name = {}, .createdAt = {}, .channels = {{.kind = in1, .faderValue = 21, .chanMuted = true}}});
+    runTo(30);
+    output.resetChannels(model, true);
+    runTo(50);
+    EXPECT_EQ(desk.vca(in1), 60);
+    EXPECT_EQ(desk.vca(in2), 0);
+    stop();
+    ASSERT_FALSE(fadersOf(take(), in2).empty());
+    const std::int64_t end = fadersOf(take(), in2).back().first;
+    EXPECT_THAT(fadersOf(take(), in1), ElementsAre(std::pair(10, 21), std::pair(30, 0), std::pair(40, 60)));
+    EXPECT_THAT(mutesOf(take(), in1), ElementsAre(std::pair(10, true), std::pair(30, false), std::pair(40, false)));
+    EXPECT_THAT(fadersOf(take(), in2), ElementsAre(std::pair(30, 0), std::pair(end, 50)));
 }
 
 TEST_F(PassEngineTest, WhatTheDeskTellsOfOurOwnValueIsNoRide) {

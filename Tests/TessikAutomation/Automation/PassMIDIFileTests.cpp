@@ -73,17 +73,20 @@ TEST(PassMIDIFile, WritesWhatAnySequencerReads) {
     pass.initialState.reset();
     pass.events = {fader(2, ChannelKind::input(2), 64)};
     QString error;
-    const QByteArray track = bytes({0,    0xFF, 0x03, 1, 'A',                         // name
-                                    0,    0xFF, 0x54, 5, 1 << 5, 59, 0,    17,   0,   // 25 fps, 00:59:00:17
-                                    0x81, 0x20, 0xB3, 1, 64,     0,  0xFF, 0x2F, 0}); // 160 ticks later
+    const QByteArray track = bytes({0,    0xFF, 0x03, 1, 'A',                           // name
+                                    0,    0xFF, 0x54, 5, 1 << 5, 59,   0,    17,   0,   // 25 fps, 00:59:00:17
+                                    0,    0xFF, 0x51, 3, 0x07,   0xA1, 0x20,            // 500,000 µs a beat
+                                    0x81, 0x48, 0xB3, 1, 64,     0,    0xFF, 0x2F, 0}); // 200 ticks later
     EXPECT_EQ(PassMIDIFile::write(pass, 4, error),
-              chunk("MThd", bytes({0, 0, 0, 1, 0x100 - 25, 80})) + chunk("MTrk", track));
+              chunk("MThd", bytes({0, 0, 0, 1, 0x04, 0xE2})) + chunk("MTrk", track)); // 1,250 ticks a beat
 
     pass.frameRate = MTCFrameRate::fps30Drop; // a minute of labels is 1,798 frames
     pass.startTimecode = TimecodePosition::fromTotalFrames(pass.frameRate, 1802);
     pass.events = {fader(1800, ChannelKind::input(2), 64)};
     const QByteArray written = PassMIDIFile::write(pass, 4, error);
-    EXPECT_TRUE(written.contains(bytes({0x88, 0xE3, 0x60, 0xB3, 1, 64}))) << written.toHex(' ').constData();
+    EXPECT_TRUE(written.contains(bytes({0x05, 0xDC, 'M', 'T', 'r', 'k'}))) << written.toHex(' ').constData();
+    EXPECT_TRUE(written.contains(bytes({0xFF, 0x51, 3, 0x07, 0xA3, 0x14}))) << "500,500 µs a beat";
+    EXPECT_TRUE(written.contains(bytes({0x8A, 0xFC, 0x58, 0xB3, 1, 64}))) << "179,800 ticks later";
 
     EXPECT_EQ(error, QString());
     pass.startTimecode.hours = 24;
@@ -102,9 +105,11 @@ TEST(PassMIDIFile, TakesBeatsTracksAndRunningStatusFromOtherSequencers) {
     const QByteArray moves = bytes({0,    0xFF, 0x03, 3,  'M',  'i',  'x', 0,  0xB0, 0,  10, // running status follows
                                     0x83, 0x60, 0,    20, 0x83, 0x60, 64,  31, 0x60, 48, 99});
     const QByteArray others = bytes({0, 0x90, 60, 100, 0, 0xC0, 3, 0, 0xB0, 40, 1, 0, 0xB7, 0, 1, 0, 0xF0, 2, 1, 0xF7});
-    const PassMIDIFile::Imported read = import(file(1, 0x01, 0xE0, {conductor, moves, others})); // 480 a quarter
+    const PassMIDIFile::Imported read =
+        import(file(1, 0x01, 0xE0, {conductor, moves, others}), 1, MTCFrameRate::fps30); // 480 a quarter
     EXPECT_EQ(read.error, QString());
     ASSERT_TRUE(read.pass);
+    EXPECT_EQ(read.pass->frameRate, MTCFrameRate::fps25) << "as its offset counts";
     EXPECT_EQ(read.pass->name, QStringLiteral("Mix"));
     EXPECT_EQ(read.pass->startTimecode.displayString(), QStringLiteral("01:00:00:00"));
     EXPECT_FALSE(read.pass->initialState);
@@ -118,6 +123,17 @@ TEST(PassMIDIFile, TakesBeatsTracksAndRunningStatusFromOtherSequencers) {
                            QStringLiteral("A controller that is no fader or switch of the desk was left out."),
                            QStringLiteral("A note was left out."),
                            QStringLiteral("2 messages of other kinds were left out.")}));
+}
+
+TEST(PassMIDIFile, TakesFilesThatCountInFrames) {
+    const QByteArray track = bytes({0, 0xFF, 0x54, 5, 2 << 5, 1, 0, 2, 0, // 29.97 drop, 00:01:00:02
+                                    0x88, 0xE3, 0x60, 0xB3, 1, 64});      // a minute of labels later, 1,798 frames
+    const PassMIDIFile::Imported read = import(file(0, 0x100 - 29, 80, {track}), 4);
+    ASSERT_TRUE(read.pass);
+    EXPECT_EQ(read.pass->frameRate, MTCFrameRate::fps30Drop);
+    EXPECT_EQ(read.pass->startTimecode.totalFrames(), 1802);
+    EXPECT_EQ(read.pass->events, QList<TimedEvent>{fader(1800, ChannelKind::input(2), 64)});
+    EXPECT_EQ(read.notes, QStringList());
 }
 
 TEST(PassMIDIFile, SaysWhatItDidWithWhatDoesNotFit) {
