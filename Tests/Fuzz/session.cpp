@@ -1,5 +1,6 @@
 // A whole session file of any bytes: it opens exactly where it is JSON with an object on top, and what was opened is
-// written and reads back equal.
+// written and reads back equal. Its labels can be counted with.
+#include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Session/SessionReader.h"
 #include "TessikAutomation/Session/SessionWriter.h"
 
@@ -39,6 +40,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const Validity valid = validity(text);
     if (valid != Validity::numbersTooLarge) require(result.document.has_value() == (valid == Validity::valid));
     if (!result.document) return 0;
+
+    for (const AutomationPass& pass : result.document->passes)
+        for (const TimedEvent& event : pass.events)
+            LocateTarget::passEnd(pass.startTimecode, event.frameOffset);
+    for (const auto& locator : {result.document->startLocator, result.document->endLocator})
+        if (locator) locator->totalFrames();
 
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);

@@ -5,6 +5,8 @@
 #include "TessikAutomation/ManualSettings/ManualSettingsStore.h"
 #include "TessikAutomation/ManualSettings/MasterSectionStore.h"
 
+#include <QStringList>
+
 namespace tessik {
 
 /// How far a Zero Console goes; each tier does what the one before does, and more.
@@ -15,6 +17,8 @@ inline constexpr std::array allResetTiers{ResetTier::channelsOnly, ResetTier::ch
 /// What the user reads of a tier.
 struct ResetTierTexts {
     QString menuTitle, dialogTitle, dialogMessage;
+    QStringList resets;   ///< what goes back to its defaults here
+    QStringList sendsNow; ///< what the desk is told; empty where nothing is sent
 };
 ResetTierTexts texts(ResetTier tier);
 

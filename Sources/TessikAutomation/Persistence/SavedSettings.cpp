@@ -27,25 +27,32 @@ std::optional<AppTheme> appThemeFromRawValue(const QString& raw) {
 namespace SavedSettings {
 namespace {
 
+std::unique_ptr<QSettings> openStore() {
+    const auto open = [](QSettings::Format format) {
+        const QString name = QStringLiteral("TessikAutomation");
+        return std::make_unique<QSettings>(format, QSettings::UserScope, name, name);
+    };
+    // Once for the run: what cannot be written later is still the suite's.
+    static const bool isSuiteUsable = open(QSettings::IniFormat)->status() == QSettings::NoError;
+    return open(isSuiteUsable ? QSettings::IniFormat : QSettings::NativeFormat);
+}
+
 QSettings& defaults() {
-    thread_local const std::unique_ptr<QSettings> shared = [] {
-        auto suite =
-            std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("TessikAutomation"),
-                                        QStringLiteral("TessikAutomation"));
-        return suite->status() == QSettings::NoError ? std::move(suite) : std::make_unique<QSettings>();
-    }();
+    thread_local const std::unique_ptr<QSettings> shared = openStore();
     return *shared;
 }
 
 void write(QLatin1String key, const QVariant& value) {
+    defaults();                                           // holds what cannot be written
+    const std::unique_ptr<QSettings> store = openStore(); // a status, once bad, stays so: this one's is of this write
     if (value.isValid())
-        defaults().setValue(key, value);
+        store->setValue(key, value);
     else
-        defaults().remove(key);
-    defaults().sync();
+        store->remove(key);
+    store->sync();
     QString problem;
-    if (defaults().status() != QSettings::NoError) {
-        problem = QStringLiteral("“%1” cannot be written.").arg(defaults().fileName());
+    if (store->status() != QSettings::NoError) {
+        problem = QStringLiteral("“%1” cannot be written.").arg(store->fileName());
         logLine(QStringLiteral("SavedSettings"), problem);
     }
     QMetaObject::invokeMethod(QCoreApplication::instance(), [problem] {
@@ -93,6 +100,10 @@ std::optional<int> midiOutMessagesPerSecond() {
     return stored && *stored >= 1 && *stored <= 100'000 ? std::optional(int(*stored)) : std::nullopt;
 }
 
+bool isMasterFolded() { return integer(Key::masterFolded).value_or(0) != 0; }
+
+QByteArray bytes(QLatin1String key) { return QByteArray::fromBase64(defaults().value(key).toString().toLatin1()); }
+
 bool isWelcomeDismissed() { return integer(Key::welcomeDismissed).value_or(0) != 0; }
 
 QStringList recentSessions() { return defaults().value(Key::recentSessions).toStringList(); }
@@ -111,6 +122,7 @@ std::optional<int> deskZoom() {
 
 void setInteger(QLatin1String key, std::int64_t value) { write(key, qlonglong(value)); }
 void setString(QLatin1String key, const QString& value) { write(key, value); }
+void setBytes(QLatin1String key, const QByteArray& value) { write(key, QString::fromLatin1(value.toBase64())); }
 void remove(QLatin1String key) { write(key, {}); }
 
 void setUniqueID(QLatin1String key, std::optional<std::int32_t> uniqueID) {

@@ -26,6 +26,9 @@ inline constexpr QLatin1String recentSessions{"recentSessions"};
 inline constexpr QLatin1String modelSize{"modelSize"};
 inline constexpr QLatin1String midiOutMessagesPerSecond{"midiOutMessagesPerSecond"};
 inline constexpr QLatin1String deskZoom{"deskZoom"};
+inline constexpr QLatin1String masterFolded{"masterFolded"};
+inline constexpr QLatin1String windowGeometry{"windowGeometry"};
+inline constexpr QLatin1String windowPanes{"windowPanes"};
 inline constexpr QLatin1String welcomeDismissed{"welcomeDismissed"};
 } // namespace Key
 
@@ -40,6 +43,10 @@ std::optional<std::uint8_t> mmcDeviceID();
 std::optional<ConsoleModel::ModelSize> modelSize();
 /// The size in which the desk is shown, in percent.
 std::optional<int> deskZoom();
+/// Whether the master section is folded away.
+bool isMasterFolded();
+/// What was kept with `setBytes`; empty where nothing was.
+QByteArray bytes(QLatin1String key);
 /// Whether the card of the first run was sent away.
 bool isWelcomeDismissed();
 /// Messages a second to the desk, 1 to 100,000; none where absent or out of range.
@@ -63,6 +70,7 @@ QProperty<Write>& lastWrite();
 
 void setInteger(QLatin1String key, std::int64_t value);
 void setString(QLatin1String key, const QString& value);
+void setBytes(QLatin1String key, const QByteArray& value);
 void remove(QLatin1String key);
 /// Stores a port choice, or removes its key.
 void setUniqueID(QLatin1String key, std::optional<std::int32_t> uniqueID);

@@ -60,7 +60,7 @@ bool JSONDecoder::failInside(const QString& step) {
     return false;
 }
 
-bool JSONDecoder::failJSON(error_code code) { return fail(error_message(code)); }
+bool JSONDecoder::failJSON() { return fail("something is missing or out of place"); }
 
 bool JSONDecoder::decode(Value value, bool& out) {
     return value.get_bool().get(out) ? fail("not true or false") : true;
@@ -132,6 +132,12 @@ bool JSONDecoder::decode(Value value, MTCFrameRate& out) {
     return true;
 }
 
+bool JSONDecoder::decode(Value value, TimecodePosition& out) {
+    if (!decode<TimecodePosition>(value, out)) return false;
+    out = out.bounded();
+    return true;
+}
+
 namespace {
 constexpr const char* oneKeyExpected = "Invalid number of keys found, expected one.";
 constexpr std::size_t noCase = 99;
@@ -199,12 +205,20 @@ bool JSONDecoder::decode(Value value, QList<TimedEvent>& out) {
 }
 
 bool JSONDecoder::walk(Value value) {
+    const char* const start = value.raw_json_token().data();
     ondemand::json_type type{};
-    if (const auto code = value.type().get(type)) return failJSON(code);
-    switch (type) {
-    case ondemand::json_type::array: return elements(value, [this](Value inner) { return walk(inner); });
-    case ondemand::json_type::object:
+    const bool isTyped = !value.type().get(type);
+    if (isTyped && type == ondemand::json_type::array)
+        return elements(value, [this](Value inner) { return walk(inner); });
+    if (isTyped && type == ondemand::json_type::object)
         return members(value, [this](std::string_view, Value inner) { return walk(inner); });
+    if (isTyped && walkLeaf(value, type)) return true;
+    _faultyValue = start;
+    return isTyped ? false : fail("not a value");
+}
+
+bool JSONDecoder::walkLeaf(Value value, ondemand::json_type type) {
+    switch (type) {
     case ondemand::json_type::string: {
         std::string_view ignored;
         return text(value, ignored);
@@ -215,10 +229,10 @@ bool JSONDecoder::walk(Value value) {
     }
     case ondemand::json_type::null: {
         bool isNull = false;
-        if (const auto code = value.is_null().get(isNull)) return failJSON(code);
+        if (value.is_null().get(isNull)) return failJSON();
         return isNull ? true : fail("not a value");
     }
-    case ondemand::json_type::number: break;
+    default: break;
     }
     std::string_view token = value.raw_json_token(); // up to the next token: white space may follow
     token = token.substr(0, token.find_last_not_of(" \t\r\n") + 1);
@@ -245,7 +259,7 @@ bool JSONDecoder::plain(ondemand::raw_json_string raw, std::string_view& out) {
         end += *end == '\\' ? 2 : 1;
     _unescaped.resize(std::size_t(end - start) + 2 * SIMDJSON_PADDING); // unescaping writes whole blocks
     std::uint8_t* room = _unescaped.data();
-    if (const auto code = _parser.unescape(raw, room).get(out)) return failJSON(code);
+    if (_parser.unescape(raw, room).get(out)) return failJSON();
     return true;
 }
 

@@ -37,6 +37,8 @@ public:
     /// ISO 8601 with date, time and zone, without fractions; UTC.
     bool decode(Value value, QDateTime& out);
     bool decode(Value value, MTCFrameRate& out);
+    /// Held to where frames can be counted.
+    bool decode(Value value, TimecodePosition& out);
     /// Exactly one case key; other keys are ignored.
     bool decode(Value value, ChannelKind& out);
     /// Exactly one key, which is a case.
@@ -69,6 +71,8 @@ public:
     /// "passes[1].name: not a string", below the value that was asked for: "[1].name: not a string".
     QString error() const { return _where + QStringLiteral(": ") + _what; }
     QString what() const { return _what; }
+    /// Where the value stands that `walk` could not read; null where the fault lies between values.
+    const char* faultyValue() const { return _faultyValue; }
 
 private:
     template <typename Expected, typename Visit>
@@ -77,11 +81,12 @@ private:
     bool members(Value value, Visit visit);
     template <typename Visit>
     bool elements(Value value, Visit visit);
+    bool walkLeaf(Value value, simdjson::ondemand::json_type type);
     bool text(Value value, std::string_view& out);
     bool plain(simdjson::ondemand::raw_json_string raw, std::string_view& out);
     bool fail(const char* what);
     bool failInside(const QString& step);
-    bool failJSON(simdjson::error_code code);
+    bool failJSON();
 
     const simdjson::ondemand::parser& _parser;
     std::vector<std::uint8_t> _unescaped;
@@ -89,6 +94,7 @@ private:
     int _depth = 0;
     QString _what;
     QString _where;
+    const char* _faultyValue = nullptr;
 };
 
 template <typename Expected, typename Visit>
@@ -108,7 +114,7 @@ bool JSONDecoder::members(simdjson::ondemand::object object, Expected expected, 
     if (++_depth > maxSessionDepth) return fail("nested too deep");
     for (auto member : object) {
         simdjson::ondemand::field field;
-        if (const auto code = std::move(member).get(field)) return failJSON(code);
+        if (std::move(member).get(field)) return failJSON();
         std::string_view key = expected();
         const bool asExpected = !key.empty() && field.key().unsafe_is_equal(key);
         if (!asExpected && !plain(field.key(), key)) return false;
@@ -126,7 +132,7 @@ bool JSONDecoder::elements(Value value, Visit visit) {
     qsizetype index = 0;
     for (auto element : array) {
         Value inner;
-        if (const auto code = std::move(element).get(inner)) return failJSON(code);
+        if (std::move(element).get(inner)) return failJSON();
         if (!visit(inner)) return failInside(QStringLiteral("[%1]").arg(index));
         ++index;
     }
@@ -137,7 +143,7 @@ bool JSONDecoder::elements(Value value, Visit visit) {
 template <typename T>
 bool JSONDecoder::decode(Value value, std::optional<T>& out) {
     bool isNull = false;
-    if (const auto code = value.is_null().get(isNull)) return failJSON(code);
+    if (value.is_null().get(isNull)) return failJSON();
     if (isNull) {
         out.reset();
         return true;

@@ -1,5 +1,7 @@
 #include "TessikAutomation/Session/LocateTarget.h"
 
+#include <algorithm>
+
 namespace tessik::LocateTarget {
 
 TimecodePosition start(const LocatorStore& locators, const std::optional<TimecodePosition>& currentPosition) {
@@ -12,7 +14,8 @@ std::optional<TimecodePosition> songEnd(const LocatorStore& locators, const std:
 }
 
 TimecodePosition passEnd(TimecodePosition start, std::optional<std::int64_t> lastOffset) {
-    if (lastOffset) start.addFrames(*lastOffset);
+    constexpr std::int64_t farthest = TimecodePosition::farthest; // a file may hold any offset
+    if (lastOffset) start.addFrames(std::clamp(*lastOffset, -farthest, farthest));
     return start;
 }
 

@@ -2,7 +2,9 @@
 
 #include "TessikAutomation/Automation/PendingTake.h"
 #include "TessikAutomation/Session/FileStamp.h"
-#include "TessikAutomation/Session/SessionDocument.h"
+#include "TessikAutomation/Session/SessionReader.h"
+
+#include <QUrl>
 
 #include <memory>
 #include <vector>
@@ -10,10 +12,10 @@
 namespace tessik {
 
 /// One running copy's folder of recovery files, locked as long as this lives: the kernel frees the lock of a copy that
-/// crashed. A folder without recovery files goes with its lock.
+/// crashed. A folder without recovery files and journals goes with its lock.
 class RecoveryFolder {
 public:
-    /// Where recovery files are kept: in the user's state folder.
+    /// Where recovery files are kept: in the user's state folder, which a path that is empty or relative does not name.
     static QString defaultRoot();
     /// A new folder below `root`, which is made where it is missing; null where that fails.
     static std::shared_ptr<RecoveryFolder> create(const QString& root);
@@ -22,6 +24,9 @@ public:
     ~RecoveryFolder();
     RecoveryFolder(const RecoveryFolder&) = delete;
     RecoveryFolder& operator=(const RecoveryFolder&) = delete;
+
+    /// Whether it still lies at its path. Somebody may clear it away.
+    bool isThere() const;
 
     const QString path;
 
@@ -36,18 +41,30 @@ struct RecoveryOrigin {
     QString sessionPath;            ///< empty for one that was never saved
     std::optional<FileStamp> stamp; ///< of that file when it was opened or saved last
 
+    /// What the session is called.
+    QString name() const;
+    std::optional<QUrl> url() const;
+
     friend bool operator==(const RecoveryOrigin&, const RecoveryOrigin&) = default;
 };
 
-/// The recovery file of one session. Reading and writing block on the disk; callable on any thread.
+/// The copy of one session. Reading and writing block on the disk; callable on any thread.
 struct RecoveryFile {
-    std::shared_ptr<RecoveryFolder> folder; ///< keeps it ours; null where no folder could be made
+    std::shared_ptr<RecoveryFolder> folder; ///< keeps it ours; null where no lock holds it
     QString path;
 
     /// Writes the session with its pending take among the passes. Returns why it failed, empty where it did not.
     QString write(SessionDocument document, const std::optional<PendingTake>& take, const RecoveryOrigin& origin) const;
     RecoveryOrigin origin() const;
+    /// The session with the takes of its journals among the passes; the file that it belongs to where a kill came
+    /// before its first copy.
+    SessionReadResult read(const QDateTime& now) const;
+    /// With its journals.
     void remove() const;
+
+    /// Where a take of the session is journaled while it is recorded.
+    QString journalPath(const QUuid& take) const;
+    QStringList journals() const;
 };
 
 /// What copies that are no longer running left below `root`, newest first. Nobody else is offered them meanwhile.

@@ -3,6 +3,7 @@
 #include "TessikAutomation/Persistence/SavedSettings.h"
 #include "TessikAutomation/Session/SessionFile.h"
 #include "TessikAutomation/Session/SessionReader.h"
+#include "TessikKit/MIDI/Log.h"
 
 #include <QFileInfo>
 
@@ -16,7 +17,8 @@ SessionController::SessionController(const SessionStores& stores, SessionDialogs
       _dialogs(dialogs),
       _recoveryRoot(std::move(recoveryRoot)),
       _clock(std::move(clock)),
-      _createdAt(_clock()) {
+      _createdAt(_clock()),
+      _replaced(_recoveryRoot + QStringLiteral("/replaced")) {
     const auto changed = [this] { noteChange(); };
     _stores.snapshots.onChange = changed;
     _stores.passes.onChange = changed;
@@ -26,6 +28,11 @@ SessionController::SessionController(const SessionStores& stores, SessionDialogs
     _stores.locators.onChange = changed;
     _recoveryTimer.callOnTimeout([this] { recoveryTick(); });
     _recoveryTimer.start(recoveryInterval);
+    _journalTimer.callOnTimeout([this] { journalTick(); });
+    _writer.post([this, now = _createdAt]() -> BackgroundWriter::Completion {
+        _replaced.removeOld(now);
+        return {};
+    });
 }
 
 SessionController::~SessionController() {
@@ -37,16 +44,11 @@ SessionController::~SessionController() {
 
 void SessionController::noteChange() {
     ++_changes;
+    _mayEnd = false;
     hasUnsavedChanges = true;
 }
 
-QString SessionController::displayName() const {
-    const std::optional<QUrl> url = fileURL.value();
-    if (!url) return QStringLiteral("Untitled");
-    const QFileInfo file(url->toLocalFile());
-    const QString name = file.completeBaseName();
-    return name.isEmpty() ? file.fileName() : name;
-}
+QString SessionController::displayName() const { return origin().name(); }
 
 // MARK: the document and the stores
 
@@ -77,28 +79,44 @@ void SessionController::apply(const SessionDocument& document) {
     if (onSessionLoaded) onSessionLoaded();
 }
 
-/// Makes `next` the current session, which counts as clean. What stands there unsaved is kept aside.
-void SessionController::replace(const ReplacedSession& next) {
-    const bool wasUnsaved = hasUnsavedChanges.value();
-    if (wasUnsaved) {
-        writeRecovery(std::nullopt);
-        _replaced.push_back({.document = document(), .url = fileURL.value(), .stamp = _stamp, .recovery = _recovery});
-    }
-    const RecoveryFile old = _recovery;
+/// Makes `next` the current session, which counts as clean. What stands there unsaved is kept; false where that fails
+/// and the user stays with it.
+bool SessionController::replace(const NextSession& next) {
+    const std::optional<PendingTake> take = unsavedTake();
+    if (!keepReplaced(take)) return false;
+    if (take) storePendingTake(take->pass.name);
+    dropRecovery();
     _recovery = next.recovery;
-    _recovered.reset();
     apply(next.document);
     fileURL = next.url;
     _stamp = next.stamp;
     _createdAt = next.document.createdAt;
     hasUnsavedChanges = false;
-    hasReplacedSession = !_replaced.empty();
-    // A take that waits moves along, before the old file goes.
-    if (const std::optional<PendingTake> take = pendingTake ? pendingTake() : std::nullopt) writeRecovery(take);
-    if (!wasUnsaved) removeRecovery(old);
+    return true;
 }
 
-void SessionController::fail(const QString& title, const QString& why) { _dialogs.alert(title, why); }
+/// On this thread: nothing is replaced before its copy is on the disk.
+bool SessionController::keepReplaced(const std::optional<PendingTake>& take) {
+    if (!hasUnsavedChanges.value() && !take) return true;
+    const QString problem = _replaced.keep(document(), take, origin(), _clock());
+    return problem.isEmpty() ||
+           _dialogs.confirmOverwrite(
+               QStringLiteral("“%1” cannot be kept").arg(displayName()),
+               QStringLiteral("%1 Replacing the session loses what has changed since it was saved last.").arg(problem));
+}
+
+void SessionController::fail(const QString& title, const QString& why) {
+    if (_isLeaving)
+        logLine(title, why); // nobody is there to answer
+    else
+        _dialogs.alert(title, why);
+}
+
+void SessionController::finishSaving() {
+    _journalWriter.finish();
+    _writer.finish();
+    _journalWriter.finish(); // a copy of the session may have ended a journal
+}
 
 // MARK: New and Open
 
@@ -119,8 +137,13 @@ void SessionController::open(const QUrl& url) {
         return fail(title, QStringLiteral("“%1” is not a file of this computer.").arg(url.toDisplayString()));
     const QString path = url.toLocalFile();
     SessionReadResult read = readSession(path, _clock());
-    if (!read.document) return fail(title, QStringLiteral("“%1”: %2").arg(path, read.error));
-    replace({.document = std::move(*read.document), .url = url, .stamp = read.stamp, .recovery = {}});
+    if (!read.document) {
+        QString why = QStringLiteral("“%1”: %2").arg(path, read.error);
+        if (QFileInfo(path + QLatin1Char('~')).isFile())
+            why += QStringLiteral("\n\nThe version before its last save stands beside it: open “%1~”.").arg(path);
+        return fail(title, why);
+    }
+    if (!replace({.document = std::move(*read.document), .url = url, .stamp = read.stamp, .recovery = {}})) return;
     _writer.post([path]() -> BackgroundWriter::Completion {
         SavedSettings::setString(SavedSettings::Key::lastSessionPath, path);
         SavedSettings::addRecentSession(path);
@@ -128,13 +151,19 @@ void SessionController::open(const QUrl& url) {
     });
 }
 
-void SessionController::reopenReplacedSession() {
-    if (_replaced.empty()) return;
+void SessionController::reopen(const ReplacedSession& session) {
     finishSaving();
-    const ReplacedSession last = std::move(_replaced.back());
-    _replaced.pop_back();
-    replace(last);
+    SessionReadResult read = session.file.read(_clock());
+    if (!read.document)
+        return _dialogs.alertOfFile(QStringLiteral("Couldn't open session"), read.error, session.file.path);
+    if (!replace({.document = std::move(*read.document),
+                  .url = session.origin.url(),
+                  .stamp = session.origin.stamp,
+                  .recovery = {}}))
+        return;
     noteChange();
+    _superseded.push_back([this, file = session.file] { removeRecovery(file); });
+    recoveryTick();
 }
 
 // MARK: saving
@@ -195,7 +224,7 @@ void SessionController::finishSave(const QString& path, std::int64_t changes, co
 
 bool SessionController::prepareToQuit() {
     finishSaving();
-    const std::optional<PendingTake> take = pendingTake ? pendingTake() : std::nullopt;
+    const std::optional<PendingTake> take = unsavedTake();
     using Choice = SessionDialogs::Unsaved;
     Choice choice = Choice::discard;
     if (take) {
@@ -219,12 +248,10 @@ bool SessionController::prepareToQuit() {
         if (hasUnsavedChanges.value()) return false;
     }
     _recoveryTimer.stop();
-    removeRecovery(std::exchange(_recovery, {}));
-    for (const ReplacedSession& session : _replaced)
-        removeRecovery(session.recovery);
-    _replaced.clear();
-    hasReplacedSession = false;
-    _writer.finish();
+    _journalTimer.stop();
+    dropRecovery();
+    finishSaving();
+    _mayEnd = true;
     return true;
 }
 

@@ -7,9 +7,10 @@
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Session/BackgroundWriter.h"
 #include "TessikAutomation/Session/LocatorStore.h"
-#include "TessikAutomation/Session/RecoveryFolder.h"
+#include "TessikAutomation/Session/ReplacedSessions.h"
 #include "TessikAutomation/Session/SafeFile.h"
 #include "TessikAutomation/Session/SessionDialogs.h"
+#include "TessikAutomation/Session/TakeJournal.h"
 #include "TessikAutomation/Snapshots/SnapshotStore.h"
 
 #include <QTimer>
@@ -30,7 +31,8 @@ struct SessionStores {
 /// The current session: which file it came from, whether it has changed since, and the flows that save and replace it.
 /// Its content lives in the stores.
 ///
-/// Saving and recovery write copies on a thread of their own, in order. Main thread only.
+/// Saving and recovery write copies on a thread of their own, in order, and the journal of a take on another. Main
+/// thread only.
 class SessionController {
 public:
     /// Takes the stores' `onChange`, and begins with a new session.
@@ -45,18 +47,20 @@ public:
     /// "Untitled", or the file's name without its extension.
     QString displayName() const;
 
-    /// New and Open replace the session without a question. What they replace unsaved can be had back.
+    /// New and Open replace the session without a question. What they replace unsaved is kept first, with a take that
+    /// is in no store yet; only where that fails the user is asked.
     void newSession();
     void open();
     void open(const QUrl& url);
     void save();
     void saveAs();
     /// Waits for the disk, and tells the user of failures as if time had gone by.
-    void finishSaving() { _writer.finish(); }
+    void finishSaving();
 
-    QProperty<bool> hasReplacedSession{false};
-    /// Puts back the session that New or Open replaced unsaved last.
-    void reopenReplacedSession();
+    /// What New and Open replaced unsaved, the last first.
+    std::vector<ReplacedSession> replacedSessions() const { return _replaced.list(_clock()); }
+    /// Puts one of them back, as an unsaved session.
+    void reopen(const ReplacedSession& session);
 
     /// Asks where something would be lost. True: the program may end, and its recovery files are gone.
     bool prepareToQuit();
@@ -64,10 +68,21 @@ public:
     /// Called after a document was moved into the stores, before the session counts as clean.
     std::function<void()> onSessionLoaded;
 
-    /// The take that is in no store yet, for recovery.
+    /// Writes the recovery file at once and waits for it, where anything is unsaved that the user has not given up.
+    void keepUnsaved();
+    /// The same for a program that ends, which asks nothing and tells nothing any more.
+    void leave();
+
+    /// The take that is in no store yet.
     std::function<std::optional<PendingTake>()> pendingTake;
-    /// Puts that take into the pass store under that name: when the user saves it on quitting.
+    /// Whether that take still grows.
+    std::function<bool()> isRecordingTake;
+    /// Puts that take into the pass store under that name: when the user saves it on quitting, or goes to another
+    /// session.
     std::function<void(const QString& name)> storePendingTake;
+    /// To be called when a take begins, ends or goes: a growing one is journaled, one that has ended is written at
+    /// once.
+    void noteTake();
 
     /// Offers what crashed copies left, newest first, until the user takes one. For the start of the program.
     void offerRecovery();
@@ -75,13 +90,14 @@ public:
     /// Writes the recovery file where anything has changed since, and removes one that is no longer needed. The
     /// controller's own timer calls it.
     void recoveryTick();
-    /// Writes a take that has just ended at once.
-    void takeEnded();
+    static constexpr std::chrono::milliseconds journalInterval{500};
+    /// Appends to the journal what the take has grown by. A timer calls it while one is being recorded.
+    void journalTick();
     /// Why recovery files cannot be written; empty while they can.
     QProperty<QString> recoveryProblem;
 
 private:
-    struct ReplacedSession {
+    struct NextSession {
         SessionDocument document;
         std::optional<QUrl> url;
         std::optional<FileStamp> stamp;
@@ -90,25 +106,36 @@ private:
     struct RecoveryState {
         std::int64_t changes;
         QUuid take;
-        qsizetype takeEvents;
-        std::int64_t ridesEnd; // a ride goes on without events, and its end may add as many as it drops
+        qsizetype takeEvents; // -1 for one in its journal
         RecoveryOrigin origin;
         friend bool operator==(const RecoveryState&, const RecoveryState&) = default;
+    };
+    struct Journal {
+        QUuid take;
+        std::shared_ptr<TakeJournal> file;
     };
 
     void noteChange();
     SessionDocument document() const;
     void apply(const SessionDocument& document);
-    void replace(const ReplacedSession& next);
+    bool replace(const NextSession& next);
+    bool keepReplaced(const std::optional<PendingTake>& take);
     void fail(const QString& title, const QString& why);
 
     void saveTo(const QString& path);
     void finishSave(const QString& path, std::int64_t changes, const SafeFileResult& result);
 
-    RecoveryFile newRecoveryFile();
+    bool makeRecoveryFile();
     RecoveryOrigin origin() const;
+    std::optional<PendingTake> unsavedTake() const;
+    bool isTakeGrowing() const { return isRecordingTake && isRecordingTake(); }
     void writeRecovery(const std::optional<PendingTake>& take);
+    void replaceRecoveryFolder();
+    void dropRecovery();
     void removeRecovery(const RecoveryFile& file);
+    void noteProblem(QString& of, const QString& problem);
+    void endJournal();
+    void flushJournal(const std::function<void()>& flush);
 
     const SessionStores _stores;
     SessionDialogs& _dialogs;
@@ -125,9 +152,17 @@ private:
     RecoveryFile _recovery;                  // of the current session
     std::optional<RecoveryState> _recovered; // what that file holds, or will
     int _recoveryWrites = 0;                 // under way
-    std::vector<ReplacedSession> _replaced;
+    std::optional<Journal> _journal;         // of the take being recorded
+    bool _isJournalBusy = false;
+    std::vector<std::function<void()>> _superseded; // removes what the next recovery file makes needless
+    QString _copyProblem, _journalProblem;
+    const ReplacedSessions _replaced;
+    bool _mayEnd = false; // the user has said so, and nothing has changed since
+    bool _isLeaving = false;
 
     QTimer _recoveryTimer;
+    QTimer _journalTimer;
+    BackgroundWriter _journalWriter;
     BackgroundWriter _writer; // last: its jobs end first
 };
 

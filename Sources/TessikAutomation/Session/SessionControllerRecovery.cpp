@@ -10,11 +10,23 @@
 
 namespace tessik {
 
-RecoveryFile SessionController::newRecoveryFile() {
+namespace {
+
+void callEach(const std::vector<std::function<void()>>& functions) {
+    for (const auto& function : functions)
+        function();
+}
+
+} // namespace
+
+/// False where no folder can be made for it.
+bool SessionController::makeRecoveryFile() {
+    if (_recovery.folder) return true;
     if (!_recoveryFolder) _recoveryFolder = RecoveryFolder::create(_recoveryRoot);
-    if (!_recoveryFolder) return {};
-    return {.folder = _recoveryFolder,
-            .path = QStringLiteral("%1/%2.tessik").arg(_recoveryFolder->path).arg(++_recoveryFiles)};
+    if (!_recoveryFolder) return false;
+    _recovery = {.folder = _recoveryFolder,
+                 .path = QStringLiteral("%1/%2.tessik").arg(_recoveryFolder->path).arg(++_recoveryFiles)};
+    return true;
 }
 
 RecoveryOrigin SessionController::origin() const {
@@ -22,51 +34,155 @@ RecoveryOrigin SessionController::origin() const {
     return {.sessionPath = url ? url->toLocalFile() : QString(), .stamp = _stamp};
 }
 
-void SessionController::recoveryTick() {
-    const std::optional<PendingTake> take = pendingTake ? pendingTake() : std::nullopt;
-    if (!hasUnsavedChanges.value() && !take) {
-        removeRecovery(std::exchange(_recovery, {}));
-        _recovered.reset();
-    } else if (_recoveryWrites == 0) { // else the disk is slow: the next tick sees to it
-        writeRecovery(take);
-    }
+std::optional<PendingTake> SessionController::unsavedTake() const { return pendingTake ? pendingTake() : std::nullopt; }
+
+void SessionController::noteProblem(QString& of, const QString& problem) {
+    if (!problem.isEmpty() && problem != of) logLine(QStringLiteral("Recovery"), problem);
+    of = problem;
+    recoveryProblem = _copyProblem.isEmpty() ? _journalProblem : _copyProblem;
 }
 
-void SessionController::takeEnded() { writeRecovery(pendingTake ? pendingTake() : std::nullopt); }
+// MARK: the copy of the session
 
+void SessionController::recoveryTick() {
+    const std::optional<PendingTake> take = unsavedTake();
+    if (!hasUnsavedChanges.value() && !take)
+        dropRecovery();
+    else if (_recoveryWrites == 0) // else the disk is slow: the next tick sees to it
+        writeRecovery(isTakeGrowing() ? std::nullopt : take);
+}
+
+/// `take` is one that goes into the copy; a growing one is in its journal.
 void SessionController::writeRecovery(const std::optional<PendingTake>& take) {
+    const std::optional<PendingTake> unsaved = unsavedTake();
     const RecoveryState state{.changes = _changes,
-                              .take = take ? take->pass.id : QUuid(),
-                              .takeEvents = take ? take->eventCount() : 0,
-                              .ridesEnd = take && take->rides && !take->chunks.isEmpty() ? take->rides->end : -1,
+                              .take = unsaved ? unsaved->pass.id : QUuid(),
+                              .takeEvents = take ? take->eventCount() : -1,
                               .origin = origin()};
     if (_recovered == state) return;
-    if (!_recovery.folder) _recovery = newRecoveryFile();
+    if (!makeRecoveryFile())
+        return noteProblem(_copyProblem, QStringLiteral("The folder for recovery files cannot be made."));
     _recovered = state;
     ++_recoveryWrites;
-    _writer.post([this, file = _recovery, copy = document(), take, state]() -> BackgroundWriter::Completion {
+    _writer.post([this, file = _recovery, copy = document(), take, state,
+                  superseded = std::exchange(_superseded, {})]() -> BackgroundWriter::Completion {
         const QString problem = file.write(copy, take, state.origin);
-        return [this, problem, state] {
+        const bool isFolderGone = !problem.isEmpty() && !file.folder->isThere();
+        return [this, problem, state, isFolderGone, superseded] {
             --_recoveryWrites;
-            if (!problem.isEmpty() && problem != recoveryProblem.value()) logLine(QStringLiteral("Recovery"), problem);
-            recoveryProblem = problem;
+            if (problem.isEmpty())
+                callEach(superseded);
+            else
+                _superseded.insert(_superseded.begin(), superseded.begin(), superseded.end());
+            if (isFolderGone) return replaceRecoveryFolder();
+            noteProblem(_copyProblem, problem);
             if (!problem.isEmpty() && _recovered == state) _recovered.reset(); // the next tick tries again
         };
     });
 }
 
+/// Whoever clears the state folder away does not end the keeping of copies.
+void SessionController::replaceRecoveryFolder() {
+    _recoveryFolder.reset();
+    _recovery = {};
+    _recovered.reset();
+    endJournal();
+    recoveryTick();
+}
+
+/// Nothing is left to recover.
+void SessionController::dropRecovery() {
+    endJournal();
+    callEach(std::exchange(_superseded, {}));
+    removeRecovery(std::exchange(_recovery, {}));
+    _recovered.reset();
+}
+
 void SessionController::removeRecovery(const RecoveryFile& file) {
-    if (!file.folder) return;
+    if (file.path.isEmpty()) return;
     _writer.post([file]() -> BackgroundWriter::Completion {
         file.remove();
         return {};
     });
 }
 
+// MARK: the journal of a take
+
+void SessionController::noteTake() {
+    const std::optional<PendingTake> take = unsavedTake();
+    if (!take) return; // it was stored, or is no longer wanted: the next tick sees to it
+    const bool isGrowing = isTakeGrowing();
+    if (!isGrowing) endJournal();
+    writeRecovery(isGrowing ? std::nullopt : take);
+    _journalTimer.start(journalInterval); // also before the take that begins has grown
+}
+
+void SessionController::journalTick() {
+    const std::optional<PendingTake> take = isTakeGrowing() ? unsavedTake() : std::nullopt;
+    if (!take || (_journal && _journal->take != take->pass.id)) endJournal();
+    if (!take) return _journalTimer.stop();
+    if (_isJournalBusy || take->chunks.isEmpty() || !makeRecoveryFile()) return;
+    if (!_journal)
+        _journal = Journal{take->pass.id, std::make_shared<TakeJournal>(_recovery.journalPath(take->pass.id))};
+    _isJournalBusy = true;
+    _journalWriter.post(
+        [this, take, journal = _journal->file, folder = _recovery.folder]() -> BackgroundWriter::Completion {
+            const TakeJournal::Written written = journal->write(*take);
+            const bool isFolderGone = !written.error.isEmpty() && !folder->isThere();
+            return [this, written, isFolderGone] {
+                _isJournalBusy = false;
+                if (isFolderGone) return replaceRecoveryFolder();
+                noteProblem(_journalProblem, written.error);
+                if (written.flush) flushJournal(written.flush);
+            };
+        });
+}
+
+/// On the other thread: a slow disk holds up no append.
+void SessionController::flushJournal(const std::function<void()>& flush) {
+    _writer.post([flush]() -> BackgroundWriter::Completion {
+        flush();
+        return {};
+    });
+}
+
+/// The take no longer grows. Its journal goes when it is safe elsewhere.
+void SessionController::endJournal() {
+    if (!_journal) return;
+    _superseded.push_back([this, journal = _journal->file] {
+        _journalWriter.post([journal]() -> BackgroundWriter::Completion {
+            journal->remove();
+            return {};
+        });
+    });
+    _journal.reset();
+}
+
+// MARK: the end, and the next start
+
+void SessionController::keepUnsaved() {
+    if (_mayEnd) return;
+    finishSaving();
+    const std::optional<PendingTake> take = unsavedTake();
+    if (hasUnsavedChanges.value() || take) {
+        _recovered.reset();
+        writeRecovery(take); // also a growing one; its journal goes on
+    } else {
+        dropRecovery();
+    }
+    finishSaving();
+}
+
+void SessionController::leave() {
+    _isLeaving = true;
+    _recoveryTimer.stop();
+    _journalTimer.stop();
+    keepUnsaved();
+}
+
 void SessionController::offerRecovery() {
     for (const RecoveryOffer& offer : findRecoveries(_recoveryRoot)) {
-        const QString& path = offer.origin.sessionPath;
-        const QString name = path.isEmpty() ? QStringLiteral("Untitled") : QFileInfo(path).completeBaseName();
+        const QString name = offer.origin.name();
         const QString text =
             QStringLiteral("The program ended without saving “%1”. A copy of %2 is there, with all "
                            "changes and takes up to then.")
@@ -76,16 +192,28 @@ void SessionController::offerRecovery() {
         case SessionDialogs::Recovery::discard: removeRecovery(offer.file); continue;
         case SessionDialogs::Recovery::recover: break;
         }
-        SessionReadResult read = readSession(offer.file.path, _clock());
+        SessionReadResult read = offer.file.read(_clock());
         if (!read.document) {
-            fail(QStringLiteral("Couldn't open session"), read.error);
+            _dialogs.alertOfFile(QStringLiteral("Couldn't recover “%1”").arg(name),
+                                 QStringLiteral("Its recovery copy is damaged: %1 The copy stays where it is, as “%2”.")
+                                     .arg(read.error, QFileInfo(offer.file.path).fileName()),
+                                 offer.file.path);
             continue;
         }
-        replace({.document = std::move(*read.document),
-                 .url = path.isEmpty() ? std::nullopt : std::optional(QUrl::fromLocalFile(path)),
-                 .stamp = offer.origin.stamp,
-                 .recovery = offer.file});
+        if (!replace({.document = std::move(*read.document),
+                      .url = offer.origin.url(),
+                      .stamp = offer.origin.stamp,
+                      .recovery = offer.file}))
+            return;
         noteChange();
+        for (const QString& journal : offer.file.journals())
+            _superseded.push_back([this, journal] {
+                _writer.post([journal]() -> BackgroundWriter::Completion {
+                    QFile::remove(journal);
+                    return {};
+                });
+            });
+        recoveryTick();
         return;
     }
 }

@@ -17,6 +17,8 @@ public:
     virtual std::optional<QString> chooseWhereToSave(const QString& proposed) = 0;
     /// With the one button "OK".
     virtual void alert(const QString& title, const QString& text) = 0;
+    /// The same about a file, with a button that shows the folder where it lies.
+    virtual void alertOfFile(const QString& title, const QString& text, const QString& path) = 0;
     /// Whether to write over a file all the same.
     virtual bool confirmOverwrite(const QString& title, const QString& text) = 0;
 

@@ -26,15 +26,63 @@ SessionReadResult cannotOpen(const QString& error) {
     return result;
 }
 
-QString describe(simdjson::error_code code) {
+/// The file is no JSON; where is told by the line and by the key that stands last before it.
+QString damagedAt(std::string_view json, std::size_t at, const QString& what) {
+    const std::string_view before = json.substr(0, at);
+    std::string_view key;
+    std::string_view text;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        if (before[i] == ':') key = text;
+        if (before[i] != '"') continue;
+        const std::size_t start = ++i;
+        while (i < before.size() && before[i] != '"')
+            i += before[i] == '\\' ? 2 : 1;
+        text = before.substr(start, std::min(i, before.size()) - start);
+    }
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    if (key.empty()) return QStringLiteral("The file is damaged in line %1: %2.").arg(line).arg(what);
+    return QStringLiteral("The file is damaged in line %1, at “%2”: %3.")
+        .arg(line)
+        .arg(QString::fromUtf8(key.data(), qsizetype(key.size())), what);
+}
+
+/// Where a text begins that a line or the file ends before its closing quote; texts of JSON stand on one line.
+std::size_t openText(std::string_view json) {
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        if (json[i] != '"') continue;
+        const std::size_t start = i++;
+        while (i < json.size() && json[i] != '"' && static_cast<unsigned char>(json[i]) >= 0x20)
+            i += json[i] == '\\' ? 2 : 1;
+        if (i >= json.size() || json[i] != '"') return start;
+    }
+    return json.size();
+}
+
+/// The first character that is no UTF-8.
+std::size_t brokenCharacter(std::string_view json) {
+    std::size_t at = 0;
+    while (at < json.size()) {
+        const auto lead = static_cast<unsigned char>(json[at]);
+        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+        if (length > 1 && !simdjson::validate_utf8(json.data() + at, std::min(length, json.size() - at))) break;
+        at += length;
+    }
+    return at;
+}
+
+QString describe(simdjson::error_code code, std::string_view json) {
     switch (code) {
     case simdjson::EMPTY: return QStringLiteral("The file is empty.");
-    case simdjson::UTF8_ERROR: return QStringLiteral("The file holds bytes that are not valid UTF-8 text.");
+    case simdjson::UTF8_ERROR:
+        return damagedAt(json, brokenCharacter(json), QStringLiteral("it holds bytes that are no text"));
+    case simdjson::UNCLOSED_STRING:
+    case simdjson::UNESCAPED_CHARS: return damagedAt(json, openText(json), QStringLiteral("a text has no end"));
+    case simdjson::INCOMPLETE_ARRAY_OR_OBJECT:
+        return damagedAt(json, json.size(), QStringLiteral("the file ends too soon"));
     case simdjson::MEMALLOC: return QStringLiteral("There is not enough memory to read the file.");
     case simdjson::INCORRECT_TYPE: return QStringLiteral("The file is not a session: its top level is not an object.");
-    default: break;
+    default: return QStringLiteral("The file is not a session.");
     }
-    return QStringLiteral("The file is not valid JSON: %1").arg(QString::fromUtf8(simdjson::error_message(code)));
 }
 
 /// One pass over the document in file order. Keys that have failed before are only walked.
@@ -45,8 +93,8 @@ public:
     Attempt run(simdjson::ondemand::parser& parser, SessionReadResult& result) {
         simdjson::ondemand::document document;
         simdjson::ondemand::object top;
-        if (const auto code = parser.iterate(_json).get(document)) return noSession(result, describe(code));
-        if (const auto code = document.get_object().get(top)) return noSession(result, describe(code));
+        if (const auto code = parser.iterate(_json).get(document)) return noSession(result, describe(code, _json));
+        if (const auto code = document.get_object().get(top)) return noSession(result, describe(code, _json));
         JSONDecoder decoder(parser);
         bool keyFailed = false;
         const auto next = [this] { return Keys::name(_expected); };
@@ -64,7 +112,7 @@ public:
             return false;
         });
         if (keyFailed) return Attempt::keyFailed;
-        if (!walked) return noSession(result, notJSON(document, decoder.what()));
+        if (!walked) return noSession(result, notJSON(document, decoder));
         if (const char* rest = nullptr; !document.current_location().get(rest))
             return noSession(result, QStringLiteral("Something follows the end of the session."));
         for (std::size_t i = 0; i < Keys::count; ++i)
@@ -78,13 +126,11 @@ private:
         return Attempt::noSession;
     }
 
-    QString notJSON(simdjson::ondemand::document& document, const QString& what) const {
-        const char* at = nullptr;
-        if (document.current_location().get(at) || at < _json.data() || at > _json.data() + _json.size())
-            return QStringLiteral("The file is not valid JSON: %1").arg(what);
-        return QStringLiteral("The file is not valid JSON near line %1: %2")
-            .arg(1 + std::count(_json.data(), at, '\n'))
-            .arg(what);
+    QString notJSON(simdjson::ondemand::document& document, const JSONDecoder& decoder) const {
+        const char* at = decoder.faultyValue();
+        const bool isKnown =
+            (at || !document.current_location().get(at)) && at >= _json.data() && at <= _json.data() + _json.size();
+        return damagedAt(_json, isKnown ? std::size_t(at - _json.data()) : _json.size(), decoder.what());
     }
 
     const simdjson::padded_string_view _json;
@@ -97,7 +143,7 @@ SessionReadResult parsePadded(simdjson::padded_string_view json, const QDateTime
     if (QByteArrayView(json.data(), qsizetype(json.size())).startsWith("\xEF\xBB\xBF"))
         return cannotOpen(QStringLiteral("The file begins with a byte-order mark, which is not valid JSON."));
     simdjson::ondemand::parser parser;
-    if (const auto code = parser.allocate(json.size())) return cannotOpen(describe(code));
+    if (const auto code = parser.allocate(json.size())) return cannotOpen(describe(code, json));
     Failures failures;
     SessionReadResult result;
     Attempt attempt = Attempt::keyFailed;
@@ -162,9 +208,9 @@ SessionReadResult readSession(const QString& path, const QDateTime& now) {
     if (!S_ISREG(status.st_mode)) return cannotOpen(QStringLiteral("This is not a regular file."));
     if (status.st_size >= qint64(simdjson::SIMDJSON_MAXSIZE_BYTES))
         return cannotOpen(QStringLiteral("The file is too large: a session is smaller than 4 GiB."));
-    if (status.st_size == 0) return cannotOpen(describe(simdjson::EMPTY));
+    if (status.st_size == 0) return cannotOpen(describe(simdjson::EMPTY, {}));
     const PaddedBytes padded{std::size_t(status.st_size)};
-    if (!padded.bytes) return cannotOpen(describe(simdjson::MEMALLOC));
+    if (!padded.bytes) return cannotOpen(describe(simdjson::MEMALLOC, {}));
     for (qint64 have = 0; have < status.st_size;) {
         const qint64 got = file.read(padded.bytes.get() + have, status.st_size - have);
         if (got < 0) return cannotOpen(QStringLiteral("The file cannot be read: %1.").arg(file.errorString()));

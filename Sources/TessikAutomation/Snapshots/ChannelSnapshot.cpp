@@ -11,4 +11,11 @@ ChannelSnapshot ChannelSnapshot::of(const ChannelState& channel) {
             .chanMuted = channel.chanMuted.value()};
 }
 
+void ChannelSnapshot::setSwitches(ChannelSwitches held) {
+    monMuted = held.monMuted;
+    auxMuted = held.auxMuted;
+    eqOn = held.eqOn;
+    chanMuted = held.chanMuted;
+}
+
 } // namespace tessik

@@ -19,6 +19,7 @@ struct ChannelSnapshot {
     /// The position brought into the console's scale of 0 to 127.
     int faderPosition() const { return int(std::clamp<std::int64_t>(faderValue, 0, 127)); }
     ChannelSwitches switches() const { return {monMuted, auxMuted, eqOn, chanMuted}; }
+    void setSwitches(ChannelSwitches held);
 
     friend bool operator==(const ChannelSnapshot&, const ChannelSnapshot&) = default;
 };

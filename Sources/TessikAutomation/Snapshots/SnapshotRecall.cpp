@@ -16,13 +16,43 @@ Snapshot SnapshotRecall::capture(const QString& name, const QDateTime& createdAt
     return snapshot;
 }
 
-void SnapshotRecall::recall(const Snapshot& snapshot) {
-    recallChannels(snapshot.channels);
+SnapshotRecall::Former SnapshotRecall::recall(const Snapshot& snapshot) {
+    Former former;
     for (const ChannelSnapshot& entry : snapshot.channels) {
-        const ChannelState* channel = _consoleModel.channelState(entry.kind);
-        if (channel && _consoleModel.isVisible(*channel) && entry.manualSettings)
-            _manualSettings.store(channel->id, *entry.manualSettings);
+        ChannelState* channel = _consoleModel.channelState(entry.kind);
+        if (!channel || !_consoleModel.isVisible(*channel)) continue;
+        former.channels.push_back({.channel = channel,
+                                   .nullTarget = channel->nullTarget.value(),
+                                   .manualSettings = {},
+                                   .state = stateOnDesk(*channel)});
+        if (!entry.manualSettings) continue;
+        former.channels.back().manualSettings = _manualSettings.settings(channel->id);
+        _manualSettings.store(channel->id, *entry.manualSettings);
     }
+    recallChannels(snapshot.channels);
+    return former;
+}
+
+void SnapshotRecall::putBack(const Former& former) {
+    QList<ChannelSnapshot> states;
+    for (const Former::Channel& each : former.channels) {
+        if (each.manualSettings) _manualSettings.store(each.channel->id, *each.manualSettings);
+        if (each.state) states.append(*each.state);
+    }
+    recallChannels(states);
+    for (const Former::Channel& each : former.channels)
+        if (each.state) each.channel->nullTarget = each.nullTarget;
+}
+
+/// Screen and desk may differ, under NULL for one: it is the desk that is heard.
+std::optional<ChannelSnapshot> SnapshotRecall::stateOnDesk(const ChannelState& channel) const {
+    ChannelSnapshot state = ChannelSnapshot::of(channel);
+    const std::optional<int> fader = _output.believedValue(MIDIChannelMapping::faderCC(channel.kind));
+    const std::optional<int> switches = _output.believedValue(MIDIChannelMapping::switchCC(channel.kind));
+    if (channel.lastUpdate.value() == distantPast && !fader && !switches) return std::nullopt;
+    if (fader) state.faderValue = *fader;
+    if (switches) state.setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(*switches)));
+    return state;
 }
 
 void SnapshotRecall::recallDefault(const SnapshotStore& store) {

@@ -17,11 +17,14 @@ void ChannelState::setSwitches(ChannelSwitches switches) {
 
 ChannelState::NullMatch ChannelState::nullMatch() const {
     const std::optional<int> target = nullTarget.value();
-    if (!target) return NullMatch::none;
-    const std::optional<double> is = FaderDBCalibration::decibels(faderValue.value());
-    const std::optional<double> wanted = FaderDBCalibration::decibels(*target);
+    return target ? nullMatch(faderValue.value(), *target) : NullMatch::none;
+}
+
+ChannelState::NullMatch ChannelState::nullMatch(int fader, int target) {
+    const std::optional<double> is = FaderDBCalibration::decibels(fader);
+    const std::optional<double> wanted = FaderDBCalibration::decibels(target);
     const bool comparable = is && wanted;
-    const double difference = comparable ? *is - *wanted : faderValue.value() - *target;
+    const double difference = comparable ? *is - *wanted : fader - target;
     const double tolerance = comparable ? 0.5 : 2.0;
     if (difference < -tolerance) return NullMatch::needsUp;
     if (difference > tolerance) return NullMatch::needsDown;

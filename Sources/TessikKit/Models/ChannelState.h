@@ -58,6 +58,7 @@ public:
     /// Which way a hand must move the fader. Compared in decibels, because a step is several of them at the bottom
     /// of the travel and a fraction of one at unity.
     NullMatch nullMatch() const;
+    static NullMatch nullMatch(int fader, int target);
 };
 
 } // namespace tessik

@@ -1,5 +1,7 @@
 #include "TessikKit/Models/FaderDBCalibration.h"
 
+#include "TessikKit/Models/DecimalText.h"
+
 namespace tessik::FaderDBCalibration {
 
 std::optional<double> decibels(int rawValue) {
@@ -16,7 +18,7 @@ std::optional<double> decibels(int rawValue) {
 QString displayString(int rawValue) {
     const std::optional<double> value = decibels(rawValue);
     if (!value) return QStringLiteral("-∞");
-    return QString::asprintf(*value >= 0.0 ? "+%.1f" : "%.1f", *value);
+    return (*value >= 0.0 ? QStringLiteral("+") : QString()) + decimalText(*value, 1);
 }
 
 } // namespace tessik::FaderDBCalibration

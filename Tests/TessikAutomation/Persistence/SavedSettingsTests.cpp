@@ -1,5 +1,8 @@
 #include "TessikAutomation/Persistence/SavedSettings.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QSettings>
 #include <gtest/gtest.h>
 
 namespace tessik {
@@ -33,6 +36,52 @@ TEST(SavedSettingsDeathTest, StopsOnANumberThatIsNoPort) {
     setInteger(Key::timecodeSourceID, std::int64_t(1) << 31);
     EXPECT_DEATH(uniqueID(Key::timecodeSourceID), "timecodeSourceID holds 2147483648");
     remove(Key::timecodeSourceID);
+}
+
+/// Where the settings are, of a format.
+QString storeFile(QSettings::Format format) {
+    const QString name = QStringLiteral("TessikAutomation");
+    return QSettings(format, QSettings::UserScope, name, name).fileName();
+}
+
+TEST(SavedSettings, AWriteThatFailsIsToldAndMadeGoodByTheNext) {
+    setInteger(Key::midiChannel, 3);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(lastWrite().value().problem, QString());
+    QDir folder = QFileInfo(storeFile(QSettings::IniFormat)).dir();
+    const QString aside = folder.path() + QStringLiteral(".aside");
+    ASSERT_TRUE(QDir().rename(folder.path(), aside));
+    ASSERT_TRUE(QFile(folder.path()).open(QIODevice::WriteOnly)); // no folder can be made here
+    setInteger(Key::midiChannel, 4);
+    QCoreApplication::processEvents();
+    EXPECT_NE(lastWrite().value().problem, QString());
+    EXPECT_EQ(midiChannel(), 4) << "for this run";
+    ASSERT_TRUE(QFile::remove(folder.path()));
+    ASSERT_TRUE(QDir().rename(aside, folder.path()));
+    setInteger(Key::deskZoom, 100);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(lastWrite().value().problem, QString());
+    EXPECT_EQ(midiChannel(), 4);
+    remove(Key::deskZoom);
+    remove(Key::midiChannel);
+}
+
+TEST(SavedSettingsDeathTest, ADamagedSuiteGivesWayToTheStandardStore) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a process that has opened no store yet
+    EXPECT_EXIT(
+        {
+            const QFileInfo suite(storeFile(QSettings::IniFormat));
+            QDir().mkpath(suite.path());
+            QFile file(suite.filePath());
+            file.open(QIODevice::WriteOnly);
+            file.write("[section\nno ini file");
+            file.close();
+            setInteger(Key::midiChannel, 7);
+            const bool isKept = QFile::exists(storeFile(QSettings::NativeFormat)) && midiChannel() == 7;
+            std::_Exit(isKept ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+    GTEST_FLAG_SET(death_test_style, "fast");
 }
 
 TEST(SavedSettings, RecentSessionsAreFewAndTheLatestFirst) {

@@ -1,4 +1,6 @@
 #include "Support/Sessions.h"
+#include "TessikAutomation/Automation/PassLanes.h"
+#include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Session/SessionReader.h"
 #include "TessikAutomation/Session/SessionWriter.h"
 
@@ -87,6 +89,28 @@ TEST(SessionReader, ReadsBackWhatWasWritten) {
     extremes.passes[0].events = {{std::numeric_limits<std::int64_t>::max(), ChannelKind::input(-7),
                                   PassEventValue::fader(std::numeric_limits<std::int64_t>::min())}};
     EXPECT_EQ(*parse(written(extremes)).document, extremes);
+}
+
+TEST(SessionReader, NoLabelOfAFileIsTooFarToBeCountedWith) {
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    for (const std::int64_t wild : {most, -most - 1, most / 100}) {
+        SessionDocument session = SessionDocument::empty(second(0));
+        session.startLocator = session.endLocator = TimecodePosition{MTCFrameRate::fps30, wild, wild, wild, wild};
+        session.passes.append({.createdAt = second(1), .startTimecode = *session.startLocator});
+        session.passes[0].events = {{wild, ChannelKind::input(1), PassEventValue::fader(wild)}};
+        const SessionReadResult result = parse(written(session));
+        ASSERT_EQ(fallenBack(result), QStringList());
+        const AutomationPass& pass = result.document->passes[0];
+        const std::int64_t first = pass.startTimecode.totalFrames();
+        const std::int64_t last = LocateTarget::passEnd(pass.startTimecode, wild).totalFrames();
+        EXPECT_TRUE(wild < 0 ? last == 0 : last > first);
+        EXPECT_EQ(result.document->endLocator->totalFrames(), first);
+        EXPECT_GE(PassLanes(pass).lastOffset(), 0);
+        EXPECT_LE(PassLanes(pass).lastOffset() + last, most / 2);
+    }
+    SessionDocument session = SessionDocument::empty(second(0));
+    session.startLocator = TimecodePosition{MTCFrameRate::fps25, 1'000'000'000'000, 75, -3, 40};
+    EXPECT_EQ(parse(written(session)).document->startLocator, session.startLocator) << "odd, but no trouble";
 }
 
 TEST(SessionReader, MissingKeysTakeTheirDefaults) {
@@ -232,23 +256,28 @@ TEST(SessionReader, SaysWhyAFileCannotBeOpened) {
         {"[1]", "The file is not a session: its top level is not an object."},
         {"5", "The file is not a session: its top level is not an object."},
         {"\xEF\xBB\xBF{}", "The file begins with a byte-order mark, which is not valid JSON."},
-        {"{\"x\":\"\xff\"}", "The file holds bytes that are not valid UTF-8 text."},
+        {"{\n\"x\":\"\xff\"}", "The file is damaged in line 2, at “x”: it holds bytes that are no text."},
         {"{} {}", "Something follows the end of the session."},
         {"{}\n}", "Something follows the end of the session."},
-        {deep(maxSessionDepth), "The file is not valid JSON near line 1: nested too deep"},
-        {deep(10'000), "The file is not valid JSON near line 1: nested too deep"},
-        {QByteArray("{\"x\":1}").append(4, '\0'), "The file is not valid JSON"},
-        {"{\n\"x\": 1,\n\"y\": [tru]}", "The file is not valid JSON near line 3"},
-        {"{\"x\": 1", "The file is not valid JSON"},
+        {deep(maxSessionDepth), "The file is damaged in line 1, at “x”: nested too deep."},
+        {deep(10'000), "The file is damaged in line 1, at “x”: nested too deep."},
+        {QByteArray("{\"x\":1}").append(4, '\0'), "The file is damaged in line 1, at “x”: "},
+        {"{\n\"x\": 1,\n\"y\": [tru\n]}", "The file is damaged in line 3, at “y”: not true or false."},
+        {"{\n\"passes\": [{\"id\": 5,\n\"name\": nul\n}]}",
+         "The file is damaged in line 3, at “name”: something is missing"},
+        {"{\"x\": 1,\n\"y\": 2\n\"z\": 3}", "The file is damaged in line 3, at “y”: something is missing"},
+        {"{\n\"x\": \"a\n\", \"y\": 1}", "The file is damaged in line 2, at “x”: a text has no end."},
+        {"{\n\"x\": \"a", "The file is damaged in line 2, at “x”: a text has no end."},
+        {"{\"x\": 1", "The file is damaged in line 1, at “x”: the file ends too soon."},
         {"not json", "The file is not"},
         {QByteArray(100'000, '['), "The file is not"},
-        {QByteArray("{\"passes\":") + QByteArray(10'000, '['), "The file is not"},
-        {QByteArray("{\"x\":") + QByteArray("{\"x\":").repeated(10'000), "The file is not"},
+        {QByteArray("{\"passes\":") + QByteArray(10'000, '['), "The file is damaged in line 1, at “passes”"},
+        {QByteArray("{\"x\":") + QByteArray("{\"x\":").repeated(10'000), "The file is damaged in line 1, at “x”"},
     };
     for (const auto& [text, error] : cases) {
         const SessionReadResult result = parse(text);
         EXPECT_FALSE(result.document) << text.left(60).constData();
-        EXPECT_TRUE(result.error.startsWith(QLatin1String(error)))
+        EXPECT_TRUE(result.error.startsWith(QString::fromUtf8(error)))
             << text.left(60).constData() << ": " << qUtf8Printable(result.error);
     }
 }

@@ -125,6 +125,38 @@ TEST_F(RecallTest, PutsBackWhatWasCaptured) {
     EXPECT_EQ(sent.size(), 164u);
 }
 
+TEST_F(RecallTest, IsTakenBackOnScreenInTheRecordsAndOnTheDesk) {
+    ChannelState &known = *model.inputs()[0], &held = *model.inputs()[1], &unknown = *model.inputs()[2];
+    const auto isSent = [this](const ChannelState& channel, int value) {
+        return std::count(sent.begin(), sent.end(), std::pair(MIDIChannelMapping::faderCC(channel.kind), value));
+    };
+    const Snapshot low = recall.capture(QStringLiteral("Low"), second(0));
+    model.handle(0, 90);
+    model.handle(MIDIChannelMapping::switchCC(known.kind), MIDIChannelMapping::encodeSwitchByte({.auxMuted = true}));
+    output.sendFader(held.kind, 70);
+    held.faderValue = 33; // under NULL the screen shows the hand, and the desk holds the automation
+    held.nullTarget = 70;
+    settle();
+    manual.box(known.id).edit(&ManualChannelSettings::pad, true);
+    const ManualChannelSettings records = manual.settings(known.id);
+
+    const SnapshotRecall::Former former = recall.recall(low);
+    settle();
+    EXPECT_EQ(known.faderValue.value(), 0);
+    EXPECT_FALSE(manual.settings(known.id).pad);
+    sent.clear();
+    recall.putBack(former);
+    settle();
+    EXPECT_EQ(known.faderValue.value(), 90);
+    EXPECT_EQ(known.nullTarget.value(), std::nullopt);
+    EXPECT_EQ(known.switches(), (ChannelSwitches{.auxMuted = true}));
+    EXPECT_EQ(manual.settings(known.id), records);
+    EXPECT_EQ(isSent(known, 90), 1);
+    EXPECT_EQ(held.nullTarget.value(), 70);
+    EXPECT_EQ(isSent(held, 70), 1);
+    EXPECT_EQ(isSent(unknown, 0), 0) << "nobody knows where it stood";
+}
+
 TEST_F(RecallTest, SkipsWhatIsNotShownAndKeepsMIDIInRange) {
     Snapshot wide = snapshot("wide", 0);
     wide.channels = {
