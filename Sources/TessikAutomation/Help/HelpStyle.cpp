@@ -12,7 +12,7 @@ HelpColors HelpColors::of(const Look& look) {
     const bool dark = look.isDark();
     const QColor ground = look.palette.appBackground;
     // A page is read for long: in the light theme it is lighter than the desk, and its ink warmer than black.
-    const QColor page = dark ? ground : QColor(0xf8f7f5);
+    const QColor page = look.tints.page;
     const QColor accent = dark ? look.tints.display : look.tints.warning;
     return {.page = page,
             .sidebar = dark ? blend(ground, Qt::black, 0.22) : blend(ground, Qt::white, 0.18),

@@ -15,7 +15,7 @@
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 
 #include <QApplication>
-#include <QDir>
+#include <QFileInfo>
 #include <QLoggingCategory>
 #include <QMenuBar>
 #include <QScreen>
@@ -55,12 +55,14 @@ QString nameOf(const Records& records, const QUuid& id) {
     return {};
 }
 
+const QString takeName = QStringLiteral("Take");
+
 /// "[*]" is where a title tells of changes; in a name it is only a name.
 QString inTitle(QString name) { return name.replace(QLatin1String("[*]"), QLatin1String("[*][*]")); }
 
 } // namespace
 
-/// Asks before the main window closes, and ends the program with it: the rig's window does not keep it alive.
+/// Asks before the main window closes, and ends the program with it: no other window keeps it alive.
 class Application::CloseQuestion final : public QObject {
 public:
     explicit CloseQuestion(Application& application) : _application(application) {
@@ -93,21 +95,25 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
       dialogs(window),
       session({snapshots, passes, manualSettings, channelLabels, masterSection, locators}, dialogs, recoveryRoot),
       problems({consoleModel, midiManager, midiOutput, mtcClock, transport, passEngine, session}),
-      _passFiles(passes, midiOutput, mtcClock, dialogs) {
+      _passFiles(passes, passEngine, window.history(), midiOutput, mtcClock, dialogs) {
     midiOutput.setupClient();
     midiOutput.refreshDestinations();
     if (const auto rate = SavedSettings::midiOutMessagesPerSecond()) midiOutput.setMessagesPerSecond(*rate);
     restoreModelSize(consoleModel);
 
     midiManager.onControlChange = [this](Uptime stamp, int cc, int value) {
-        midiOutput.noteReceived(stamp, cc, value);
+        return midiOutput.noteReceived(stamp, cc, value);
     };
+    midiManager.connection.setDataLostHandler([this] { midiOutput.assertAgain(); });
 
     passEngine.onTakeSuperseded = [this](const AutomationPass& take) { passes.save(take); };
     session.pendingTake = [this] { return passEngine.pendingTake(); };
     session.storePendingTake = [this](const QString& name) { passEngine.finishRecording(name, passes); };
-    _observers.push_back(passEngine.recordingPass.addNotifier([this] {
-        if (passEngine.recordingPass.value() && !passEngine.isRecording()) session.takeEnded();
+    session.isRecordingTake = [this] { return passEngine.isRecording(); };
+    _observers.push_back(passEngine.recordingPass.addNotifier([this] { session.noteTake(); }));
+    _observers.push_back(passEngine.waitingTake.addNotifier([this] {
+        session.noteTake();
+        showTitle();
     }));
     session.onSessionLoaded = [this] {
         passEngine.noteSessionReplaced();
@@ -117,12 +123,11 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
     };
 
     auto* panel = new TransportPanelView(
-        mtcClock, locators, transport, [this] { return selectedPassEnd(); }, &window);
+        mtcClock, locators, transport, window.history(), [this] { return playedPassEnd(); }, &window);
     setHelpContext(*panel, HelpContext::transport);
     window.setTransportPanel(panel);
-    _observers.push_back(passEngine.selectedPass.addNotifier([panel] { panel->refresh(); }));
-    window.keys.onPlayStop = [panel] { panel->togglePlay(); };
-    window.keys.onReturnToStart = [panel] { panel->goToStart(); };
+    _observers.push_back(passEngine.playedPass.addNotifier([panel] { panel->refresh(); }));
+    panel->bindKeys(window.keys);
 
     QApplication::setQuitOnLastWindowClosed(false);
     _closeQuestion = std::make_unique<CloseQuestion>(*this);
@@ -141,8 +146,8 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
 
 Application::~Application() = default;
 
-std::optional<TimecodePosition> Application::selectedPassEnd() const {
-    const std::optional<AutomationPass>& pass = passEngine.selectedPass.value();
+std::optional<TimecodePosition> Application::playedPassEnd() const {
+    const std::optional<AutomationPass>& pass = passEngine.playedPass.value();
     if (!pass) return std::nullopt;
     const auto lastOffset = pass->events.isEmpty() ? std::nullopt : std::optional(pass->events.constLast().frameOffset);
     return LocateTarget::passEnd(pass->startTimecode, lastOffset);
@@ -152,7 +157,7 @@ void Application::buildMenus() {
     auto* file = new SessionMenu(session, &window);
     setHelpContext(*file, HelpContext::snapshots);
     window.menuBar()->addMenu(file);
-    file->addAction(QStringLiteral("Se&ttings…"), &window, &MainWindow::openSettings);
+    file->addAction(window.settingsAction());
     file->addAction(QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")), &window, [this] { quit(); });
     QMenu* edit = window.menuBar()->addMenu(QStringLiteral("&Edit"));
     const auto add = [edit](QAction* action, const char* keys) {
@@ -163,6 +168,8 @@ void Application::buildMenus() {
     add(window.history().createRedoAction(edit), "Ctrl+Shift+Z");
     _view = window.menuBar()->addMenu(QStringLiteral("&View"));
     _view->addActions(window.zoomActions());
+    _view->addSeparator();
+    _view->addAction(window.foldAction());
     _help = new HelpMenu(window.drawing(), window);
     window.menuBar()->addMenu(_help);
 }
@@ -170,6 +177,7 @@ void Application::buildMenus() {
 void Application::buildAutomation() {
     auto* panel = new AutomationPanelView(passEngine, consoleModel, mtcClock, window.drawing());
     window.setAutomationPanel(panel);
+    panel->bindKeys(window.keys);
     auto* zero = new ZeroConsoleMenu({consoleModel, midiOutput, manualSettings, channelLabels, masterSection},
                                      window.history(), &window);
     setHelpContext(*zero, HelpContext::zeroConsole);
@@ -186,18 +194,22 @@ void Application::buildAutomation() {
     recalls->onRecalled = [this](const Snapshot& snapshot) {
         setLoadedItem(LoadedItem{LoadedItemType::snapshot, snapshot.id});
     };
+    recalls->onRecallUndone = [this] { setLoadedItem(std::nullopt); };
     auto* takes =
         new PassesPopover(passEngine, passes, window.history(), panel->addButton(QStringLiteral("passes"), {}),
                           window.drawing(), window.centralWidget());
     setHelpContext(*takes, HelpContext::passes);
+    takes->onChosen = [this](const AutomationPass& pass) { setLoadedItem(LoadedItem{LoadedItemType::pass, pass.id}); };
+    QObject::connect(&window.deselectKey(), &QAbstractButton::clicked, takes,
+                     [this] { passEngine.select(std::nullopt); });
     takes->onShowLanes = [this](const AutomationPass& pass) {
         PassLanesView::open(pass, {passes, passEngine, channelLabels, mtcClock, transport, window.drawing()},
                             window.keys, &window);
     };
     takes->onExport = [this](const AutomationPass& pass) { _passFiles.exportPass(pass); };
     takes->onImport = [this] { _passFiles.importPass(); };
-    _observers.push_back(passEngine.selectedPass.addNotifier([this] {
-        if (const auto& pass = passEngine.selectedPass.value())
+    _observers.push_back(passEngine.playedPass.addNotifier([this] {
+        if (const auto& pass = passEngine.playedPass.value())
             setLoadedItem(LoadedItem{LoadedItemType::pass, pass->id});
         else if (_loadedItem && _loadedItem->type == LoadedItemType::pass)
             setLoadedItem(std::nullopt);
@@ -219,6 +231,8 @@ void Application::setLoadedItem(const std::optional<LoadedItem>& item) {
 QString Application::loadedItemText() const {
     if (!_loadedItem) return {};
     const bool isPass = _loadedItem->type == LoadedItemType::pass;
+    const auto& take = passEngine.waitingTake.value();
+    if (isPass && take && take->id == _loadedItem->id) return takeName;
     const QString name =
         isPass ? nameOf(passes.passes.value(), _loadedItem->id) : nameOf(snapshots.snapshots.value(), _loadedItem->id);
     if (name.isEmpty()) return {};
@@ -230,15 +244,26 @@ void Application::showTitle() {
     const QString loaded = loadedItemText();
     window.setWindowTitle(inTitle(session.displayName()) + QStringLiteral("[*]") +
                           (loaded.isEmpty() ? QString() : QStringLiteral("  —  ") + inTitle(loaded)));
-    window.setWindowModified(changed);
+    const bool takeWaits = passEngine.waitingTake.value().has_value();
+    window.setWindowModified(changed || takeWaits);
     const QString state = session.isSaving.value()  ? QStringLiteral("saving…")
+                          : loaded == takeName      ? QStringLiteral("not saved")
+                          : takeWaits               ? QStringLiteral("take not saved")
                           : changed                 ? QStringLiteral("edited")
                           : session.fileURL.value() ? QStringLiteral("saved")
                                                     : QStringLiteral("new session");
-    window.setSessionTitle(session.displayName(), loaded.isEmpty() ? state : loaded + QStringLiteral("  ·  ") + state);
+    const bool isPass = _loadedItem && _loadedItem->type == LoadedItemType::pass;
+    window.deselectKey().setVisible(isPass && !loaded.isEmpty() && loaded != takeName &&
+                                    passEngine.selectedPass.value());
+    window.setSessionTitle(session.displayName(), loaded, state);
 }
 
 void Application::quit() { window.close(); }
+
+void Application::leave(int status) {
+    session.leave();
+    QApplication::exit(status);
+}
 
 void Application::restorePorts() {
     restoreMIDIConnections(midiManager.connection, midiOutput, mtcClock.connection, transport);
@@ -269,17 +294,17 @@ void Application::welcome() {
     card->open();
 }
 
+void Application::begin(const QString& sessionFile) {
+    if (!sessionFile.isEmpty()) session.open(QUrl::fromLocalFile(QFileInfo(sessionFile).absoluteFilePath()));
+    session.offerRecovery();
+}
+
 void Application::showWindow() {
     new FirstFrameNotice(&window);
-    window.setGeometry(window.screen()->availableGeometry().adjusted(80, 80, -80, -80));
+    if (!window.restorePlace()) window.setGeometry(window.screen()->availableGeometry().adjusted(80, 80, -80, -80));
     window.show();
     window.raise();
     window.activateWindow();
-}
-
-QString recoveryFolder() {
-    const QString state = qEnvironmentVariable("XDG_STATE_HOME", QDir::homePath() + QStringLiteral("/.local/state"));
-    return state + QStringLiteral("/tessik-automation/recovery");
 }
 
 } // namespace tessik

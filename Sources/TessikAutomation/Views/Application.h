@@ -57,12 +57,17 @@ public:
     std::function<void()> onRigWanted;
     /// Shows the ways to begin, where nobody has begun on this machine yet.
     void welcome();
-    /// Puts the window on its screen, inset by 80 pixels on every side, and activates it.
+    /// Opens the session that the program was started with, if any, and then offers what crashed copies left.
+    void begin(const QString& sessionFile);
+    /// Puts the window where it was last, the first time on its screen, inset by 80 pixels on every side, and
+    /// activates it.
     void showWindow();
     /// The View menu, for what else there is to look at.
     QMenu& viewMenu() { return *_view; }
     /// Closes the window and ends the program, where nothing is lost or the user agrees.
     void quit();
+    /// Ends the program because the system wants it: without a question, with what is unsaved kept for the next start.
+    void leave(int status);
 
 private:
     /// What was recalled last, and is still in the session.
@@ -72,12 +77,12 @@ private:
         QUuid id;
     };
 
-    std::optional<TimecodePosition> selectedPassEnd() const;
+    std::optional<TimecodePosition> playedPassEnd() const;
     void buildMenus();
     void buildAutomation();
     void buildProblems();
     void setLoadedItem(const std::optional<LoadedItem>& item);
-    /// "Snapshot: NAME", "Pass: NAME"; empty where nothing was recalled.
+    /// "Snapshot: NAME", "Pass: NAME", or "Take" for one that waits; empty where nothing was recalled.
     QString loadedItemText() const;
     void showTitle();
 
@@ -89,8 +94,5 @@ private:
     std::optional<LoadedItem> _loadedItem;
     std::vector<QPropertyNotifier> _observers;
 };
-
-/// Where recovery files are kept: the user's state folder.
-QString recoveryFolder();
 
 } // namespace tessik

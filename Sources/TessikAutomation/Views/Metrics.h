@@ -11,20 +11,20 @@ constexpr int toGridUp(int length) { return (length + grid - 1) / grid * grid; }
 constexpr int toGrid(int length) { return length / grid * grid; }
 
 // ---- the window
-inline constexpr int headerHeight = 72;
-inline constexpr int railHeight = 20; ///< below the strips: scroll bar and MIDI status
-inline constexpr int minWindowWidth = 1040;
-inline constexpr int minWindowHeight = 560;
+inline constexpr int headerHeight = 72;          ///< of its only or upper row
+inline constexpr int headerSecondRowHeight = 44; ///< in narrow windows
+inline constexpr int railHeight = 20;            ///< below the strips: scroll bar and MIDI status
+inline constexpr int minWindowWidth = 1024;
 
 // ---- the desk
 inline constexpr int inputChannelStripWidth = 96;
 inline constexpr int maxInputChannelStripWidth = 112; ///< where the window is wider than the inputs
 inline constexpr int groupStripWidth = 64;
 inline constexpr int stereoStripWidth = 96;
+inline constexpr int foldedStripWidth = 36; ///< of stereo and groups beside a folded master section
 inline constexpr int channelStripSpacing = 0;
-inline constexpr int deskDivider = 4;       ///< between the scrolling inputs and the fixed strips
-inline constexpr int verticalBarWidth = 12; ///< where the modules scroll, in the divider
-inline constexpr int masterBarWidth = 8;    ///< where the master section does, in its margin
+inline constexpr int deskDivider = 12;   ///< between the scrolling inputs and the fixed strips: scroll bar and fold key
+inline constexpr int masterBarWidth = 8; ///< where the master section does, in its margin
 
 // ---- a channel strip above the bar
 inline constexpr int moduleTop = 5;
@@ -51,6 +51,8 @@ inline constexpr int scribbleHeight = 18;
 inline constexpr int mutesTitleTop = barTop + barHeight + 6;
 inline constexpr int mutesTop = mutesTitleTop + 12;
 inline constexpr int faderTop = mutesTop + keyHeight + 7;
+inline constexpr int foldedMutesTop = barTop + barHeight + 3; ///< one above the other
+inline constexpr int foldedKeyHeight = 18;
 inline constexpr int muteHeight = 22;
 inline constexpr int nullHeight = 16;
 inline constexpr int readoutHeight = 18;
@@ -65,8 +67,10 @@ inline constexpr int capWidth = 30;
 inline constexpr int capHeight = 54;
 inline constexpr int grooveWidth = 6;
 inline constexpr int faderScaleWidth = 34;
-inline constexpr int grooveGap = 5;      ///< from the groove to its ticks
-inline constexpr int scaleMargin = 3;    ///< at least, beside the scale
+inline constexpr int grooveGap = 5;   ///< from the groove to its ticks
+inline constexpr int scaleMargin = 3; ///< at least, beside the scale
+inline constexpr int narrowTick = 8;
+inline constexpr int minLabelWidth = 12;
 inline constexpr int minTickSpacing = 4; ///< closer marks are left out
 inline constexpr int minLabelSpacing = 10;
 inline constexpr int dragThreshold = 3; ///< a click that moves less leaves a fader where it is

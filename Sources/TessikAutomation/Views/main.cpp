@@ -1,14 +1,15 @@
 #include "TessikAutomation/Session/SessionCheck.h"
 #include "TessikAutomation/Views/Application.h"
 #include "TessikAutomation/Views/CommandLine.h"
-#include "TessikAutomation/Views/RigWindow.h"
+#include "TessikAutomation/Views/EndSignals.h"
+#include "TessikAutomation/Views/RigPane.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 #include "TessikAutomation/Views/Tour/Tour.h"
 #include "TessikKit/MIDI/ALSA/ALSAMIDIService.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QIcon>
+#include <QSessionManager>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -17,6 +18,22 @@
 using namespace tessik;
 
 namespace {
+
+/// The program as the desktop sees it.
+class Program final : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    /// The desktop session, or another program in its name, wants this one to end.
+    std::function<void()> onQuitWanted;
+
+protected:
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::Quit || !onQuitWanted) return QApplication::event(event);
+        onQuitWanted();
+        return true;
+    }
+};
 
 /// Another start of everything, on the rig, within this process.
 constexpr int restartWithRig = 1000;
@@ -32,35 +49,45 @@ int runTour(const CommandLine& line) {
     Tour(application, rig, own.path(), recoveryRoot).crash();
 }
 
-/// What every start does once the window is there.
-int begin(Application& application, const CommandLine& line) {
+/// What every start does once the ports are there. Its questions come within the event loop, which a signal ends.
+int begin(Program& program, Application& application, const CommandLine& line) {
+    const EndSignals signals([&application](int signal) { application.leave(128 + signal); });
+    program.onQuitWanted = [&application] { application.leave(0); };
+    QObject::connect(
+        &program, &QGuiApplication::commitDataRequest, &application.window,
+        [&application] { application.session.keepUnsaved(); }, // no more: the desktop may yet stay
+        Qt::DirectConnection);
     application.showWindow();
-    application.session.offerRecovery();
-    if (!line.sessionFile.isEmpty())
-        application.session.open(QUrl::fromLocalFile(QFileInfo(line.sessionFile).absoluteFilePath()));
-    if (!line.rig) application.welcome();
-    return QApplication::exec();
+    QMetaObject::invokeMethod(
+        &application.window,
+        [&application, &line] {
+            application.begin(line.sessionFile);
+            if (!line.rig) application.welcome();
+        },
+        Qt::QueuedConnection);
+    const int status = QApplication::exec();
+    program.onQuitWanted = nullptr;
+    return status;
 }
 
-int runOnRig(const CommandLine& line) {
+int runOnRig(Program& program, const CommandLine& line) {
     Rig rig;
-    Application application(rig.service, recoveryFolder());
-    RigWindow rigWindow(rig.desk, &application.window);
-    application.viewMenu().addAction(QStringLiteral("&Rig Console"), &rigWindow, &RigWindow::present);
+    Application application(rig.service, RecoveryFolder::defaultRoot());
+    auto* pane = new RigPane(rig.desk, application.window);
+    application.viewMenu().addAction(pane->toggleViewAction());
     application.connectToRig();
-    QMetaObject::invokeMethod(&rigWindow, &RigWindow::present, Qt::QueuedConnection); // once the program's is there
-    return begin(application, line);
+    return begin(program, application, line);
 }
 
-int runOnSequencer(const CommandLine& line) {
+int runOnSequencer(Program& program, const CommandLine& line) {
     ALSAMIDIService service;
-    Application application(service, recoveryFolder());
+    Application application(service, RecoveryFolder::defaultRoot());
     application.restorePorts();
     application.onRigWanted = [&application] {
         if (application.session.prepareToQuit()) QApplication::exit(restartWithRig);
     };
     if (const auto problem = ALSAMIDIService::problem()) application.problems.noMIDI = *problem;
-    return begin(application, line);
+    return begin(program, application, line);
 }
 
 } // namespace
@@ -82,15 +109,14 @@ int main(int argc, char** argv) {
     MIDIManager::logIncomingCC = line.logCC;
 
     Q_INIT_RESOURCE(icons);
-    QApplication app(argc, argv);
+    Program program(argc, argv);
     AppStyle::install();
     QApplication::setApplicationName(QStringLiteral("tessik-automation"));
-    QApplication::setApplicationDisplayName(QStringLiteral("TessikAutomation"));
     QApplication::setApplicationVersion(QLatin1String(TESSIK_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("tessik-automation"));
     QApplication::setWindowIcon(
         QIcon::fromTheme(QStringLiteral("tessik-automation"), QIcon(QStringLiteral(":/icons/tessik-automation.svg"))));
     if (!line.tourFolder.isEmpty()) return runTour(line);
-    const int status = line.rig ? runOnRig(line) : runOnSequencer(line);
-    return status == restartWithRig ? runOnRig(line) : status;
+    const int status = line.rig ? runOnRig(program, line) : runOnSequencer(program, line);
+    return status == restartWithRig ? runOnRig(program, line) : status;
 }

@@ -6,6 +6,8 @@
 #include "TessikAutomation/Views/CommandLine.h"
 #include "TessikAutomation/Views/Controls/RecordRow.h"
 #include "TessikAutomation/Views/Drawing/DrawnText.h"
+#include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
+#include "TessikAutomation/Views/Transport/LocatorRow.h"
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 #include "TessikRig/RigCommands.h"
@@ -33,7 +35,7 @@ namespace {
 class Visible {
 public:
     Visible() {
-        Type::onDraw = [this](const QString& text) { add(text); };
+        Type::onDraw = [this](const QString& text, const QFont&) { add(text); };
     }
     ~Visible() { Type::onDraw = nullptr; }
 
@@ -167,8 +169,13 @@ struct ManualMentionsTest : testing::Test, CleanSettings {
                                                    .isMissing = isMissing,
                                                    .isForgotten = !isMissing,
                                                    .refusal = 0},
-                                                    {.label = QStringLiteral("MIDI Out"), .refusal = 1}},
+                                                    {.label = QStringLiteral("MIDI Out"), .refusal = 1},
+                                                    {.label = QStringLiteral("MIDI Out"), .refusal = midiPortHeld},
+                                                    {.label = QStringLiteral("MIDI Out"), .isCut = true},
+                                                    {.label = QStringLiteral("MIDI Out"), .isAmbiguous = true}},
+                                          .isLoop = true,
                                           .isInputLost = true,
+                                          .overtaken = 1,
                                           .mismatch = {},
                                           .recoveryProblem = {},
                                           .settingsProblem = {}}))
@@ -177,13 +184,16 @@ struct ManualMentionsTest : testing::Test, CleanSettings {
         application.passes.save(
             {.id = QUuid::createUuid(), .name = QStringLiteral("Verse"), .createdAt = currentSecond()});
         application.snapshots.save(application.snapshotRecall.capture(QStringLiteral("Low"), currentSecond()));
+        window.findChild<SnapshotsPopover*>()->open();
+        lookAtWindow();
         application.passEngine.mode = AutomationMode::write;
         lookAtWindow();
         application.passEngine.isRolling = true;
         visible.look(window); // before the engine looks at the tape
         application.passEngine.isRolling = false;
         application.passEngine.mode = AutomationMode::off;
-        application.passEngine.recordingPass = application.passes.passes.value().front();
+        application.passEngine.select(application.passes.passes.value().front());
+        application.passEngine.restoreTake(application.passes.passes.value().front());
         lookAtWindow();
         for (const MTCFrameRate rate :
              {MTCFrameRate::fps24, MTCFrameRate::fps25, MTCFrameRate::fps30Drop, MTCFrameRate::fps30})
@@ -193,9 +203,12 @@ struct ManualMentionsTest : testing::Test, CleanSettings {
                 lookAtWindow();
             }
         application.passEngine.discardTake();
-        for (RecordRow* row : window.findChildren<RecordRow*>()) {
+        QList<QWidget*> withMenus{window.findChild<LocatorRow*>()};
+        for (RecordRow* row : window.findChildren<RecordRow*>())
+            withMenus << row;
+        for (QWidget* part : withMenus) {
             QContextMenuEvent ask(QContextMenuEvent::Mouse, {}, {});
-            QApplication::sendEvent(row, &ask);
+            QApplication::sendEvent(part, &ask);
             ASSERT_TRUE(QApplication::activePopupWidget());
             visible.look(*QApplication::activePopupWidget());
             QApplication::activePopupWidget()->close();
@@ -233,6 +246,7 @@ struct ManualMentionsTest : testing::Test, CleanSettings {
         lookAtDialogsOf([this] { application.dialogs.askUnsaved({}, {}); });
         lookAtDialogsOf([this] { application.dialogs.askTake({}, {}, QStringLiteral("Take")); });
         lookAtDialogsOf([this] { application.dialogs.askRecovery({}, {}); });
+        lookAtDialogsOf([this] { application.dialogs.alertOfFile({}, {}, {}); });
     }
 
     QTemporaryDir folder;
@@ -260,6 +274,8 @@ TEST_F(ManualMentionsTest, AllThatTheManualNamesIsThere) {
     EXPECT_TRUE(keys.onLeft && keys.onRight && keys.onPlayStop && keys.onReturnToStart);
     for (const char* key : {"Left", "Right", "Space", "Enter"})
         visible.addKey(QKeySequence(QLatin1String(key)));
+    for (const auto& [key, action] : keys.letters)
+        visible.addKey(QKeySequence(key));
     const auto shortcuts = std::find_if(manual().begin(), manual().end(), [](const HelpTopic& topic) {
         return topic.title == QLatin1String("Keyboard Shortcuts");
     });

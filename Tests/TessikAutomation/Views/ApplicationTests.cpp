@@ -1,8 +1,17 @@
+#include "TessikAutomation/Session/SessionFile.h"
 #include "TessikAutomation/Session/SessionReader.h"
 #include "TessikAutomation/Views/ApplicationFixture.h"
+#include "TessikAutomation/Views/Controls/PanelButton.h"
+#include "TessikAutomation/Views/EndSignals.h"
+#include "TessikAutomation/Views/Window/HeaderTitle.h"
 
 #include <QAbstractButton>
 #include <QDirIterator>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTimer>
+
+#include <csignal>
 
 namespace tessik {
 namespace {
@@ -20,8 +29,10 @@ TEST_F(ApplicationTest, TheTitleNamesWhatWasRecalledLast) {
     EXPECT_EQ(title(), QStringLiteral("Untitled[*]  —  Pass: Verse [*][*]"));
     application.passes.rename(verse.id, QStringLiteral("Chorus"));
     EXPECT_EQ(title(), QStringLiteral("Untitled[*]  —  Pass: Chorus"));
-    application.passEngine.select(std::nullopt);
+    application.window.deselectKey().click();
+    EXPECT_FALSE(application.passEngine.selectedPass.value());
     EXPECT_EQ(title(), QStringLiteral("Untitled[*]"));
+    EXPECT_TRUE(application.window.deselectKey().isHidden());
 
     application.snapshots.save(application.snapshotRecall.capture(QStringLiteral("Low"), currentSecond()));
     activate(application.window);
@@ -43,6 +54,62 @@ TEST_F(ApplicationTest, TheTitleNamesWhatWasRecalledLast) {
     EXPECT_TRUE(application.snapshots.snapshots.value().isEmpty()) << "nothing of another session comes back";
 }
 
+TEST_F(ApplicationTest, WhatACrashLeftIsOfferedOverTheSessionThatTheProgramWasStartedWith) {
+    SessionDocument crashed = SessionDocument::empty(currentSecond());
+    crashed.passes = {pass("Crashed")};
+    SessionDocument asked = crashed;
+    asked.passes = {pass("Asked for")};
+    const QString file = folder.filePath(QStringLiteral("asked.tessik"));
+    ASSERT_EQ(writeSessionFile(file, PreviousFile::drop, asked).error, QString());
+    {
+        const auto left = RecoveryFolder::create(folder.path());
+        ASSERT_EQ((RecoveryFile{left, left->path + QStringLiteral("/1.tessik")}.write(crashed, {}, {})), QString());
+    }
+    QTimer::singleShot(0, &application.window, [&] {
+        EXPECT_EQ(application.passes.passes.value(), asked.passes) << "what is there when the question comes";
+        auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_TRUE(question);
+        for (QAbstractButton* button : question->buttons())
+            if (button->text() == QLatin1String("Recover")) return button->click();
+    });
+    application.begin(file);
+    EXPECT_EQ(application.passes.passes.value(), crashed.passes);
+    EXPECT_TRUE(application.session.hasUnsavedChanges.value());
+}
+
+TEST_F(ApplicationTest, TheWindowComesBackWhereItWasClosed) {
+    application.showWindow();
+    const QRect first = application.window.screen()->availableGeometry().adjusted(80, 80, -80, -80);
+    EXPECT_EQ(application.window.geometry().topLeft(), first.topLeft());
+    application.window.setGeometry(20, 40, 1100, 620);
+    QApplication::processEvents();
+    application.window.close();
+    Application next(service, folder.path());
+    next.showWindow();
+    EXPECT_EQ(next.window.geometry(), QRect(20, 40, 1100, 620));
+}
+
+TEST_F(ApplicationTest, TheHeaderNeverSaysSavedWhileATakeWaits) {
+    const auto header = [this] { return application.window.findChild<HeaderTitle*>()->accessibleName(); };
+    const AutomationPass verse = pass("Verse");
+    const AutomationPass take = pass("Nov 23, 9:05 PM");
+    application.passes.save(verse);
+    application.passEngine.select(verse);
+    application.session.fileURL = QUrl(QStringLiteral("file:///Mix.tessik"));
+    application.session.hasUnsavedChanges = false;
+    EXPECT_EQ(header(), QStringLiteral("Mix, Pass: Verse, saved"));
+    application.passEngine.restoreTake(take);
+    EXPECT_EQ(header(), QStringLiteral("Mix, Take, not saved"));
+    EXPECT_TRUE(application.window.isWindowModified());
+    application.passEngine.compare(true);
+    EXPECT_EQ(header(), QStringLiteral("Mix, Pass: Verse, take not saved"));
+    application.passEngine.discardTake();
+    EXPECT_EQ(header(), QStringLiteral("Mix, Pass: Verse, saved"));
+    application.passEngine.restoreTake(take);
+    application.passEngine.finishRecording(QStringLiteral("Kept"), application.passes);
+    EXPECT_EQ(header(), QStringLiteral("Mix, Pass: Kept, edited"));
+}
+
 TEST_F(ApplicationTest, ATakeIsInTheRecoveryFileOnceItEndsAndAsLongAsItWaits) {
     const auto recovered = [this] { // names of the passes in the recovery file
         application.session.finishSaving();
@@ -58,15 +125,47 @@ TEST_F(ApplicationTest, ATakeIsInTheRecoveryFileOnceItEndsAndAsLongAsItWaits) {
     application.passEngine.recordingPass = pass("Take");
     EXPECT_EQ(recovered(), QStringList{QStringLiteral("Take")});
     application.passEngine.select(pass("Another"));
-    application.session.newSession();
+    application.session.recoveryTick();
     EXPECT_EQ(recovered(), QStringList{QStringLiteral("Take")});
     application.passEngine.onTakeSuperseded(*application.passEngine.recordingPass.value());
     application.passEngine.recordingPass = pass("Next");
     EXPECT_EQ(recovered(), (QStringList{QStringLiteral("Next"), QStringLiteral("Take")}));
-    EXPECT_FALSE(application.passEngine.selectedPass.value());
     application.passEngine.discardTake();
     application.session.recoveryTick();
     EXPECT_EQ(recovered(), QStringList{QStringLiteral("Take")});
+}
+
+TEST_F(ApplicationTest, TheFileMenuHasWhatWasReplacedWithItsTake) {
+    application.passEngine.recordingPass = pass("Take");
+    application.session.newSession();
+    EXPECT_FALSE(application.passEngine.recordingPass.value()) << "it belongs to another song";
+    EXPECT_FALSE(application.passEngine.selectedPass.value());
+    EXPECT_TRUE(application.passes.passes.value().isEmpty());
+    const QList<QMenu*> menus = application.window.findChildren<QMenu*>();
+    const auto found = std::find_if(menus.begin(), menus.end(), [](const QMenu* menu) {
+        return menu->title() == QLatin1String("Re&placed Sessions");
+    });
+    ASSERT_NE(found, menus.end());
+    for (int i = 0; i < 2; ++i) {
+        Q_EMIT(*found)->aboutToShow();
+        ASSERT_EQ((*found)->actions().size(), 1);
+    }
+    EXPECT_TRUE((*found)->actions()[0]->text().startsWith(QStringLiteral("Untitled  —  ")));
+    (*found)->actions()[0]->trigger();
+    ASSERT_EQ(application.passes.passes.value().size(), 1);
+    EXPECT_EQ(application.passes.passes.value()[0].name, QStringLiteral("Take"));
+}
+
+TEST(EndSignals, AreToldOnTheMainThreadOnce) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        std::vector<int> told;
+        const EndSignals signals([&told](int each) { told.push_back(each); });
+        std::raise(signal);
+        EXPECT_EQ(told, std::vector<int>()) << "not where it came";
+        QCoreApplication::processEvents();
+        EXPECT_EQ(told, std::vector{signal});
+        EXPECT_EXIT(std::raise(signal), testing::KilledBySignal(signal), "") << "nobody waits for a program that hangs";
+    }
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "TessikAutomation/Views/Controls/ConsoleToggle.h"
 #include "TessikAutomation/Views/WindowFixture.h"
 
 #include <QAccessible>
@@ -178,13 +179,16 @@ TEST_F(ChannelStripTest, ScreenReadersAndToolTipsTellEachControl) {
     } rows[]{{"fader", QAccessible::Slider, "Channel 5, fader", "-∞ dB", false},
              {"auxMuted", QAccessible::CheckBox, "Channel 5, aux MUTE", "on", true},
              {"chanMuted", QAccessible::CheckBox, "Channel 5, MUTE", "off", false},
-             {"null", QAccessible::Indicator, "Channel 5, NULL", "no target", false},
-             {"readout", QAccessible::StaticText, "Channel 5, level", "-∞ dB", false}};
+             {"null", QAccessible::StatusBar, "Channel 5, NULL", "no target", false},
+             {"readout", QAccessible::StatusBar, "Channel 5, level", "-∞ dB", false}};
     for (const auto& row : rows) {
         QAccessibleInterface* one = child(row.id);
         EXPECT_EQ(one->role(), row.role) << row.id;
         EXPECT_EQ(one->text(QAccessible::Name), QLatin1String(row.name));
         EXPECT_EQ(one->text(QAccessible::Value), QString::fromUtf8(row.value));
+        if (row.role == QAccessible::StatusBar) {
+            EXPECT_EQ(one->text(QAccessible::Description), QString::fromUtf8(row.value)) << "a bus without text values";
+        }
         EXPECT_EQ(one->state().checked, row.checked) << row.id;
         EXPECT_EQ(group->indexOfChild(one), control(host, row.id));
         const QPoint at = centre(host, row.id);
@@ -217,8 +221,9 @@ TEST_F(ChannelStripTest, NullArrowsSayWhichWay) {
         std::optional<int> target;
         const char *up, *down, *spoken;
     } rows[]{{std::nullopt, "dim", "dim", "no target"},
-             {80, "yellow", "dim", "move up"},
-             {40, "dim", "yellow", "move down"},
+             {80, "yellow", "dim", "up, 6.5 dB"},
+             {40, "dim", "yellow", "down, 9.6 dB"},
+             {0, "dim", "yellow", "down, to -∞ dB"},
              {60, "green", "green", "matched"}};
     for (const AppTheme scheme : {AppTheme::dark, AppTheme::light}) {
         theme.setTheme(scheme);
@@ -227,7 +232,7 @@ TEST_F(ChannelStripTest, NullArrowsSayWhichWay) {
             const QImage picture = host.grab().toImage();
             EXPECT_STREQ(hue(picture.pixelColor(up)), expected.up) << expected.spoken;
             EXPECT_STREQ(hue(picture.pixelColor(down)), expected.down) << expected.spoken;
-            EXPECT_EQ(host.valueText(control(host, "null")), QLatin1String(expected.spoken));
+            EXPECT_EQ(host.valueText(control(host, "null")), QString::fromUtf8(expected.spoken));
         }
     }
 }
@@ -292,6 +297,26 @@ TEST_F(ChannelStripTest, PartialPaintingGivesTheSamePictureAsPaintingAll) {
         const QRegion painted = watch.painted[&host];
         host.render(&kept, painted.boundingRect().topLeft(), painted, {});
         ASSERT_EQ(kept, host.grab().toImage().convertToFormat(kept.format())) << "step " << i;
+    }
+}
+
+TEST(ConsoleToggleTest, TheLampOfALowKeyKeepsClearOfItsLegend) {
+    DrawingContext drawing;
+    const Look& look = Look::of(ColorScheme::dark);
+    for (const int height : {17, 19, 27}) {
+        QImage picture(48, height, QImage::Format_RGB32);
+        QPainter painter(&picture);
+        Canvas canvas(painter, 1, look, drawing);
+        ConsoleToggle(QStringLiteral("HHHH"), &Tints::ledGreen, true).paintStatic(canvas, picture.rect());
+        painter.end();
+        int lampEnd = 0, legendTop = height;
+        for (int y = 2; y < height - 2; ++y) {
+            if (picture.pixelColor(24, y).saturation() > 100) lampEnd = y + 1; // its rim is one more
+            for (int x = 4; x < 44; ++x)
+                if (picture.pixelColor(x, y).lightness() > 110) legendTop = std::min(legendTop, y);
+        }
+        EXPECT_GT(lampEnd, 0) << height;
+        EXPECT_GT(legendTop, lampEnd + 1) << height;
     }
 }
 

@@ -1,5 +1,8 @@
+#include "TessikAutomation/Views/Drawing/DrawnText.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/WindowFixture.h"
+
+#include <QAbstractButton>
 
 namespace tessik {
 namespace {
@@ -37,6 +40,70 @@ TEST_F(DeskViewTest, ShowsTheInputsOfTheConsolesSizeAndNothingIsCutOff) {
             EXPECT_GE(last.geometry().right(), desk.width() - 8);
         }
     }
+}
+
+TEST_F(DeskViewTest, FoldingTheMasterSectionBringsMoreInputsIntoSight) {
+    const auto inSight = [this] {
+        const QRect view(inputs().mapTo(window.get(), QPoint()), inputs().size());
+        int whole = 0;
+        for (ChannelState* channel : model.inputs()) {
+            const ControlHost& host = strip(channel->kind);
+            whole += view.contains(QRect(host.mapTo(window.get(), QPoint()), host.size()));
+        }
+        return whole;
+    };
+    show({1600, 900});
+    DeskView& desk = window->desk();
+    auto& key = *desk.findChild<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
+    const int unfolded = inSight();
+    QTest::mouseClick(&key, Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_GE(inSight(), 13) << "of " << unfolded;
+    EXPECT_TRUE(window->foldAction()->isChecked());
+    EXPECT_FALSE(desk.master()->isVisible());
+    window->resize(1366, 768);
+    QApplication::processEvents();
+    EXPECT_GE(inSight(), 10);
+
+    for (const int percent : DeskView::zoomSteps) {
+        SCOPED_TRACE(percent);
+        desk.setZoom(percent);
+        for (const ChannelKind kind : {ChannelKind::stereo(), ChannelKind::group(1), ChannelKind::group(8)}) {
+            ControlHost& host = strip(kind);
+            expectLaidOut(host, 1);
+            EXPECT_FALSE(host.isShown(control(host, "eqOn")));
+            const QRect fader = host.controlRect(control(host, "fader"));
+            QTest::mouseClick(&host, Qt::LeftButton, {}, centre(host, "chanMuted"));
+            EXPECT_TRUE(model.channelState(kind)->chanMuted.value());
+            QTest::mouseClick(&host, Qt::LeftButton, {}, centre(host, "chanMuted"));
+            EXPECT_EQ(fader.top(),
+                      strip(ChannelKind::input(1)).controlRect(control(strip(ChannelKind::input(1)), "fader")).top());
+        }
+        EXPECT_LE(strip(ChannelKind::group(8)).geometry().right(), desk.width());
+    }
+    window->desk().setZoom(100);
+    show({1600, 900});
+    EXPECT_TRUE(window->desk().isFolded.value()) << "remembered on this machine";
+    window->foldAction()->trigger();
+    QApplication::processEvents();
+    EXPECT_EQ(inSight(), unfolded);
+    EXPECT_TRUE(window->desk().master()->isVisible());
+}
+
+TEST_F(DeskViewTest, TheStatusIsWholeBesideAFoldedMasterSection) {
+    show({1366, 768});
+    window->desk().isFolded = true;
+    QStringList drawn;
+    Type::onDraw = [&drawn](const QString& text, const QFont&) { drawn.append(text); };
+    for (const char* port : {"Desk", "Rig Console", "MIDI Interface 8x8 Port 3", "Interface of the studio: 1"}) {
+        const QString status = QStringLiteral("Output: ") + QLatin1String(port);
+        output.port.statusText = status;
+        QApplication::processEvents();
+        drawn.clear();
+        window->desk().grab();
+        EXPECT_TRUE(drawn.contains(QStringLiteral("MIDI Out — ") + status)) << port;
+    }
+    Type::onDraw = nullptr;
 }
 
 TEST_F(DeskViewTest, TheWheelMovesTheInputsSidewaysByOneStripANotch) {

@@ -1,5 +1,6 @@
 #include "TessikAutomation/Views/Controls/FaderTrackView.h"
 
+#include <QPainter>
 #include <gtest/gtest.h>
 
 namespace tessik {
@@ -39,6 +40,30 @@ TEST(FaderTrackViewTest, CapStandsWhereTheValueIsAndNeverLeavesTheView) {
     EXPECT_EQ(fader.valueAt(rect, -1000), 127);
     EXPECT_EQ(fader.valueAt(rect, 5000), 0);
     EXPECT_EQ(fader.valueAt(QRect(0, 0, 88, 54), 10), 0); // no travel at all
+}
+
+TEST(FaderTrackViewTest, ANarrowStripHasItsCapInTheMiddleAndWholeTicks) {
+    const FaderTrackView fader;
+    DrawingContext drawing;
+    for (const int width : {36, 64}) {
+        const QRect strip(0, 0, width, 400);
+        const QRect cap = fader.capRect(strip, 64);
+        EXPECT_EQ(cap.left(), width - 1 - cap.right()) << width;
+        QImage picture(strip.size(), QImage::Format_ARGB32_Premultiplied);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        Canvas canvas(painter, 1, Look::of(ColorScheme::dark), drawing);
+        fader.paintStatic(canvas, strip);
+        painter.end();
+        const int y = qRound(fader.centreY(strip, 91 / 127.0)); // -5 dB
+        const auto isTick = [&](int x) { return picture.pixel(x, y) == Palette::dark().tickColor.rgb(); };
+        int left = 0, right = 0;
+        for (int x = 0; x < width; ++x)
+            (x < width / 2 ? left : right) += isTick(x);
+        EXPECT_GE(left, 6) << width;
+        EXPECT_EQ(left, right) << width;
+        EXPECT_FALSE(isTick(0) || isTick(width - 1)) << width;
+    }
 }
 
 TEST(FaderTrackViewTest, DragWritesTheUnroundedPlaceOfThePointer) {

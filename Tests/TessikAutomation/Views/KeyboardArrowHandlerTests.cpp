@@ -29,6 +29,8 @@ struct KeyboardArrowHandlerTest : testing::Test {
         handler.onRight = [this] { calls += QLatin1Char('r'); };
         handler.onPlayStop = [this] { calls += QLatin1Char('p'); };
         handler.onReturnToStart = [this] { calls += QLatin1Char('s'); };
+        handler.letters[Qt::Key_W] = [this] { calls += QLatin1Char('w'); };
+        handler.letters[(Qt::SHIFT | Qt::Key_C).toCombined()] = [this] { calls += QLatin1Char('c'); };
         QObject::connect(button, &QPushButton::clicked, &window, [this] { ++clicks; });
         window.show();
         window.activateWindow();
@@ -48,7 +50,9 @@ TEST_F(KeyboardArrowHandlerTest, TakesTheWindowsKeys) {
         {Qt::Key_Space, Qt::NoModifier, "p"},     {Qt::Key_Return, Qt::NoModifier, "s"},
         {Qt::Key_Enter, Qt::KeypadModifier, "s"}, {Qt::Key_Left, Qt::ShiftModifier, "l"},
         {Qt::Key_Right, Qt::ControlModifier, ""}, {Qt::Key_Right, Qt::AltModifier, ""},
-        {Qt::Key_Right, Qt::MetaModifier, ""},    {Qt::Key_A, Qt::NoModifier, ""}};
+        {Qt::Key_Right, Qt::MetaModifier, ""},    {Qt::Key_A, Qt::NoModifier, ""},
+        {Qt::Key_W, Qt::NoModifier, "w"},         {Qt::Key_W, Qt::ControlModifier, ""},
+        {Qt::Key_C, Qt::ShiftModifier, "c"},      {Qt::Key_C, Qt::NoModifier, ""}};
     for (const auto& [key, modifier, call] : rows)
         EXPECT_EQ(press(*button, key, modifier), QLatin1String(call)) << key;
     EXPECT_EQ(clicks, 0) << "Space is the window's also where a button has the keyboard";
@@ -59,8 +63,9 @@ TEST_F(KeyboardArrowHandlerTest, LeavesTextsAndDialogsAlone) {
     EXPECT_EQ(press(*line, Qt::Key_Space), QString());
     EXPECT_EQ(line->text(), QStringLiteral(" "));
     text->setFocus();
-    EXPECT_EQ(press(*text, Qt::Key_Return), QString());
-    EXPECT_EQ(text->toPlainText(), QStringLiteral("\n"));
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_W})
+        EXPECT_EQ(press(*text, key), QString());
+    EXPECT_EQ(text->toPlainText(), QStringLiteral("\nw"));
     line->setReadOnly(true);
     line->setFocus();
     EXPECT_EQ(press(*line, Qt::Key_Space), QStringLiteral("p")) << "nothing to edit";
@@ -78,7 +83,7 @@ TEST_F(KeyboardArrowHandlerTest, AKeyHeldDownPagesButDoesNotPlayAndStopInTurn) {
         QCoreApplication::sendEvent(button, &event);
     };
     calls.clear();
-    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Space, Qt::Key_Return})
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Space, Qt::Key_Return, Qt::Key_W})
         repeat(key);
     EXPECT_EQ(calls, QStringLiteral("r"));
     EXPECT_EQ(clicks, 0);

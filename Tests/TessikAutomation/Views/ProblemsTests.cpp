@@ -59,11 +59,34 @@ TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
     application.consoleModel.isReceivingStateDump = true;
     EXPECT_EQ(titles(), QStringList()) << "the desk has told everything since";
 
+    application.midiManager.connection.overtakenCount = 5;
+    EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI In comes too fast")));
+    application.consoleModel.isReceivingStateDump = false;
+    application.consoleModel.isReceivingStateDump = true;
+    EXPECT_EQ(titles(), QStringList());
+
     service.failNext(VirtualMIDIService::Operation::send, -19);
     application.midiOutput.sendFader(ChannelKind::input(1), 5);
     EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI Out does not take messages")));
     application.midiOutput.pump();
     EXPECT_EQ(titles(), QStringList()) << "the value went out after all";
+
+    for (const QString& port : {QStringLiteral("Desk Out"), QStringLiteral("Desk In")}) {
+        const QString label = port == QLatin1String("Desk In") ? QStringLiteral("MIDI Out") : QStringLiteral("MIDI In");
+        for (int i = 0; i < 2; ++i) {
+            service.cut(port);
+            settle();
+        }
+        application.consoleModel.isReceivingStateDump = false;
+        application.consoleModel.isReceivingStateDump = true; // and tells what MIDI In missed
+        EXPECT_EQ(titles(), QStringList(label + QStringLiteral(" was disconnected")));
+        service.unplug(port);
+        service.hold(port, true);
+        service.plug(port);
+        EXPECT_EQ(titles(), QStringList(label + QStringLiteral(" is held by another program")));
+        service.hold(port, false);
+        EXPECT_EQ(titles(), QStringList());
+    }
 
     SavedSettings::setUniqueID(SavedSettings::Key::timecodeSourceID, 77);
     EXPECT_EQ(titles(), QStringList(QStringLiteral("MTC Source is not connected")));
@@ -81,14 +104,15 @@ TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
 TEST_F(ProblemsTest, EachSaysWhatToDo) {
     ProblemState state{.noMIDI = QStringLiteral("/dev/snd/seq: No such file"),
                        .ports = {{.label = QStringLiteral("MIDI In"), .isMissing = true}},
+                       .isLoop = true,
                        .isInputLost = true,
                        .mismatch = ProblemState::FrameRates{MTCFrameRate::fps24, MTCFrameRate::fps25},
                        .recoveryProblem = {},
                        .settingsProblem = {}};
     const std::vector<Problem> problems = problemsIn(state);
-    ASSERT_EQ(problems.size(), 3u) << "without MIDI its ports are not spoken of";
-    EXPECT_EQ(problems[1].offer, Problem::Offer::rig);
-    EXPECT_TRUE(problems[2].remedy.contains(description(MTCFrameRate::fps24)));
+    ASSERT_EQ(problems.size(), 4u) << "without MIDI its ports are not spoken of";
+    EXPECT_EQ(problems[2].offer, Problem::Offer::rig);
+    EXPECT_TRUE(problems[3].remedy.contains(description(MTCFrameRate::fps24)));
 
     auto& popover = *application.window.findChild<ProblemsPopover*>();
     unplug();

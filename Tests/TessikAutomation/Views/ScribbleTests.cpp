@@ -1,6 +1,9 @@
 #include "TessikAutomation/Views/Desk/ScribbleEditor.h"
 #include "TessikAutomation/Views/WindowFixture.h"
 
+#include <QAbstractButton>
+#include <QAccessible>
+
 namespace tessik {
 namespace {
 
@@ -34,7 +37,7 @@ TEST_F(ScribbleTest, ClickTypeColourReturn) {
     ASSERT_TRUE(editing().isVisible());
     EXPECT_EQ(QApplication::focusWidget(), &field());
     QTest::keyClicks(&field(), QStringLiteral("Lead Vox"));
-    QTest::mouseClick(&editing(), Qt::LeftButton, {}, editing().swatchRect(5).center());
+    QTest::mouseClick(&editing().swatch(5), Qt::LeftButton);
     EXPECT_FALSE(label(in3)) << "nothing is kept before Return";
     QTest::keyClick(&field(), Qt::Key_Return);
     EXPECT_EQ(label(in3), (ChannelLabel{QStringLiteral("Lead Vox"), QStringLiteral("4EA8CB")}));
@@ -67,6 +70,31 @@ TEST_F(ScribbleTest, EscapeDropsAClickElsewhereKeeps) {
     QTest::mouseClick(window->centralWidget(), Qt::LeftButton, {}, {200, 20});
     EXPECT_FALSE(editingID());
     EXPECT_FALSE(label(ChannelKind::group(2))) << "nothing was entered";
+}
+
+TEST_F(ScribbleTest, ColoursAreChosenByKeysAndAreSpokenOf) {
+    click(in3);
+    const auto chosen = [this] {
+        QStringList names;
+        for (int i = 0; i < int(channelLabelPalette.size()); ++i) {
+            const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&editing().swatch(i));
+            if (spoken->state().checked) names << spoken->text(QAccessible::Name);
+        }
+        return names.join(u' ');
+    };
+    EXPECT_EQ(chosen(), QStringLiteral("grey"));
+    for (const auto& [key, color] : {std::pair(Qt::Key_Down, "red"), {Qt::Key_Up, "grey"}, {Qt::Key_Up, "pink"}}) {
+        QTest::keyClick(&field(), key);
+        EXPECT_EQ(chosen(), QLatin1String(color));
+        EXPECT_TRUE(field().accessibleDescription().contains(QLatin1String(color)));
+    }
+    QTest::keyClick(&field(), Qt::Key_Return);
+    EXPECT_EQ(label(in3)->colorHex, QStringLiteral("E04EA0"));
+
+    ControlHost& host = strip(in3);
+    QAccessibleInterface* paper = QAccessible::queryAccessibleInterface(&host)->child(control(host, "scribble"));
+    paper->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(editingID(), in3.id());
 }
 
 TEST_F(ScribbleTest, TabGoesOverTheWholeOrderAndStopsAtItsEnds) {

@@ -74,6 +74,17 @@ TEST_F(SettingsViewTest, ListsFollowWhatIsPluggedInAndAMissingChoiceShowsNoRow) 
     EXPECT_EQ(picker("MIDI Out").currentText(), QStringLiteral("Desk In"));
 }
 
+TEST_F(SettingsViewTest, ARememberedPortThatWasNeverThereShowsNoRowUntilNoneIsChosen) {
+    window->settingsView()->accept();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    SavedSettings::setUniqueID(Key::consoleSourceID, 77);
+    window->openSettings();
+    EXPECT_EQ(picker("MIDI In").currentIndex(), -1);
+    pick("MIDI In", 0);
+    EXPECT_EQ(picker("MIDI In").currentIndex(), 0);
+    EXPECT_FALSE(SavedSettings::uniqueID(Key::consoleSourceID));
+}
+
 TEST_F(SettingsViewTest, TheChannelStepsFrom1To16) {
     auto& up = find<QToolButton>("MIDI Channel up");
     auto& down = find<QToolButton>("MIDI Channel down");

@@ -45,7 +45,7 @@ TEST(ThemeStoreTest, StoresOnEveryAssignmentAndNotifiesOnChangeOnly) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST(LookTest, LegendsKeepAContrastOf4_5) {
+TEST(LookTest, LegendsKeepAContrastOf4_5AndTicksOf1_6) {
     const auto luminance = [](const QColor& color) {
         const auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
         return 0.2126 * linear(double(color.redF())) + 0.7152 * linear(double(color.greenF())) +
@@ -58,6 +58,16 @@ TEST(LookTest, LegendsKeepAContrastOf4_5) {
     for (const ColorScheme scheme : {ColorScheme::dark, ColorScheme::light}) {
         const Look& look = Look::of(scheme);
         const QColor bank = over(look.palette.faderBankBackground, look.palette.appBackground);
+        const QColor strip = over(look.palette.channelStripBackground, look.palette.appBackground);
+        const QColor master = over(look.palette.masterPanelBackground, look.palette.appBackground);
+        for (const QColor& panel : {strip, master}) {
+            EXPECT_GE(contrast(look.tints.moduleLegend, panel), 4.5);
+            EXPECT_GE(contrast(look.tints.knobTick, panel), 1.6);
+            EXPECT_GE(contrast(look.tints.scaleZero, panel), 1.6);
+        }
+        EXPECT_GE(contrast(over(look.tints.fineTick, bank), bank), 1.6);
+        EXPECT_GE(contrast(look.palette.tickColor, bank), 1.6);
+        EXPECT_GE(contrast(look.tints.displayDim, look.tints.displayBackground), 4.5);
         EXPECT_GE(contrast(look.tints.legend, look.palette.switchOffFill), 4.5);
         EXPECT_GE(contrast(over(withAlpha(look.tints.legend, 0.85), bank), bank), 4.5);
         EXPECT_GE(contrast(look.tints.secondaryText, look.tints.headerTop), 4.5);

@@ -1,11 +1,15 @@
 #include "Support/CleanSettings.h"
 #include "Support/TapeFixture.h"
+#include "TessikAutomation/Views/Controls/EntryField.h"
 #include "TessikAutomation/Views/Transport/LocatorRow.h"
 #include "TessikAutomation/Views/Transport/TimecodeCounter.h"
+#include "TessikAutomation/Views/Transport/TimecodeText.h"
 #include "TessikAutomation/Views/Transport/TransportPanelView.h"
 
 #include <QAccessible>
+#include <QLabel>
 #include <QTest>
+#include <QUndoStack>
 #include <gtest/gtest.h>
 
 namespace tessik {
@@ -21,7 +25,8 @@ struct TransportPanelTest : testing::Test, CleanSettings {
     LocatorStore locators;
     TransportManager transport{tape.service};
     std::optional<TimecodePosition> passEnd;
-    TransportPanelView panel{tape.clock, locators, transport, [this] { return passEnd; }};
+    QUndoStack history;
+    TransportPanelView panel{tape.clock, locators, transport, history, [this] { return passEnd; }};
     TimecodeCounter* counter = panel.findChild<TimecodeCounter*>();
 
     void connectTransport() { transport.selectDestination(tape.service.destinations().front().uniqueID); }
@@ -110,6 +115,65 @@ TEST_F(TransportPanelTest, LocatorRowsOfferWhatCanBeDone) {
     }
     EXPECT_EQ(locators.start(), std::nullopt);
     EXPECT_EQ(locators.end(), std::nullopt);
+    history.undo();
+    EXPECT_TRUE(locators.end()) << "what was cleared comes back";
+    EXPECT_FALSE(locators.start());
+    while (history.canUndo())
+        history.undo();
+    EXPECT_FALSE(locators.start() || locators.end()) << "and what was set goes";
+    history.setIndex(history.count());
+}
+
+TEST_F(TransportPanelTest, ALocatorCanBeTypedAndWhatIsWrongStaysToBeMended) {
+    panel.show();
+    panel.activateWindow();
+    LocatorRow& row = panel.endRow();
+    const auto entry = [&row]() -> EntryField* {
+        for (EntryField* each : row.findChildren<EntryField*>())
+            if (each->isVisible()) return each;
+        return nullptr;
+    };
+    const auto problem = [this] {
+        const auto* label = panel.findChild<QLabel*>(QStringLiteral("positionProblem"));
+        return label ? label->text() : QString();
+    };
+    // At the rate of the locator, else of the timecode, and before that of 30 fps.
+    row.setFocus();
+    QTest::keyClick(&row, Qt::Key_F2);
+    QTest::keyClicks(entry(), QStringLiteral("1:02:03:29"));
+    QTest::keyClick(entry(), Qt::Key_Return);
+    EXPECT_EQ(locators.end(), (TimecodePosition{fps30, 1, 2, 3, 29}));
+    tape.clock.handleFullFrame({fps25, 1, 2, 3, 4});
+    locators.setEnd(std::nullopt);
+
+    row.edit();
+    const std::pair<const char*, const char*> wrong[]{{"1:60:00:00", "Minutes go from 0 to 59"},
+                                                      {"01:02:03:25", "Frames go from 0 to 24 at 25 fps"},
+                                                      {"1:2", "Type hours, minutes, seconds and frames: 01:02:03:04"},
+                                                      {"soon", "Type hours, minutes, seconds and frames: 01:02:03:04"}};
+    for (const auto& [text, why] : wrong) {
+        entry()->selectAll();
+        QTest::keyClicks(entry(), QLatin1String(text));
+        EXPECT_EQ(problem(), QString());
+        QTest::keyClick(entry(), Qt::Key_Return);
+        EXPECT_EQ(problem(), QLatin1String(why));
+        ASSERT_TRUE(entry()) << text;
+        EXPECT_EQ(entry()->text(), QLatin1String(text)) << "nothing that was typed is lost";
+    }
+    panel.startRow().captureKey().setFocus();
+    EXPECT_EQ(entry()->text(), QStringLiteral("soon")) << "nor when the keyboard goes elsewhere";
+    EXPECT_EQ(locators.end(), std::nullopt);
+    entry()->setFocus();
+    entry()->selectAll();
+    QTest::keyClicks(entry(), QStringLiteral("1000"));
+    QTest::keyClick(entry(), Qt::Key_Tab);
+    EXPECT_EQ(locators.end(), (TimecodePosition{fps25, 0, 0, 10, 0}));
+    row.edit();
+    QTest::keyClicks(entry(), QStringLiteral("5"));
+    QTest::keyClick(entry(), Qt::Key_Escape);
+    EXPECT_EQ(locators.end(), (TimecodePosition{fps25, 0, 0, 10, 0}));
+    EXPECT_EQ(TimecodeText::parse(QStringLiteral("00:11:00:01"), fps30Drop).position, std::nullopt);
+    EXPECT_TRUE(TimecodeText::parse(QStringLiteral("00;10;00;01"), fps30Drop).position);
 }
 
 TEST_F(TransportPanelTest, KeysDriveTheRecorder) {

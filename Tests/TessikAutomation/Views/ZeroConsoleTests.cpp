@@ -67,8 +67,11 @@ TEST_F(ZeroConsoleTest, EachTierDoesWhatItSays) {
         ASSERT_TRUE(action) << row.menuTitle;
         action->trigger();
         EXPECT_EQ(menu->confirmation()->text(), QLatin1String(row.dialogTitle));
-        EXPECT_TRUE(menu->confirmation()->informativeText().startsWith(QLatin1String(row.messageBegins)));
-        EXPECT_TRUE(menu->confirmation()->informativeText().endsWith(QLatin1String("Cannot be undone.")));
+        const QString text = menu->confirmation()->informativeText();
+        EXPECT_TRUE(text.startsWith(QLatin1String(row.messageBegins)));
+        EXPECT_TRUE(text.contains(QStringLiteral("\n•  Scribble strips")));
+        EXPECT_EQ(text.contains(QStringLiteral("\n•  Master Section")), row.master);
+        EXPECT_EQ(text.contains(QStringLiteral("\nSent to the desk now\n")), row.sends);
         answer("Zero It");
         EXPECT_TRUE(isZero()) << tier;
         EXPECT_EQ(master.settings() == MasterSectionSettings(), row.master) << tier;
@@ -85,7 +88,8 @@ TEST_F(ZeroConsoleTest, EachTierDoesWhatItSays) {
 TEST_F(ZeroConsoleTest, TheDialogSaysWhenNothingCanBeSent) {
     output.selectDestination(std::nullopt);
     menu->ask(ResetTier::channelsAndMasterSendToConsole);
-    EXPECT_TRUE(menu->confirmation()->informativeText().contains(QLatin1String("nothing will be sent")));
+    const QString text = menu->confirmation()->informativeText();
+    EXPECT_TRUE(text.contains(QLatin1String("nothing will be sent")) && !text.contains(QLatin1String("Sent to")));
 }
 
 } // namespace

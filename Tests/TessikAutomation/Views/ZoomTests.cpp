@@ -1,3 +1,4 @@
+#include "TessikAutomation/Views/Drawing/DrawnText.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/WindowFixture.h"
 
@@ -8,6 +9,8 @@ struct ZoomTest : WindowTest {};
 
 TEST_F(ZoomTest, EverySizeShowsEveryControlAndFollowsTheHand) {
     show({1600, 900});
+    int smallest = 100;
+    Type::onDraw = [&smallest](const QString&, const QFont& font) { smallest = std::min(smallest, font.pixelSize()); };
     for (const int percent : DeskView::zoomSteps) {
         DeskView& desk = window->desk();
         desk.setZoom(percent);
@@ -17,6 +20,7 @@ TEST_F(ZoomTest, EverySizeShowsEveryControlAndFollowsTheHand) {
             expectLaidOut(*host, 1);
         }
         const ControlHost& last = *desk.strip(ChannelKind::group(8));
+        window->grab();
         EXPECT_LE(last.geometry().right(), desk.width());
         EXPECT_GE(last.geometry().bottom(), desk.height() - Metrics::railHeight - 4);
         EXPECT_EQ(desk.moduleView().height(), desk.strip(ChannelKind::input(1))->y());
@@ -29,6 +33,8 @@ TEST_F(ZoomTest, EverySizeShowsEveryControlAndFollowsTheHand) {
         QTest::mouseRelease(&fader, Qt::LeftButton, {}, rect.center());
         EXPECT_NEAR(model.channelState(ChannelKind::input(1))->faderValue.value(), 64, 1) << percent;
     }
+    Type::onDraw = nullptr;
+    EXPECT_GE(smallest, 8) << "smaller print cannot be read";
 }
 
 TEST_F(ZoomTest, StepsByKeysAndIsRememberedOnThisMachine) {

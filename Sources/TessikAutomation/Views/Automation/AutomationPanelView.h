@@ -2,32 +2,38 @@
 
 #include "TessikAutomation/Automation/PassEngine.h"
 #include "TessikAutomation/Views/Controls/SymbolButton.h"
+#include "TessikAutomation/Views/Window/HeaderPart.h"
 
+class QBoxLayout;
 class QLabel;
-class QVBoxLayout;
 
 namespace tessik {
 
+class KeyboardArrowHandler;
 class ModeKey;
 
 /// The automation in the header: a key for each mode and for NULL, what the engine does, a warning while channels are
 /// unknown, and room for buttons that open lists.
-class AutomationPanelView final : public QWidget {
+class AutomationPanelView final : public HeaderPart {
     Q_OBJECT
 
 public:
     AutomationPanelView(PassEngine& engine, ConsoleModel& consoleModel, MTCClock& mtcClock, DrawingContext& drawing,
                         QWidget* parent = nullptr);
 
+    /// W, U, R and N press the keys of the modes.
+    void bindKeys(KeyboardArrowHandler& keys);
     /// A key left of the buttons.
     PanelButton& addKey(const QString& legend, const QString& symbol);
     /// A button at the right end, below those that are there.
     SymbolButton& addButton(const QString& symbol, const QString& text);
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
+
+    int neededWidth(HeaderFit fit) const override;
+    void setFit(HeaderFit fit) override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     struct Status {
@@ -37,6 +43,9 @@ private:
         QColor Tints::*color;
     };
     Status status() const;
+    int statusWidth(HeaderFit fit) const;
+    int warningWidth() const;
+    void refit();
     void showKeys();
     void showStatus();
     void countUnsynced();
@@ -50,13 +59,19 @@ private:
     ModeKey* _update;
     ModeKey* _read;
     ModeKey* _null;
+    std::vector<PanelButton*> _addedKeys;
+    std::vector<SymbolButton*> _addedButtons;
+    HeaderFit _fit = HeaderFit::legends;
+    int _fitWidth = 0; ///< that it needed when it was last fitted
+    QBoxLayout* _modeKeys;
+    QBoxLayout* _lines; ///< the status, and the warning
+    QWidget* _status;
     QLabel* _title;
     QLabel* _detail;
     QWidget* _warning;
     QLabel* _warningSymbol;
     QLabel* _warningText;
-    QVBoxLayout* _buttons;
-    int _keysWidth = 0; ///< of those added
+    QBoxLayout* _buttons;
     int _unsynced = -1;
     std::vector<QPropertyNotifier> _observers;
 };

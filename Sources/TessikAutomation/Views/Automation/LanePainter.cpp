@@ -35,7 +35,10 @@ QRect plotRect(const QRect& lane) {
 }
 
 /// Without its edge.
-QRect insidePlot(const QRect& plot) { return plot.adjusted(2, 2, -2, -2); }
+QRect insidePlot(const QRect& plot) {
+    constexpr int edge = LanePainter::plotEdge;
+    return plot.adjusted(edge, edge, -edge, -edge);
+}
 
 double curveY(const QRect& curve, double value) {
     return curve.bottom() + 1 - curveInset - (curve.height() - 2 * curveInset) * value / maxFader;
@@ -59,8 +62,9 @@ QColor curveColor(const Look& look) { return look.isDark() ? look.tints.display 
 void shadeOutside(Canvas& canvas, const QRect& plot, const PassLanes& lanes, const LaneTimeline& timeline) {
     const int start = std::clamp(canvas.px(plot.x() + std::clamp(timeline.xOf(0), -1e6, 1e6)), canvas.px(plot.x()),
                                  canvas.px(plot.x() + plot.width()));
-    const int end = std::clamp(canvas.px(plot.x() + std::clamp(timeline.xOf(double(lanes.lastOffset())), -1e6, 1e6)),
-                               canvas.px(plot.x()), canvas.px(plot.x() + plot.width()));
+    const int end =
+        std::clamp(canvas.px(plot.x() + std::clamp(timeline.xOf(double(lanes.lastOffset() + 1)), -1e6, 1e6)),
+                   canvas.px(plot.x()), canvas.px(plot.x() + plot.width()));
     const QRect whole = canvas.px(QRectF(plot));
     const QColor shade = withAlpha(Qt::black, canvas.look.isDark() ? 0.45 : 0.07);
     canvas.painter.fillRect(QRect(whole.x(), whole.y(), start - whole.x(), whole.height()), shade);
@@ -175,7 +179,8 @@ void paintSwitch(Canvas& canvas, const QRect& row, const PassLanes& lanes, const
                             withAlpha(canvas.look.tints.text, 0.14));
     const auto draw = [&](int column, int count, bool isOn) {
         if (!isOn) return;
-        const QRect bar(whole.x() + column, whole.y(), std::max(count, canvas.line(2)), whole.height());
+        const int width = std::max(count, canvas.line(2));
+        const QRect bar(whole.x() + std::min(column, whole.width() - width), whole.y(), width, whole.height());
         canvas.painter.fillRect(bar, color);
         canvas.painter.fillRect(bar.adjusted(0, 0, 0, canvas.line() - bar.height()), blend(color, Qt::white, 0.35));
         canvas.painter.fillRect(bar.adjusted(0, bar.height() - canvas.line(2), 0, 0), blend(color, Qt::black, 0.3));
@@ -267,7 +272,7 @@ void LanePainter::paintRuler(Canvas& canvas, DrawingContext& drawing, const QRec
         const QRect print(int(ruler.x() + x) + 4, ruler.y() + 2, rulerTextWidth, 17);
         if (position.totalFrames() + offset < 0 || print.x() < ruler.x() || print.right() > ruler.right()) return;
         position.addFrames(offset);
-        TimecodeText::draw(canvas, canvas.px(QRectF(print)), position.displayString(), 11, ink);
+        TimecodeText::draw(canvas, canvas.px(QRectF(print)), position.withinDay().displayString(), 11, ink);
     });
     canvas.painter.restore();
 }

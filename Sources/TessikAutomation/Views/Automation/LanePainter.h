@@ -35,6 +35,7 @@ namespace LanePainter {
 
 inline constexpr int headWidth = 148;
 inline constexpr int rulerHeight = 32;
+inline constexpr int plotEdge = 2; ///< that nothing is drawn on
 
 /// Of a lane, with the gap below it.
 int laneHeight(const PassLanes::Channel& channel);

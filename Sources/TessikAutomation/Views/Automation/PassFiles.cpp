@@ -3,9 +3,11 @@
 #include "TessikAutomation/Automation/PassMIDIFile.h"
 #include "TessikAutomation/Automation/StandardMIDIFile.h"
 #include "TessikAutomation/Session/SafeFile.h"
+#include "TessikAutomation/Views/Controls/UndoStep.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QUndoStack>
 
 namespace tessik {
 namespace {
@@ -63,6 +65,16 @@ void PassFiles::exportPass(const AutomationPass& pass) {
     });
 }
 
+void PassFiles::add(const AutomationPass& pass) {
+    _history.push(new UndoStep(
+        QStringLiteral("importing %1").arg(pass.name), [this, pass] { _passes.save(pass); },
+        [this, id = pass.id] {
+            const std::optional<AutomationPass>& selected = _engine.selectedPass.value();
+            if (selected && selected->id == id) _engine.select(std::nullopt);
+            _passes.remove(id);
+        }));
+}
+
 void PassFiles::importPass() {
     const auto path = _dialogs.chooseToOpen(QStringLiteral("Import a MIDI file"), midiType());
     if (!path) return;
@@ -75,7 +87,7 @@ void PassFiles::importPass() {
                                imported.error + QLatin1Char('.'));
                 return;
             }
-            _passes.save(*imported.pass);
+            add(*imported.pass);
             if (!imported.notes.isEmpty())
                 _dialogs.alert(QStringLiteral("“%1” was imported, with exceptions").arg(imported.pass->name),
                                imported.notes.join(QLatin1Char('\n')));

@@ -1,20 +1,28 @@
 #pragma once
 
-#include "TessikAutomation/Automation/PassStore.h"
+#include "TessikAutomation/Automation/PassEngine.h"
 #include "TessikAutomation/MIDI/MIDIOutputManager.h"
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Session/BackgroundWriter.h"
 #include "TessikAutomation/Views/Session/WidgetSessionDialogs.h"
 #include "TessikKit/MIDI/MTCClock.h"
 
+class QUndoStack;
+
 namespace tessik {
 
 /// Passes to and from MIDI files: asks where, does the work on a thread of its own, and tells what came of it.
 class PassFiles {
 public:
-    PassFiles(PassStore& passes, const MIDIOutputManager& output, const MTCClock& mtcClock,
-              WidgetSessionDialogs& dialogs)
-        : _passes(passes), _output(output), _mtcClock(mtcClock), _dialogs(dialogs) {}
+    /// An import can be taken back from `history`.
+    PassFiles(PassStore& passes, PassEngine& engine, QUndoStack& history, const MIDIOutputManager& output,
+              const MTCClock& mtcClock, WidgetSessionDialogs& dialogs)
+        : _passes(passes),
+          _engine(engine),
+          _history(history),
+          _output(output),
+          _mtcClock(mtcClock),
+          _dialogs(dialogs) {}
 
     /// Its controllers go to the desk's MIDI channel.
     void exportPass(const AutomationPass& pass);
@@ -23,9 +31,12 @@ public:
 
 private:
     BackgroundWriter& writer();
+    void add(const AutomationPass& pass);
     int midiChannel() const { return std::clamp(_output.midiChannel.value(), 1, 16); }
 
     PassStore& _passes;
+    PassEngine& _engine;
+    QUndoStack& _history;
     const MIDIOutputManager& _output;
     const MTCClock& _mtcClock;
     WidgetSessionDialogs& _dialogs;

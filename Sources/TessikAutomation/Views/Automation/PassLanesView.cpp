@@ -4,13 +4,13 @@
 #include "TessikAutomation/Views/Desk/StripSubject.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
+#include "TessikAutomation/Views/Theme/ToolTips.h"
 #include "TessikAutomation/Views/Transport/TimecodeText.h"
 #include "TessikKit/Models/FaderDBCalibration.h"
 
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
-#include <QToolTip>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -19,6 +19,7 @@ namespace tessik {
 namespace {
 
 using LanePainter::headWidth;
+using LanePainter::plotEdge;
 using LanePainter::rulerHeight;
 
 constexpr QSize firstSize{1120, 640};
@@ -76,10 +77,12 @@ PassLanesView::PassLanesView(const AutomationPass& pass, const LaneObjects& obje
 
     _observers.push_back(objects.drawing.look.addNotifier([this] { applyLook(); }));
     // The list may still be changing in the hands of whoever changes it.
-    _observers.push_back(objects.passes.passes.addNotifier([this] {
+    const auto refreshSoon = [this] {
         QMetaObject::invokeMethod(
             this, [this] { refreshPass(); }, Qt::QueuedConnection);
-    }));
+    };
+    _observers.push_back(objects.passes.passes.addNotifier(refreshSoon));
+    _observers.push_back(objects.engine.recordingPass.addNotifier(refreshSoon));
     _observers.push_back(objects.labels.labelsByChannelID.addNotifier([this] { redraw(); }));
     const auto moved = [this] { followTape(); };
     _observers.push_back(objects.mtcClock.currentPosition.addNotifier(moved));
@@ -107,28 +110,33 @@ void PassLanesView::showPass(const AutomationPass& pass) {
 }
 
 void PassLanesView::refreshPass() {
-    for (const AutomationPass& pass : _objects.passes.passes.value()) {
+    QList<AutomationPass> there = _objects.passes.passes.value();
+    if (const auto& take = _objects.engine.waitingTake.value()) there.append(*take);
+    for (const AutomationPass& pass : there) {
         if (pass.id != _pass.id) continue;
         if (pass != _pass) showPass(pass);
         return;
     }
-    close();
+    const auto& grows = _objects.engine.recordingPass.value();
+    if (!grows || grows->id != _pass.id) close();
 }
 
 double PassLanesView::passLength() const {
-    return double(std::max<std::int64_t>(_lanes->lastOffset(), framesPerSecond(_pass.frameRate)));
+    // The last frame is there to be seen too.
+    return double(std::max<std::int64_t>(_lanes->lastOffset() + 1, framesPerSecond(_pass.frameRate)));
 }
 
 std::optional<double> PassLanesView::tapeOffset() const {
     const std::optional<TimecodePosition>& position = _objects.mtcClock.currentPosition.value();
     if (!position || position->frameRate != _pass.frameRate) return std::nullopt;
-    return double(position->totalFrames() - _timeline.start.totalFrames());
+    const std::int64_t length = _lanes ? _lanes->lastOffset() : 0;
+    return double(_pass.offsetOf(position->totalFrames(), length));
 }
 
 // ---- what is where
 
 QRect PassLanesView::plotSpan() const {
-    return {headWidth, 0, std::max(1, viewport()->width() - headWidth - plotMargin), viewport()->height()};
+    return {headWidth, 0, std::max(1, viewport()->width() - headWidth - plotMargin - plotEdge), viewport()->height()};
 }
 QRect PassLanesView::rulerRect() const { return {headWidth, 0, viewport()->width() - headWidth, rulerHeight}; }
 QRect PassLanesView::counterRect() const { return {0, 0, headWidth, rulerHeight}; }
@@ -285,7 +293,7 @@ void PassLanesView::paintEvent(QPaintEvent*) {
 bool PassLanesView::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         const auto* help = static_cast<QHelpEvent*>(event);
-        QToolTip::showText(help->globalPos(), helpAt(help->pos()), viewport());
+        ToolTips::show(help->globalPos(), helpAt(help->pos()), viewport(), {});
         return true;
     }
     return QAbstractScrollArea::viewportEvent(event);
@@ -299,13 +307,13 @@ QString PassLanesView::helpAt(QPoint at) const {
     if (at.y() < rulerHeight) {
         if (_objects.engine.isRecording()) return QStringLiteral("The transport is not located while a take records");
         if (!_objects.transport.port.isReachable()) return QStringLiteral("Select a transport device first");
-        return QStringLiteral("Locate transport to %1").arg(position.displayString());
+        return QStringLiteral("Locate transport to %1").arg(position.withinDay().displayString());
     }
     int y = rulerHeight - verticalScrollBar()->value();
     for (const PassLanes::Channel& channel : _lanes->channels()) {
         y += LanePainter::laneHeight(channel);
         if (at.y() >= y) continue;
-        QStringList told{spokenName(channel.kind), position.displayString()};
+        QStringList told{spokenName(channel.kind), position.withinDay().displayString()};
         if (const auto value = _lanes->valueAt(MIDIChannelMapping::faderCC(channel.kind), offset))
             told << FaderDBCalibration::displayString(*value) + QStringLiteral(" dB");
         if (const auto byte = _lanes->valueAt(MIDIChannelMapping::switchCC(channel.kind), offset))

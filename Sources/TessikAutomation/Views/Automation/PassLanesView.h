@@ -21,7 +21,8 @@ struct LaneObjects {
 };
 
 /// A window that shows one pass: a lane for each channel that moves in it, below a ruler, with a line where the tape
-/// is. The wheel zooms, a drag moves, a click on the ruler locates the transport. It closes when its pass is gone.
+/// is. The wheel zooms, a drag moves, a click on the ruler locates the transport. It closes when its pass is gone; a
+/// take that waits is one.
 class PassLanesView final : public QAbstractScrollArea {
     Q_OBJECT
 

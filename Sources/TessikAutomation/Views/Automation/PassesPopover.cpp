@@ -1,6 +1,7 @@
 #include "TessikAutomation/Views/Automation/PassesPopover.h"
 
-#include "TessikAutomation/Views/Controls/NameSection.h"
+#include "TessikAutomation/Views/Automation/TakeCard.h"
+#include "TessikAutomation/Views/Controls/UndoStep.h"
 
 #include <QMenu>
 #include <QUndoStack>
@@ -19,7 +20,18 @@ bool isSelectedIn(const PassEngine& engine, const QUuid& id) {
     return selected && selected->id == id;
 }
 
-/// A selected pass that plays plays on; one that does not is let go of.
+/// From its start to its last event: "3:20", "1:03:20".
+QString lengthText(const AutomationPass& pass) {
+    const std::int64_t last =
+        pass.events.isEmpty() ? 0 : std::max<std::int64_t>(0, pass.events.constLast().frameOffset);
+    const auto end = TimecodePosition::fromTotalFrames(pass.frameRate, last);
+    const QString minutes = QStringLiteral("%1:%2").arg(end.minutes).arg(end.seconds, 2, 10, QLatin1Char('0'));
+    return end.hours == 0
+               ? minutes
+               : QStringLiteral("%1:%2").arg(QString::number(end.hours), minutes.rightJustified(5, QLatin1Char('0')));
+}
+
+/// A selected pass is let go of, and comes back selected.
 class PassRemoval final : public QUndoCommand {
 public:
     PassRemoval(PassEngine& engine, PassStore& passes, AutomationPass pass)
@@ -29,45 +41,68 @@ public:
           _pass(std::move(pass)) {}
     void redo() override {
         _pass = passOf(_passes, _pass.id).value_or(_pass); // it may have been renamed
-        if (isSelectedIn(_engine, _pass.id) && !_engine.isRolling.value()) _engine.select(std::nullopt);
+        _wasSelected = isSelectedIn(_engine, _pass.id);
+        _wasCompared = _engine.isComparing.value();
+        if (_wasSelected) _engine.select(std::nullopt);
         _passes.remove(_pass.id);
     }
-    void undo() override { _passes.save(_pass); }
+    void undo() override {
+        _passes.save(_pass);
+        if (!_wasSelected || _engine.selectedPass.value()) return;
+        _engine.select(_pass);
+        _engine.compare(_wasCompared);
+    }
 
 private:
     PassEngine& _engine;
     PassStore& _passes;
     AutomationPass _pass;
+    bool _wasSelected = false;
+    bool _wasCompared = false; // with a take that waits
 };
 
 } // namespace
 
 PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& history, SymbolButton& button,
                              DrawingContext& drawing, QWidget* over)
-    : Popover(QStringLiteral("PASSES"), QStringLiteral("No passes yet"), button, drawing, over),
+    : Popover(QStringLiteral("PASSES"), button, drawing, over),
       _engine(engine),
       _passes(passes),
       _history(history),
-      _take(new NameSection(QStringLiteral("Save Pass"), QStringLiteral("Discard"), this)) {
+      _take(new TakeCard(engine, passes, history, drawing, this)),
+      _list(new RecordList(QStringLiteral("No passes yet"),
+                           {.prepare = [this](RecordRow& row) { prepareRow(row); },
+                            .show = [this](RecordRow& row, qsizetype i) { showRow(row, _passes.passes.value()[i]); },
+                            .idAt = [this](qsizetype i) { return _passes.passes.value()[i].id; }},
+                           drawing, this)) {
     _take->hide();
-    addAbove(_take);
-    connect(_take, &NameSection::saved, this, [this](const QString& name) { _engine.finishRecording(name, _passes); });
-    connect(_take, &NameSection::dropped, this, [this] { _engine.discardTake(); });
+    addSection(_take);
+    addSection(_list);
+    _take->onShowLanes = [this](const AutomationPass& take) { onShowLanes(take); };
     auto* import = new TextButton(QStringLiteral("Import MIDI File…"), "import", this);
     import->setToolTip(QStringLiteral("Make a pass of the desk's controllers in a Standard MIDI File"));
     connect(import, &QPushButton::clicked, this, [this] { onImport(); });
-    addBelow(import);
+    addSection(import);
     const auto changed = [this] { refreshSoon(); };
     _observers.push_back(passes.passes.addNotifier(changed));
     _observers.push_back(engine.selectedPass.addNotifier(changed));
-    _observers.push_back(engine.recordingPass.addNotifier(changed));
-    _observers.push_back(engine.mode.addNotifier(changed)); // leaving it ends a take, also an empty one
+    _observers.push_back(engine.waitingTake.addNotifier(changed));
     refresh();
 }
 
 void PassesPopover::prepareRow(RecordRow& row) {
-    connect(&row, &QAbstractButton::clicked, this, [this, &row] { choose(row.id()); });
-    connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) { _passes.rename(row.id(), name); });
+    const auto choose = [this, &row] {
+        const auto pass = passOf(_passes, row.id());
+        if (!pass) return;
+        _engine.select(pass);
+        if (onChosen) onChosen(*pass);
+    };
+    connect(&row, &QAbstractButton::clicked, this, choose);
+    connect(&row, &RecordRow::chosen, this, choose);
+    connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) {
+        if (const auto pass = passOf(_passes, row.id()))
+            _history.push(UndoStep::renaming(_passes, pass->id, pass->name, name));
+    });
     const auto showLanes = [this, &row] {
         if (const auto pass = passOf(_passes, row.id())) onShowLanes(*pass);
     };
@@ -86,34 +121,40 @@ void PassesPopover::prepareRow(RecordRow& row) {
     });
 }
 
-bool PassesPopover::isSelected(const QUuid& id) const { return isSelectedIn(_engine, id); }
+void PassesPopover::showRow(RecordRow& row, const AutomationPass& pass) {
+    row.setRecord(pass.id, pass.name,
+                  QStringLiteral("%1  ·  %2  ·  %3 events")
+                      .arg(pass.startTimecode.displayString(), lengthText(pass))
+                      .arg(pass.events.size()),
+                  proposedName(pass.createdAt));
+    row.setMark(isSelectedIn(_engine, pass.id));
+}
 
-void PassesPopover::choose(const QUuid& id) { _engine.select(isSelected(id) ? std::nullopt : passOf(_passes, id)); }
+void PassesPopover::takeKeyboard() {
+    const QList<AutomationPass>& passes = _passes.passes.value();
+    const auto selected = std::find_if(passes.begin(), passes.end(),
+                                       [this](const AutomationPass& pass) { return isSelectedIn(_engine, pass.id); });
+    _list->setCurrent(selected == passes.end() ? 0 : selected - passes.begin());
+}
 
 void PassesPopover::refresh() {
-    const QList<AutomationPass>& passes = _passes.passes.value();
-    button().setText(QStringLiteral("Passes (%1)").arg(passes.size()));
+    const qsizetype count = _passes.passes.value().size();
+    button().setText(QStringLiteral("Passes (%1)").arg(count));
     button().setAccessibleName(button().text());
-    const std::vector<RecordRow*>& all = rows(passes.size());
-    for (qsizetype i = 0; i < passes.size(); ++i) {
-        RecordRow& row = *all[std::size_t(i)];
-        row.setRecord(passes[i].id, passes[i].name, QStringLiteral("%1 events").arg(passes[i].events.size()));
-        row.setMark(isSelected(passes[i].id));
-    }
+    _list->refresh(count);
     showTake();
     fit();
 }
 
 void PassesPopover::showTake() {
-    const std::optional<AutomationPass>& take = _engine.recordingPass.value();
-    const std::optional<QUuid> waiting = take && !_engine.isRecording() ? std::optional(take->id) : std::nullopt;
+    const std::optional<AutomationPass>& take = _engine.waitingTake.value();
+    const std::optional<QUuid> waiting = take ? std::optional(take->id) : std::nullopt;
     const std::optional<QUuid> before = std::exchange(_waiting, waiting);
     button().setCalling(waiting.has_value());
     _take->setVisible(waiting.has_value());
-    if (waiting) _take->setDetail(QStringLiteral("%1 events").arg(take->events.size()));
+    _take->refresh();
     if (waiting == before) return;
     if (waiting) {
-        _take->propose(take->name);
         _openedItself = isHidden();
         open();
     } else if (_engine.isRecording() && std::exchange(_openedItself, false)) {

@@ -2,15 +2,16 @@
 
 #include "TessikAutomation/Automation/PassEngine.h"
 #include "TessikAutomation/Views/Controls/Popover.h"
+#include "TessikAutomation/Views/Controls/RecordList.h"
 
 class QUndoStack;
 
 namespace tessik {
 
-class NameSection;
+class TakeCard;
 
-/// The session's passes. A click selects one for playback, which puts its starting state on screen, or lets go of it.
-/// Opens by itself when a take has ended and waits for its name.
+/// The session's passes. Choosing one selects it for playback and puts its starting state on screen, again where it is
+/// the selected one. Opens by itself when a take has ended and waits for its name.
 class PassesPopover final : public Popover {
     Q_OBJECT
 
@@ -20,23 +21,25 @@ public:
                   DrawingContext& drawing, QWidget* over);
 
     // ---- what the list leaves to its owner
+    std::function<void(const AutomationPass&)> onChosen; ///< also of the one that was selected already
     std::function<void(const AutomationPass&)> onShowLanes;
     std::function<void(const AutomationPass&)> onExport;
     std::function<void()> onImport;
 
 protected:
-    void prepareRow(RecordRow& row) override;
     void refresh() override;
+    void takeKeyboard() override;
 
 private:
-    bool isSelected(const QUuid& id) const;
-    void choose(const QUuid& id);
+    void prepareRow(RecordRow& row);
+    void showRow(RecordRow& row, const AutomationPass& pass);
     void showTake();
 
     PassEngine& _engine;
     PassStore& _passes;
     QUndoStack& _history;
-    NameSection* _take;
+    TakeCard* _take;
+    RecordList* _list;
     std::optional<QUuid> _waiting;
     bool _openedItself = false;
     std::vector<QPropertyNotifier> _observers;

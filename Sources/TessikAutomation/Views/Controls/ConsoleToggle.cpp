@@ -12,6 +12,8 @@ namespace {
 constexpr int glowReach = 7;
 constexpr int legendMargin = 6; // of the two sides; a wider legend is set tighter
 
+qreal widthOf(const QString& text, const QFont& font) { return QFontMetricsF(font).horizontalAdvance(text); }
+
 } // namespace
 
 void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key, bool on, bool pressed,
@@ -22,7 +24,9 @@ void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key
                                  : look.palette.switchOffFill;
     const QColor unlit = hovered ? look.tints.text : look.tints.legend;
     if (!_showsLED) {
-        const QFont bold = Type::font(9 * canvas.scale, QFont::Bold, 0.6 * canvas.scale);
+        QFont bold = Type::font(9 * canvas.scale, QFont::Bold, 0.6 * canvas.scale);
+        if (widthOf(_label, bold) > key.width() - canvas.px(legendMargin))
+            bold = Type::font(8 * canvas.scale, QFont::Bold);
         if (on)
             Parts::litPlate(painter, key, canvas.scale, color, pressed);
         else
@@ -36,7 +40,7 @@ void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key
     Parts::raisedPlate(painter, key, canvas.scale, plate, look.tints, pressed);
     QRect lamp(0, 0, canvas.px(Metrics::lampWidth), canvas.px(Metrics::lampHeight));
     lamp.moveCenter(QPoint(key.center().x(), 0));
-    lamp.moveTop(key.y() + canvas.px(4));
+    lamp.moveTop(key.y() + canvas.px(key.height() < canvas.px(Metrics::keyHeight) ? 3 : 4));
     if (on) {
         painter.save();
         painter.setClipRect(key.adjusted(canvas.line(), canvas.line(), -canvas.line(), -canvas.line()));
@@ -46,10 +50,11 @@ void ConsoleToggle::paintKey(Canvas& canvas, QPainter& painter, const QRect& key
     Parts::lamp(painter, lamp, canvas.scale, color, on);
     const QRect legend(key.x(), lamp.bottom() + 1, key.width(), key.bottom() - lamp.bottom() - canvas.line());
     QFont font = Type::font(8 * canvas.scale, QFont::DemiBold, 0.3 * canvas.scale);
-    if (QFontMetricsF(font).horizontalAdvance(_label) > legend.width() - canvas.px(legendMargin))
+    if (widthOf(_label, font) > legend.width() - canvas.px(legendMargin))
         font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
+    const bool isShort = !_shortLabel.isEmpty() && widthOf(_label, font) > legend.width() - 2 * canvas.line();
     const QColor lit = look.isDark() ? look.tints.litLegend : QColor(Qt::black);
-    Type::draw(painter, legend, Qt::AlignHCenter, _label, font, on ? lit : unlit);
+    Type::draw(painter, legend, Qt::AlignHCenter, isShort ? _shortLabel : _label, font, on ? lit : unlit);
 }
 
 void ConsoleToggle::paintStatic(Canvas& canvas, const QRect& rect) const {

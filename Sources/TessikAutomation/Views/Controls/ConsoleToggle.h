@@ -7,8 +7,9 @@ namespace tessik {
 /// A two-state switch of the console: a key with a lamp, or a key that lights up whole. Its number is 0 or 1.
 class ConsoleToggle final : public ControlView {
 public:
-    ConsoleToggle(QString label, QColor Tints::*color, bool showsLED)
-        : _label(std::move(label)), _color(color), _showsLED(showsLED) {}
+    /// `shortLabel` stands on keys that have no room for the other.
+    ConsoleToggle(QString label, QColor Tints::*color, bool showsLED, QString shortLabel = {})
+        : _label(std::move(label)), _shortLabel(std::move(shortLabel)), _color(color), _showsLED(showsLED) {}
 
     void paintStatic(Canvas& canvas, const QRect& rect) const override;
     void paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const override;
@@ -25,6 +26,7 @@ private:
     void paintKey(Canvas& canvas, QPainter& painter, const QRect& key, bool on, bool pressed, bool hovered) const;
 
     QString _label;
+    QString _shortLabel;
     QColor Tints::*_color;
     bool _showsLED;
 };

@@ -4,6 +4,7 @@
 #include "TessikAutomation/Views/Controls/ControlHostAccessible.h"
 #include "TessikAutomation/Views/Controls/EntryField.h"
 #include "TessikAutomation/Views/Metrics.h"
+#include "TessikAutomation/Views/Theme/ToolTips.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -123,6 +124,7 @@ void ControlHost::announceDue() {
 void ControlHost::updateControl(int control) {
     const ControlValue& shown = _shown[std::size_t(control)];
     const QRect rect = place(control);
+    if (rect.isEmpty()) return;
     QRect dirty = view(control).movingRect(rect, shown);
     if (control == _focused && _focusVisible) dirty |= view(control).focusRect(rect, shown).adjusted(-2, -2, 2, 2);
     update(toWidget(dirty));
@@ -143,7 +145,7 @@ void ControlHost::paintEvent(QPaintEvent* event) {
         Canvas face(layerPainter, canvas.scale, canvas.look, _drawing);
         _kind.paintFace(face, panel.size());
         for (int i = 0; i < controlCount(); ++i)
-            view(i).paintStatic(face, place(i));
+            if (isShown(i)) view(i).paintStatic(face, place(i));
     });
     const qreal ratio = devicePixelRatioF();
     for (const QRect& dirty : event->region()) {
@@ -153,7 +155,7 @@ void ControlHost::paintEvent(QPaintEvent* event) {
     }
     for (int i = 0; i < controlCount(); ++i) {
         const QRect rect = place(i);
-        if (event->region().intersects(toWidget(view(i).movingRect(rect, _shown[std::size_t(i)]))))
+        if (!rect.isEmpty() && event->region().intersects(toWidget(view(i).movingRect(rect, _shown[std::size_t(i)]))))
             view(i).paintMoving(canvas, rect, state(i));
     }
     if (_focusVisible && focusedControl() >= 0) paintFocus(canvas);
@@ -298,8 +300,8 @@ void ControlHost::showToolTip(QPoint position, QPoint globalPosition) {
     if (control < 0)
         QToolTip::hideText();
     else
-        QToolTip::showText(globalPosition, QStringLiteral("%1, %2").arg(name(control), valueText(control)), this,
-                           controlRect(control));
+        ToolTips::show(globalPosition, QStringLiteral("%1, %2").arg(name(control), valueText(control)), this,
+                       controlRect(control));
 }
 
 // ---- keyboard
@@ -372,7 +374,7 @@ void ControlHost::editValue(int control, const QString& text) {
 
 int ControlHost::nextOperable(int from, int step) const {
     for (int i = from + step; i >= 0 && i < controlCount(); i += step)
-        if (isOperable(i)) return i;
+        if (isOperable(i) && isShown(i)) return i;
     return -1;
 }
 

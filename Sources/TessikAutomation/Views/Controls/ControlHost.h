@@ -31,6 +31,8 @@ public:
     QString valueText(int control) const { return view(control).valueText(value(control)); }
     /// In pixels of the widget.
     QRect controlRect(int control) const { return toWidget(place(control)); }
+    /// Whether the panel has room for it.
+    bool isShown(int control) const { return !place(control).isEmpty(); }
     bool isOperable(int control) const;
     /// Operates the control: the value goes where a hand's would.
     void setNumber(int control, double number);

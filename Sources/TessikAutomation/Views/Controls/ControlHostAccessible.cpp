@@ -30,6 +30,8 @@ public:
         switch (kind) {
         case QAccessible::Name: return _host->name(_control);
         case QAccessible::Value: return _host->valueText(_control);
+        // The bus carries only numbers as values, so what has none says there what it shows.
+        case QAccessible::Description: return isContinuous() || isSwitch() ? QString() : _host->valueText(_control);
         default: return {};
         }
     }
@@ -45,7 +47,7 @@ public:
         state.focusable = operable;
         state.focused = _host->focusedControl() == _control;
         state.readOnly = !operable;
-        state.invisible = !_host->isVisible();
+        state.invisible = !_host->isVisible() || !_host->isShown(_control);
         state.checkable = isSwitch();
         state.checked = isSwitch() && number() != 0;
         return state;
@@ -66,11 +68,13 @@ public:
     QVariant minimumStepSize() const override { return range().step; }
 
     QStringList actionNames() const override {
-        return isSwitch() ? QStringList{toggleAction(), setFocusAction()}
-                          : QStringList{increaseAction(), decreaseAction(), setFocusAction()};
+        if (isSwitch()) return {toggleAction(), setFocusAction()};
+        if (role() == QAccessible::PushButton) return {pressAction(), setFocusAction()};
+        return {increaseAction(), decreaseAction(), setFocusAction()};
     }
     void doAction(const QString& action) override {
         if (action == setFocusAction()) _host->focusControl(_control, Qt::TabFocusReason);
+        if (action == pressAction()) _host->setNumber(_control, _host->view(_control).clicked(number()));
         if (action == toggleAction()) _host->setNumber(_control, number() == 0 ? 1 : 0);
         if (action == increaseAction()) setCurrentValue(number() + range().step);
         if (action == decreaseAction()) setCurrentValue(number() - range().step);
@@ -123,8 +127,11 @@ void ControlHostAccessible::announceValue(ControlHost& host, int control) {
         changed.checked = true;
         QAccessibleStateChangeEvent event(child, changed);
         QAccessible::updateAccessibility(&event);
-    } else {
+    } else if (child->valueInterface()) {
         QAccessibleValueChangeEvent event(child, host.value(control).number);
+        QAccessible::updateAccessibility(&event);
+    } else {
+        QAccessibleEvent event(child, QAccessible::DescriptionChanged);
         QAccessible::updateAccessibility(&event);
     }
 }

@@ -2,7 +2,15 @@
 
 #include <QKeyEvent>
 
+#include <utility>
+
 namespace tessik {
+
+void EntryField::waitForTyping() {
+    if (std::exchange(_isWaiting, true)) return;
+    connect(
+        this, &QLineEdit::textEdited, this, [this] { _isWaiting = false; }, Qt::SingleShotConnection);
+}
 
 bool EntryField::event(QEvent* event) {
     // Before Qt takes Tab for itself.
@@ -25,6 +33,11 @@ void EntryField::keyPressEvent(QKeyEvent* event) {
     default: QLineEdit::keyPressEvent(event);
     }
     event->accept();
+}
+
+void EntryField::mouseReleaseEvent(QMouseEvent* event) {
+    QLineEdit::mouseReleaseEvent(event);
+    if (_isWaiting && !hasSelectedText()) selectAll();
 }
 
 void EntryField::focusOutEvent(QFocusEvent* event) {

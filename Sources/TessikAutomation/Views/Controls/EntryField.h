@@ -11,6 +11,11 @@ class EntryField final : public QLineEdit {
 public:
     using QLineEdit::QLineEdit;
 
+    /// For a field that nobody asked for: until something is typed, its text is whole under the hand, and Space and
+    /// Return are left to the window.
+    void waitForTyping();
+    bool isWaiting() const { return _isWaiting; }
+
 Q_SIGNALS:
     void kept();
     void dropped();
@@ -22,7 +27,11 @@ Q_SIGNALS:
 protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    bool _isWaiting = false;
 };
 
 } // namespace tessik

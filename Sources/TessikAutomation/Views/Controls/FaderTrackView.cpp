@@ -42,9 +42,25 @@ double FaderTrackView::valueAt(const QRect& rect, double y) const {
 
 int FaderTrackView::grooveX(const QRect& rect) const {
     // Labels, ticks, gap, groove, gap, ticks, with the free width shared by both sides.
-    const int content = scaleWidth + tickWidth() + grooveWidth + 2 * Metrics::grooveGap;
-    const int margin = std::max((rect.width() - content) / 2, Metrics::scaleMargin);
-    return rect.x() + margin + scaleWidth + Metrics::grooveGap;
+    if (isNarrow(rect)) return rect.x() + (rect.width() - grooveWidth) / 2;
+    return rect.x() + (rect.width() - contentWidth()) / 2 + scaleWidth + Metrics::grooveGap;
+}
+
+int FaderTrackView::contentWidth() const { return scaleWidth + tickWidth() + grooveWidth + 2 * Metrics::grooveGap; }
+
+bool FaderTrackView::isNarrow(const QRect& rect) const {
+    return rect.width() < contentWidth() + 2 * Metrics::scaleMargin;
+}
+
+int FaderTrackView::tickLength(const QRect& rect) const {
+    const int beside = (rect.width() - grooveWidth) / 2 - Metrics::grooveGap - Metrics::scaleMargin;
+    return isNarrow(rect) ? std::min(Metrics::narrowTick, beside) : tickWidth();
+}
+
+QRect FaderTrackView::labelRect(const QRect& rect, double y) const {
+    const int left = rect.x() + 1;
+    const int right = grooveX(rect) - Metrics::grooveGap - tickLength(rect) - 2;
+    return right - left < Metrics::minLabelWidth ? QRect() : QRect(left, qRound(y) - 6, right - left, 12);
 }
 
 QRect FaderTrackView::capRect(const QRect& rect, double value) const {
@@ -56,8 +72,7 @@ QRect FaderTrackView::capRect(const QRect& rect, double value) const {
 void FaderTrackView::paintStatic(Canvas& canvas, const QRect& rect) const {
     paintScale(canvas, rect);
     const QRect groove = canvas.px(QRectF(grooveX(rect), rect.y() + 4, grooveWidth, rect.height() - 8));
-    const QColor panel = canvas.look.isDark() ? QColor(12, 12, 12) : QColor(58, 55, 52);
-    Parts::recess(canvas.painter, groove, canvas.scale, panel, groove.width() / 2.0, canvas.look);
+    Parts::recess(canvas.painter, groove, canvas.scale, canvas.look.tints.slotFloor, groove.width() / 2.0, canvas.look);
     // The slot in its floor, where the cap's stem runs.
     canvas.painter.fillRect(groove.adjusted(canvas.line(2), canvas.line(4), -canvas.line(2), -canvas.line(4)),
                             over(canvas.look.palette.grooveColor, Qt::black));
@@ -70,14 +85,12 @@ void FaderTrackView::paintScale(Canvas& canvas, const QRect& rect) const {
     const int left = canvas.px(x - Metrics::grooveGap);
     const int right = canvas.px(x + grooveWidth + Metrics::grooveGap);
     const int thickness = canvas.line();
-    // Where the strip is narrow, it is the ticks on the right that are short of room.
-    const int room = canvas.px(rect.right() + 1 - Metrics::scaleMargin) - right;
     const auto tick = [&](double y, int length, const QColor& color) {
         const int top = canvas.px(y) - thickness / 2;
         painter.fillRect(QRect(left - length, top, length, thickness), color);
-        painter.fillRect(QRect(right, top, std::min(length, room), thickness), color);
+        painter.fillRect(QRect(right, top, length, thickness), color);
     };
-    const int longTick = canvas.px(tickWidth());
+    const int longTick = canvas.px(tickLength(rect));
     const int shortTick = longTick / 2;
 
     // Short ticks between two marks, each a whole number of decibels or an even share of them, as there is room.
@@ -87,7 +100,7 @@ void FaderTrackView::paintScale(Canvas& canvas, const QRect& rect) const {
         for (const int parts : {10, 5, 2}) {
             if (std::abs(to - from) / parts < Metrics::minTickSpacing) continue;
             for (int part = 1; part < parts; ++part)
-                tick(from + (to - from) * part / parts, shortTick, look.palette.faderTickColor);
+                tick(from + (to - from) * part / parts, shortTick, look.tints.fineTick);
             break;
         }
     }
@@ -102,9 +115,12 @@ void FaderTrackView::paintScale(Canvas& canvas, const QRect& rect) const {
         for (const double other : taken)
             if (std::abs(other - y) < Metrics::minLabelSpacing) return;
         taken.push_back(y);
-        const QRect box = canvas.px(QRectF(rect.x(), y - 6, x - Metrics::grooveGap - tickWidth() - 3 - rect.x(), 12));
+        const QRect box = canvas.px(QRectF(labelRect(rect, y)));
+        if (box.isEmpty()) return;
         const QColor color = zero ? look.tints.scaleZero : withAlpha(look.tints.legend, 0.85);
-        Type::draw(painter, box, Qt::AlignRight, Type::typeset(mark.label), zero ? zeroFont : font, color);
+        // A narrow scale is without signs: what is above the zero is more, and what is below it less.
+        const QString text = isNarrow(rect) ? mark.label.mid(1) : Type::typeset(mark.label);
+        Type::draw(painter, box, Qt::AlignRight, text, zero ? zeroFont : font, color);
     };
     const auto isFixed = [this](std::size_t i) {
         return i + 1 == tickFractions.size() || i + 2 == tickFractions.size() ||

@@ -45,6 +45,12 @@ public:
 
 private:
     int tickWidth() const { return qRound(scaleWidth * 0.4); }
+    int contentWidth() const;
+    /// No room for cap and labels beside each other: the cap stands in the middle, between short ticks.
+    bool isNarrow(const QRect& rect) const;
+    int tickLength(const QRect& rect) const;
+    /// Of the mark at that height; empty where there is no room.
+    QRect labelRect(const QRect& rect, double y) const;
     int grooveX(const QRect& rect) const;
     void paintScale(Canvas& canvas, const QRect& rect) const;
 };

@@ -2,6 +2,7 @@
 
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Theme/Materials.h"
 #include "TessikKit/Models/ChannelState.h"
 
 #include <QPainterPath>
@@ -42,6 +43,16 @@ void paintArrow(QPainter& painter, const QRect& window, qreal u, bool up, const 
     painter.drawPath(arrow);
 }
 
+/// How a readout is set: digits in cells, in a narrow one smaller and without the unit. In logical pixels.
+struct ReadoutType {
+    int cell, point, infinity, right;
+    qreal size;
+    bool hasUnit;
+};
+ReadoutType readoutType(const QRect& rect) {
+    return rect.width() < 40 ? ReadoutType{6, 3, 10, 2, 9, false} : ReadoutType{7, 4, 10, 21, 11, true};
+}
+
 } // namespace
 
 void NullIndicatorRow::paintStatic(Canvas& canvas, const QRect& rect) const {
@@ -75,8 +86,8 @@ void NullIndicatorRow::paintMoving(Canvas& canvas, const QRect& rect, const Cont
 QString NullIndicatorRow::valueText(const ControlValue& value) const {
     switch (NullMatch(int(value.number))) {
     case NullMatch::none: return QStringLiteral("no target");
-    case NullMatch::needsUp: return QStringLiteral("move up");
-    case NullMatch::needsDown: return QStringLiteral("move down");
+    case NullMatch::needsUp: return QStringLiteral("up, ") + value.text;
+    case NullMatch::needsDown: return QStringLiteral("down, ") + value.text;
     case NullMatch::matched: break;
     }
     return QStringLiteral("matched");
@@ -86,24 +97,28 @@ void LevelReadout::paintStatic(Canvas& canvas, const QRect& rect) const {
     const QRect display = canvas.px(QRectF(rect));
     const Tints& tints = canvas.look.tints;
     Parts::recess(canvas.painter, display, canvas.scale, tints.displayBackground, 3 * canvas.scale, canvas.look);
-    Type::draw(canvas.painter, display.adjusted(0, 0, -canvas.px(6), 0), Qt::AlignRight, QStringLiteral("dB"),
-               Type::font(8 * canvas.scale, QFont::DemiBold), tints.displayDim);
+    if (readoutType(rect).hasUnit)
+        Type::draw(canvas.painter, display.adjusted(0, 0, -canvas.px(6), 0), Qt::AlignRight, QStringLiteral("dB"),
+                   Type::font(8 * canvas.scale, QFont::DemiBold), tints.displayDim);
 }
 
 void LevelReadout::paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const {
     // Digits stand in cells of one width, so that they do not dance while a fader moves.
     const QRect display = canvas.px(QRectF(rect));
-    const int cell = canvas.px(7);
+    const ReadoutType type = readoutType(rect);
+    const int cell = canvas.px(type.cell);
     const QString text = Type::typeset(state.value.text);
-    int x = display.right() - canvas.px(21);
+    int x = display.right() - canvas.px(type.right);
     for (qsizetype i = text.size(); i-- > 0;) {
         const QChar glyph = text[i];
-        const int width = glyph == QLatin1Char('.') ? canvas.px(4) : glyph == QChar(0x221E) ? canvas.px(10) : cell;
+        const int width = glyph == QLatin1Char('.') ? canvas.px(type.point)
+                          : glyph == QChar(0x221E)  ? canvas.px(type.infinity)
+                                                    : cell;
         x -= width;
         canvas.sprite(this, glyph.unicode(), QPoint(x, display.y()), QSize(width, display.height()),
                       [&](QPainter& painter) {
                           Type::draw(painter, QRect(0, 0, width, display.height()), Qt::AlignHCenter, QString(glyph),
-                                     Type::font(11 * canvas.scale, QFont::DemiBold), canvas.look.tints.display);
+                                     Type::font(type.size * canvas.scale, QFont::DemiBold), canvas.look.tints.display);
                       });
     }
 }
@@ -113,7 +128,7 @@ void ChannelNumber::paintMoving(Canvas& canvas, const QRect& rect, const Control
     if (state.value.number != 0) {
         canvas.painter.setRenderHint(QPainter::Antialiasing);
         canvas.painter.setPen(Qt::NoPen);
-        canvas.painter.setBrush(QColor(0x1F, 0x66, 0xC4));
+        canvas.painter.setBrush(Materials::chosenNumber);
         const QRect plate = canvas.px(QRectF(rect.adjusted(6, 3, -6, -2)));
         canvas.painter.drawRoundedRect(QRectF(plate), 3 * canvas.scale, 3 * canvas.scale);
         Type::draw(canvas.painter, place, Qt::AlignHCenter, state.value.text,

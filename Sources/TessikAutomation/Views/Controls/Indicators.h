@@ -4,13 +4,14 @@
 
 namespace tessik {
 
-/// Two arrows that tell which way a hand must move the physical fader. Its number is a ChannelState::NullMatch.
+/// Two arrows that tell which way a hand must move the physical fader. Its number is a ChannelState::NullMatch, its
+/// text how far: "3.2 dB".
 class NullIndicatorRow final : public ControlView {
 public:
     void paintStatic(Canvas& canvas, const QRect& rect) const override;
     void paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const override;
 
-    QAccessible::Role role() const override { return QAccessible::Indicator; }
+    QAccessible::Role role() const override { return QAccessible::StatusBar; }
     QString valueText(const ControlValue& value) const override;
 };
 
@@ -20,7 +21,7 @@ public:
     void paintStatic(Canvas& canvas, const QRect& rect) const override;
     void paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const override;
 
-    QAccessible::Role role() const override { return QAccessible::StaticText; }
+    QAccessible::Role role() const override { return QAccessible::StatusBar; }
     QString valueText(const ControlValue& value) const override { return value.text + QStringLiteral(" dB"); }
 };
 

@@ -2,6 +2,7 @@
 
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Theme/Materials.h"
 
 #include <QLinearGradient>
 
@@ -16,18 +17,18 @@ void paintCap(QPainter& painter, const QRect& cap, qreal u, const QColor& line) 
     const int hair = std::max(1, qRound(u));
     Parts::dropShadow(painter, QRectF(cap).adjusted(0, 2 * u, u, 2 * u), 2 * u, 4 * u, 0.6);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(8, 8, 8));
+    painter.setBrush(Materials::black);
     painter.drawRoundedRect(QRectF(cap), 2 * u, 2 * u);
     const QRect body = cap.adjusted(hair, hair, -hair, -hair);
     QLinearGradient face(body.topLeft(), body.bottomLeft());
-    face.setColorAt(0, QColor(112, 112, 113));
-    face.setColorAt(0.42, QColor(52, 52, 53));
-    face.setColorAt(0.58, QColor(66, 66, 67));
-    face.setColorAt(1, QColor(34, 34, 35));
+    face.setColorAt(0, Materials::shortCapEdge);
+    face.setColorAt(0.42, Materials::shortCapHollow);
+    face.setColorAt(0.58, Materials::shortCapRidge);
+    face.setColorAt(1, Materials::shortCapFoot);
     painter.fillRect(body, face);
-    painter.fillRect(QRect(body.x(), body.y(), body.width(), hair), QColor(255, 255, 255, 90));
+    painter.fillRect(QRect(body.x(), body.y(), body.width(), hair), withAlpha(Qt::white, 0.353));
     const int y = cap.y() + (cap.height() - hair) / 2;
-    painter.fillRect(QRect(body.x(), y - hair, body.width(), 3 * hair), QColor(8, 8, 8));
+    painter.fillRect(QRect(body.x(), y - hair, body.width(), 3 * hair), Materials::black);
     painter.fillRect(QRect(body.x(), y, body.width(), hair), line);
 }
 
@@ -61,8 +62,8 @@ void MiniFader::paintStatic(Canvas& canvas, const QRect& rect) const {
                    Qt::AlignRight, mark.label, font, canvas.look.tints.moduleLegend);
     }
     const QRectF groove(track.x() + (capWidth - trackWidth) / 2.0, track.y() + 2, trackWidth, track.height() - 4);
-    const QColor floor = canvas.look.isDark() ? QColor(12, 12, 12) : QColor(58, 55, 52);
-    Parts::recess(canvas.painter, canvas.px(groove), canvas.scale, floor, trackWidth / 2.0 * canvas.scale, canvas.look);
+    Parts::recess(canvas.painter, canvas.px(groove), canvas.scale, canvas.look.tints.slotFloor,
+                  trackWidth / 2.0 * canvas.scale, canvas.look);
     paintLegend(canvas, legendRect(rect));
 }
 

@@ -7,21 +7,20 @@
 
 namespace tessik {
 NameSection::NameSection(const QString& title, const QString& dropText, QWidget* parent)
-    : QFrame(parent), _detail(new QLabel(this)), _field(new EntryField(this)) {
+    : QFrame(parent), _heading(new QHBoxLayout), _detail(new QLabel(this)), _field(new EntryField(this)) {
     setObjectName(QStringLiteral("card"));
     setAccessibleName(title);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 10, 12, 12);
     layout->setSpacing(8);
-    auto* heading = new QHBoxLayout;
     auto* titleLabel = new QLabel(title, this);
     titleLabel->setFont(Type::font(12, QFont::DemiBold));
     _detail->setObjectName(QStringLiteral("secondary"));
     _detail->setFont(Type::font(11, QFont::Normal));
-    heading->addWidget(titleLabel);
-    heading->addStretch(1);
-    heading->addWidget(_detail);
-    layout->addLayout(heading);
+    _heading->addWidget(titleLabel);
+    _heading->addStretch(1);
+    _heading->addWidget(_detail);
+    layout->addLayout(_heading);
 
     auto* line = new QHBoxLayout;
     line->setSpacing(8);
@@ -57,6 +56,9 @@ NameSection::NameSection(const QString& title, const QString& dropText, QWidget*
         Q_EMIT dropped();
     });
 }
+
+void NameSection::addToHeading(QWidget* widget) { _heading->addWidget(widget); }
+void NameSection::addLine(QWidget* line) { static_cast<QVBoxLayout*>(layout())->insertWidget(1, line); }
 
 void NameSection::propose(const QString& name) {
     _field->setPlaceholderText(name);

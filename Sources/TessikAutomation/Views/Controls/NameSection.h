@@ -5,13 +5,14 @@
 
 #include <QFrame>
 
+class QHBoxLayout;
 class QLabel;
 
 namespace tessik {
 
-/// Where something new gets its name: a field with a proposal, "Save", and a way out. Buttons leave the keyboard where
-/// it is; Up presses the one that has it.
-class NameSection final : public QFrame {
+/// Where something new gets its name: a field with a proposal, "Save", and a way out. A click on a button leaves the
+/// keyboard where it is.
+class NameSection : public QFrame {
     Q_OBJECT
 
 public:
@@ -27,7 +28,14 @@ Q_SIGNALS:
     void saved(const QString& name);
     void dropped();
 
+protected:
+    /// At the right end of the title.
+    void addToHeading(QWidget* widget);
+    /// Between the title and the name.
+    void addLine(QWidget* line);
+
 private:
+    QHBoxLayout* _heading;
     QLabel* _detail;
     EntryField* _field;
 };

@@ -16,7 +16,13 @@ PanelButton::PanelButton(const QString& legend, Symbol symbol, DrawingContext& d
     setFocusPolicy(Qt::TabFocus);
 }
 
-QSize PanelButton::sizeHint() const { return {60, 48}; }
+QSize PanelButton::sizeHint() const { return {widthOf(_legendVisible), 48}; }
+
+void PanelButton::setLegendVisible(bool visible) {
+    if (std::exchange(_legendVisible, visible) == visible) return;
+    updateGeometry();
+    update();
+}
 
 void PanelButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
@@ -31,12 +37,14 @@ void PanelButton::paintEvent(QPaintEvent*) {
     const auto shade = [&](const QColor& color) { return isEnabled() ? color : blend(color, fill, 0.68); };
     const QColor tint = shade(_tint.isValid() ? _tint : look.tints.legend);
     const qreal side = canvas.px(text().isEmpty() ? 12 : 16);
-    const qreal middle = text().isEmpty() ? key.height() / 2.0 : key.height() * 0.38;
+    const qreal middle = isLegendVisible() ? key.height() * 0.38 : key.height() / 2.0;
     const QPointF corner(key.x() + (key.width() - side) / 2, key.y() + middle - side / 2);
     _symbol(painter, QRectF(corner, QSizeF(side, side)), tint);
-    const QRect legend(key.x(), key.bottom() - canvas.px(15), key.width(), canvas.px(12));
-    Type::draw(painter, legend, Qt::AlignHCenter, text(),
-               Type::font(8 * canvas.scale, QFont::DemiBold, 0.5 * canvas.scale), shade(look.tints.legend));
+    if (isLegendVisible()) {
+        const QRect legend(key.x(), key.bottom() - canvas.px(15), key.width(), canvas.px(12));
+        Type::draw(painter, legend, Qt::AlignHCenter, text(),
+                   Type::font(8 * canvas.scale, QFont::DemiBold, 0.5 * canvas.scale), shade(look.tints.legend));
+    }
     drawFocus(canvas, whole);
 }
 

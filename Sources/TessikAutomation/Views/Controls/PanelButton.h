@@ -15,6 +15,10 @@ class PanelButton : public QAbstractButton {
 public:
     PanelButton(const QString& legend, Symbol symbol, DrawingContext& drawing, QWidget* parent = nullptr);
     QSize sizeHint() const override;
+    /// Of a key of the header, in pixels.
+    static constexpr int widthOf(bool withLegend) { return withLegend ? 60 : 32; }
+    /// Without its legend there is the symbol alone.
+    void setLegendVisible(bool visible);
     /// Colour of the symbol; until it is set, the legend's.
     void setTint(const QColor& tint) { _tint = tint; }
 
@@ -25,12 +29,14 @@ protected:
     void leaveEvent(QEvent* event) override;
 
     bool isHot() const { return isEnabled() && underMouse(); }
+    bool isLegendVisible() const { return _legendVisible && !text().isEmpty(); }
     void drawFocus(Canvas& canvas, const QRect& rect) const;
     DrawingContext& _drawing;
 
 private:
     Symbol _symbol;
     QColor _tint;
+    bool _legendVisible = true;
     QPropertyNotifier _lookObserver;
 };
 

@@ -1,25 +1,25 @@
 #include "TessikAutomation/Views/Controls/Popover.h"
 
+#include "TessikAutomation/Views/Controls/AccessibleRole.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainterPath>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace tessik {
 namespace {
 
 constexpr int shadowRoom = 20; ///< around the card
-constexpr int cardWidth = 344;
 constexpr int padding = 12;
+constexpr int cardWidth = Popover::contentWidth + 2 * padding;
 constexpr int arrowHeight = 8;
-constexpr int maxListHeight = 322; ///< a cut row shows that there are more
 constexpr qreal cornerRadius = 10;
 
 const QString sheet = QStringLiteral(
@@ -34,6 +34,10 @@ const QString sheet = QStringLiteral(
     "  padding: 4px 16px; }"
     "QPushButton:hover { background: @hover; }"
     "QPushButton#save { color: white; background: @primary; }"
+    "QPushButton#playTake, QPushButton#playBefore { padding: 3px 12px; }"
+    "QPushButton#playTake { border-top-right-radius: 0; border-bottom-right-radius: 0; }"
+    "QPushButton#playBefore { border-top-left-radius: 0; border-bottom-left-radius: 0; margin-left: -1px; }"
+    "QPushButton:checked { background: @handle; }"
     "QPushButton:focus { border: 1px solid @accent; }"
     "QScrollBar:vertical { background: transparent; width: 8px; margin: 0; }"
     "QScrollBar::handle:vertical { background: @handle; border-radius: 3px; margin: 1px; min-height: 24px; }"
@@ -41,18 +45,15 @@ const QString sheet = QStringLiteral(
 
 } // namespace
 
-Popover::Popover(const QString& title, const QString& emptyText, SymbolButton& button, DrawingContext& drawing,
-                 QWidget* over)
+Popover::Popover(const QString& title, SymbolButton& button, DrawingContext& drawing, QWidget* over)
     : QWidget(over),
       _button(button),
       _drawing(drawing),
       _layout(new QVBoxLayout(this)),
-      _empty(new QLabel(emptyText, this)),
-      _scroll(new QScrollArea(this)),
-      _list(new QWidget),
       _lookObserver(drawing.look.addNotifier([this] { applyLook(); })) {
     setAttribute(Qt::WA_NoMousePropagation);
     setAccessibleName(title);
+    setAccessibleRole(*this, QAccessible::Grouping);
     hide();
     constexpr int edge = shadowRoom + padding;
     _layout->setContentsMargins(edge, edge + arrowHeight, edge, edge);
@@ -62,23 +63,13 @@ Popover::Popover(const QString& title, const QString& emptyText, SymbolButton& b
     heading->setFont(Type::font(11, QFont::DemiBold, 1));
     _layout->addWidget(heading);
 
-    _empty->setObjectName(QStringLiteral("secondary"));
-    _empty->setAlignment(Qt::AlignCenter);
-    _empty->setFixedHeight(56);
-    _layout->addWidget(_empty);
-    _list->setObjectName(QStringLiteral("list"));
-    auto* rowsLayout = new QVBoxLayout(_list);
-    rowsLayout->setContentsMargins(0, 0, 0, 0);
-    rowsLayout->setSpacing(2);
-    _scroll->setWidget(_list);
-    _scroll->setWidgetResizable(true);
-    _scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    _scroll->setFocusPolicy(Qt::NoFocus);
-    _scroll->viewport()->setAutoFillBackground(false);
-    _layout->addWidget(_scroll);
-
     button.setCheckable(true);
-    connect(&button, &QAbstractButton::clicked, this, [this](bool on) { on ? open() : close(); });
+    connect(&button, &QAbstractButton::clicked, this, [this](bool on) {
+        if (!on) return close();
+        open();
+        _before = QApplication::focusWidget();
+        takeKeyboard();
+    });
     applyLook();
 }
 
@@ -87,33 +78,7 @@ void Popover::applyLook() {
     update();
 }
 
-void Popover::addAbove(QWidget* section) { _layout->insertWidget(1, section); }
-void Popover::addBelow(QWidget* section) { _layout->addWidget(section); }
-
-void Popover::replaceList(QWidget* list) {
-    _empty->hide();
-    _scroll->hide();
-    addBelow(list);
-}
-
-const std::vector<RecordRow*>& Popover::rows(qsizetype count) {
-    while (qsizetype(_rows.size()) > count) {
-        RecordRow* last = _rows.back();
-        _rows.pop_back();
-        leaveKeyboard(*last);
-        last->hide();
-        last->deleteLater();
-    }
-    while (qsizetype(_rows.size()) < count) {
-        _rows.push_back(new RecordRow(_drawing, _list));
-        _list->layout()->addWidget(_rows.back());
-        prepareRow(*_rows.back());
-        _rows.back()->show();
-    }
-    _empty->setVisible(_rows.empty());
-    _scroll->setVisible(!_rows.empty());
-    return _rows;
-}
+void Popover::addSection(QWidget* section) { _layout->addWidget(section); }
 
 void Popover::refreshSoon() {
     if (std::exchange(_isRefreshDue, true)) return;
@@ -133,9 +98,6 @@ void Popover::leaveKeyboard(QWidget& part) {
 
 void Popover::fit() {
     if (!isVisible()) return;
-    for (QWidget* part : {_list, static_cast<QWidget*>(this)})
-        part->layout()->activate();
-    _scroll->setFixedHeight(std::min(_list->sizeHint().height(), maxListHeight));
     _layout->activate();
     const QPoint tip = _button.mapTo(parentWidget(), QPoint(_button.width() / 2, _button.height()));
     const int width = cardWidth + 2 * shadowRoom;
@@ -161,8 +123,12 @@ void Popover::open() {
 void Popover::close() {
     if (!isVisible()) return;
     qApp->removeEventFilter(this);
+    const QWidget* focus = QApplication::focusWidget();
+    const bool hadKeyboard = focus && (focus == this || isAncestorOf(focus));
     leaveKeyboard(*this);
     hide();
+    if (QWidget* before = _before; before && hadKeyboard && before->isVisible()) before->setFocus();
+    _before.clear();
     _button.setChecked(false);
 }
 
@@ -183,11 +149,44 @@ bool Popover::eventFilter(QObject* receiver, QEvent* event) {
         if (!holds(*this) && !holds(_button)) close();
         return false;
     }
-    const QWidget* focus = QApplication::focusWidget();
-    const bool isTyping = focus && focus->testAttribute(Qt::WA_InputMethodEnabled);
-    if (static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape || isTyping) return false;
+    QWidget* focus = QApplication::focusWidget();
+    if (focus && focus->testAttribute(Qt::WA_InputMethodEnabled)) return false; // a text is edited
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Tab && !(focus && (focus == this || isAncestorOf(focus)))) {
+        if (QWidget* first = neighbour(*this, true)) first->setFocus(Qt::TabFocusReason);
+        return true;
+    }
+    if (key != Qt::Key_Escape) return false;
     close();
     return true;
+}
+
+/// The next part of this card that Tab reaches; null beyond its ends. What scrolls has gone over its own parts by
+/// itself, and is entered at its first.
+QWidget* Popover::neighbour(QWidget& of, bool forward) const {
+    const auto scroller = [this](QWidget* part) {
+        while (part != this && !qobject_cast<QAbstractScrollArea*>(part))
+            part = part->parentWidget();
+        return part;
+    };
+    const QWidget* const left = scroller(&of == this ? &of : of.parentWidget());
+    QWidget* part = &of;
+    do {
+        part = forward ? part->nextInFocusChain() : part->previousInFocusChain();
+        const bool isReached = part->focusPolicy() & Qt::TabFocus && part->isVisible() && part->isEnabled();
+        if (!isAncestorOf(part) || !isReached) continue;
+        QWidget* const entered = scroller(part);
+        if (entered == this) return part;
+        if (entered != left) return forward ? part : neighbour(*entered, true);
+    } while (isAncestorOf(part));
+    return nullptr;
+}
+
+void Popover::keyPressEvent(QKeyEvent* event) {
+    const bool forward = event->key() == Qt::Key_Down;
+    QWidget* focus = QApplication::focusWidget();
+    if (!focus || (!forward && event->key() != Qt::Key_Up)) return event->ignore();
+    if (QWidget* part = neighbour(*focus, forward)) part->setFocus(Qt::TabFocusReason);
 }
 
 void Popover::paintEvent(QPaintEvent*) {

@@ -11,7 +11,6 @@
 namespace tessik {
 namespace {
 
-constexpr int rowHeight = 40;
 constexpr int padding = 8;
 constexpr int markSide = 16;
 
@@ -40,12 +39,12 @@ RecordRow::RecordRow(DrawingContext& drawing, QWidget* parent)
 
 QSize RecordRow::sizeHint() const { return {280, rowHeight}; }
 
-void RecordRow::setRecord(const QUuid& id, const QString& name, const QString& detail) {
+void RecordRow::setRecord(const QUuid& id, const QString& name, const QString& detail, const QString& aside) {
     if (id != _recordID) endRename(false);
     _recordID = id;
     _detail = detail;
+    _aside = aside;
     setAccessibleName(name);
-    setAccessibleDescription(detail);
     _trash->setAccessibleName(QStringLiteral("Delete %1").arg(name));
     update();
 }
@@ -97,9 +96,28 @@ void RecordRow::endRename(bool keep) {
     if (keep && !name.isEmpty() && name != accessibleName()) Q_EMIT renamed(name);
 }
 
+QList<QWidget*> RecordRow::parts() {
+    QList<QWidget*> parts{this};
+    for (int i = 0; i < _layout->count(); ++i)
+        if (QWidget* part = _layout->itemAt(i)->widget()) parts.append(part);
+    return parts;
+}
+
+void RecordRow::setInTabOrder(bool isIn) {
+    setFocusPolicy(isIn ? Qt::StrongFocus : Qt::ClickFocus);
+    for (QWidget* part : parts().mid(1))
+        part->setFocusPolicy(isIn ? Qt::TabFocus : Qt::NoFocus);
+}
+
+void RecordRow::focusInEvent(QFocusEvent* event) {
+    QAbstractButton::focusInEvent(event);
+    Q_EMIT focused();
+}
+
 void RecordRow::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
-    case Qt::Key_Up: click(); break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: Q_EMIT chosen(); break;
     case Qt::Key_F2: rename(); break;
     case Qt::Key_Delete: Q_EMIT removed(); break;
     default: event->ignore();
@@ -142,8 +160,11 @@ void RecordRow::paintEvent(QPaintEvent*) {
         const QRect text = canvas.px(QRectF(textRect()));
         const QFont nameFont = Type::font(13 * canvas.scale, QFont::Medium);
         const QFont detailFont = Type::font(11 * canvas.scale, QFont::Normal);
-        Type::draw(painter, QRect(text.x(), canvas.px(5), text.width(), canvas.px(16)), Qt::AlignLeft,
-                   elided(accessibleName(), nameFont, text.width()), nameFont, look.tints.text);
+        const QRect top(text.x(), canvas.px(5), text.width(), canvas.px(16));
+        const int asideWidth = _aside.isEmpty() ? 0 : QFontMetrics(detailFont).horizontalAdvance(_aside) + canvas.px(8);
+        Type::draw(painter, top, Qt::AlignLeft, elided(accessibleName(), nameFont, top.width() - asideWidth), nameFont,
+                   look.tints.text);
+        Type::draw(painter, top, Qt::AlignRight, _aside, detailFont, look.tints.secondaryText);
         Type::draw(painter, QRect(text.x(), canvas.px(21), text.width(), canvas.px(14)), Qt::AlignLeft,
                    elided(_detail, detailFont, text.width()), detailFont, look.tints.secondaryText);
     }

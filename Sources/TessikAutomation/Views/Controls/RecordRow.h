@@ -12,16 +12,19 @@ namespace tessik {
 
 class EntryField;
 
-/// A named record of the session in a list. A click chooses it; F2 and the context menu rename it in place; the trash,
-/// Delete and the context menu remove it.
+/// A named record of the session in a list. A click and Return tell its owner so; F2 and the context menu rename it in
+/// place; the trash, Delete and the context menu remove it.
 class RecordRow final : public QAbstractButton {
     Q_OBJECT
 
 public:
+    static constexpr int rowHeight = 40;
+
     RecordRow(DrawingContext& drawing, QWidget* parent);
 
-    /// What the row stands for. A name being typed for another record is dropped.
-    void setRecord(const QUuid& id, const QString& name, const QString& detail);
+    /// What the row stands for; `aside` is short and stands right of the name. A name being typed for another record is
+    /// dropped.
+    void setRecord(const QUuid& id, const QString& name, const QString& detail, const QString& aside = {});
     const QUuid& id() const { return _recordID; }
     const QString& detail() const { return _detail; }
     /// Shows whether the record is the selected one; rows without a mark show nothing.
@@ -30,18 +33,28 @@ public:
     /// A button at the row's end, left of the trash.
     SymbolButton* addButton(const QString& symbol, const QString& text, const QString& help);
     void rename();
+    /// The row and its buttons, from the left.
+    QList<QWidget*> parts();
+    /// Whether Tab reaches them.
+    void setInTabOrder(bool isIn);
 
     QSize sizeHint() const override;
 
 Q_SIGNALS:
+    /// By Return; a click has its own signal.
+    void chosen();
     void renamed(const QString& name);
     void removed();
     /// The context menu is about to show; what the owner adds stands above Delete.
     void menuRequested(QMenu* menu);
+    /// The row came to have the keyboard.
+    void focused();
 
 protected:
+    void nextCheckState() override {} // whoever owns the record decides
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
@@ -53,6 +66,7 @@ private:
     DrawingContext& _drawing;
     QUuid _recordID;
     QString _detail;
+    QString _aside;
     std::optional<bool> _mark;
     QHBoxLayout* _layout;
     SymbolButton* _trash;

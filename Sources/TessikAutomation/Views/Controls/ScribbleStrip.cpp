@@ -1,11 +1,17 @@
 #include "TessikAutomation/Views/Controls/ScribbleStrip.h"
 
 #include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Theme/Materials.h"
 
 #include <QFontMetricsF>
 #include <QLinearGradient>
 
 namespace tessik {
+namespace {
+
+constexpr int narrowWidth = 40; // no room for letters and dots
+
+} // namespace
 
 QColor ScribbleStrip::color(const QString& colorHex) {
     const QColor parsed(QLatin1Char('#') + colorHex);
@@ -27,7 +33,7 @@ void ScribbleStrip::paintMoving(Canvas& canvas, const QRect& rect, const Control
     painter.fillRect(paper.adjusted(-line, -line, line, 0), withAlpha(Qt::black, 0.45));
     painter.fillRect(paper.adjusted(-line, 0, line, line), withAlpha(Qt::white, 0.5));
     QLinearGradient tape(paper.topLeft(), paper.bottomLeft());
-    const QColor ground = labelled ? QColor(0xF3, 0xEE, 0xE0) : QColor(0xC9, 0xC7, 0xC1);
+    const QColor ground = labelled ? Materials::tape : Materials::bareTape;
     tape.setColorAt(0, blend(ground, Qt::black, state.hovered ? 0.02 : 0.09));
     tape.setColorAt(0.3, state.hovered ? blend(ground, Qt::white, 0.5) : ground);
     tape.setColorAt(1, ground);
@@ -36,10 +42,18 @@ void ScribbleStrip::paintMoving(Canvas& canvas, const QRect& rect, const Control
     const int stripe = canvas.px(3);
     const QColor colour = QColor::fromRgb(QRgb(state.value.number) | 0xFF000000);
     painter.fillRect(QRect(paper.x(), paper.bottom() - stripe + 1, paper.width(), stripe), colour);
-    const QFont font = Type::font(11 * canvas.scale, QFont::DemiBold);
-    const QRect text = paper.adjusted(canvas.px(3), 0, -canvas.px(3), -stripe);
-    const QString name = QFontMetricsF(font).elidedText(state.value.text, Qt::ElideRight, text.width());
-    Type::draw(painter, text, Qt::AlignHCenter, name, font, QColor(0x1B, 0x1A, 0x18));
+    const bool isNarrow = rect.width() < narrowWidth;
+    const QFont font = Type::font((isNarrow ? 9 : 11) * canvas.scale, QFont::DemiBold);
+    const int margin = canvas.px(isNarrow ? 1 : 3);
+    const QRect text = paper.adjusted(margin, 0, -margin, -stripe);
+    const QFontMetricsF metrics(font);
+    QString name = state.value.text;
+    if (isNarrow) // as a hand writes it that comes to the tape's end
+        while (!name.isEmpty() && metrics.horizontalAdvance(name) > text.width())
+            name.chop(1);
+    else
+        name = metrics.elidedText(name, Qt::ElideRight, text.width());
+    Type::draw(painter, text, Qt::AlignHCenter, name, font, Materials::tapeInk);
 }
 
 std::optional<double> ScribbleStrip::keyed(int key, bool, double) const {

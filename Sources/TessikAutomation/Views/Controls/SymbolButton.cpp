@@ -4,6 +4,8 @@
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
 
+#include <QKeyEvent>
+
 #include <cmath>
 
 namespace tessik {
@@ -27,8 +29,12 @@ SymbolButton::SymbolButton(Face face, const QString& symbol, const QString& text
 
 QSize SymbolButton::sizeHint() const {
     if (text().isEmpty()) return {buttonHeight, buttonHeight};
+    return {isLegendVisible() ? widthWithText() : widthOf(false), buttonHeight};
+}
+
+int SymbolButton::widthWithText() const {
     const int width = int(std::ceil(QFontMetricsF(Type::font(textSize, QFont::DemiBold)).horizontalAdvance(text())));
-    return {Metrics::toGrid(2 * padding + symbolSide + gap + width + Metrics::grid - 1), buttonHeight};
+    return Metrics::toGridUp(2 * padding + symbolSide + gap + width);
 }
 
 void SymbolButton::setSymbol(const QString& name) {
@@ -46,6 +52,14 @@ void SymbolButton::setColor(QColor Tints::*color) {
 void SymbolButton::setCalling(bool calling) {
     _isCalling = calling;
     update();
+}
+
+void SymbolButton::keyPressEvent(QKeyEvent* event) {
+    if (_face == Face::plate) return PanelButton::keyPressEvent(event);
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        event->ignore();
 }
 
 void SymbolButton::paintEvent(QPaintEvent*) {
@@ -67,12 +81,14 @@ void SymbolButton::paintEvent(QPaintEvent*) {
     }
 
     const int side = canvas.px(symbolSide);
-    const int left = text().isEmpty() ? key.x() + (key.width() - side) / 2 : key.x() + canvas.px(padding) - inset;
+    const int left = !isLegendVisible() ? key.x() + (key.width() - side) / 2 : key.x() + canvas.px(padding) - inset;
     const QRect symbol(left, key.y() + (key.height() - side) / 2, side, side);
     _symbol(painter, symbol, look.tints.*_color);
-    const int textLeft = symbol.right() + 1 + canvas.px(gap);
-    Type::draw(painter, QRect(textLeft, key.y(), key.right() - textLeft, key.height()), Qt::AlignLeft, text(),
-               Type::font(textSize * canvas.scale, QFont::DemiBold), look.tints.legend);
+    if (isLegendVisible()) {
+        const int textLeft = symbol.right() + 1 + canvas.px(gap);
+        Type::draw(painter, QRect(textLeft, key.y(), key.right() - textLeft, key.height()), Qt::AlignLeft, text(),
+                   Type::font(textSize * canvas.scale, QFont::DemiBold), look.tints.legend);
+    }
     if (_isCalling) { // on the symbol's corner, where no text is
         const int lamp = canvas.px(lampSide);
         Parts::lamp(painter, QRect(symbol.right() - lamp / 2, symbol.y() - lamp / 3, lamp, lamp), canvas.scale,

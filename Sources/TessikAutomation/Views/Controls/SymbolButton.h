@@ -4,7 +4,8 @@
 
 namespace tessik {
 
-/// A button with a symbol left of its text, or either alone: a plate of the header, or flat where it stands in a list.
+/// A button with a symbol left of its text, or either alone: a plate of the header, or flat where it stands in a list,
+/// in which Return presses it.
 class SymbolButton final : public PanelButton {
     Q_OBJECT
 
@@ -13,6 +14,7 @@ public:
     SymbolButton(Face face, const QString& symbol, const QString& text, DrawingContext& drawing,
                  QWidget* parent = nullptr);
     QSize sizeHint() const override;
+    int widthWithText() const;
 
     void setSymbol(const QString& name);
     /// Of the symbol.
@@ -23,6 +25,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     const Face _face;

@@ -5,7 +5,7 @@
 
 namespace tessik {
 
-/// A button of a card. Space and Return belong to the window, so Up presses it where it has the keyboard focus.
+/// A button of a card. Return presses it where it has the keyboard; Space belongs to the tape and does nothing here.
 class TextButton final : public QPushButton {
 public:
     TextButton(const QString& text, const char* name, QWidget* parent) : QPushButton(text, parent) {
@@ -15,7 +15,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override {
-        if (event->key() == Qt::Key_Up)
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
             click();
         else
             event->ignore();

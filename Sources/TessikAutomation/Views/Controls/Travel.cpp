@@ -1,5 +1,7 @@
 #include "TessikAutomation/Views/Controls/Travel.h"
 
+#include "TessikKit/Models/DecimalText.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -15,7 +17,7 @@ constexpr double stepsPerPage = 5;
 
 /// A number without a minus sign where it is written as zero.
 QString fixed(double value, int decimals, bool sign = false) {
-    QString text = QString::number(value, 'f', decimals);
+    QString text = decimalText(value, decimals);
     const bool zero = text.toDouble() == 0;
     if (zero && text.startsWith(QLatin1Char('-'))) text.remove(0, 1);
     if (sign && !zero && value > 0) text.prepend(QLatin1Char('+'));

@@ -13,6 +13,8 @@
 
 #include <QGuiApplication>
 
+#include <cmath>
+
 namespace tessik {
 namespace {
 
@@ -21,6 +23,8 @@ using Table = ControlTable<StripSubject>;
 
 // ---- places, from the upper edge down to the fader and from the lower edge up to it
 
+/// Beside a folded master section a strip is little more than its fader.
+bool isFolded(QSize strip) { return strip.width() < groupStripWidth / 2 + stripMargin; }
 int margin(QSize strip) { return strip.width() < inputChannelStripWidth ? narrowStripMargin : stripMargin; }
 QRect row(QSize strip, int top, int height) { return {margin(strip), top, strip.width() - 2 * margin(strip), height}; }
 
@@ -28,14 +32,20 @@ QRect numberRect(QSize strip) { return {0, barTop + 1, strip.width(), numberHeig
 QRect scribbleRect(QSize strip) { return row(strip, barTop + numberHeight + 1, scribbleHeight); }
 QRect bypassRect(QSize strip) { return row(strip, bypassTop, keyHeight); }
 /// On groups and stereo, EQ stands beside BYPASS.
-QRect eqBesideRect(QSize strip) { return QRect(bypassRect(strip).topLeft(), QSize(eqBesideWidth, keyHeight)); }
-QRect bypassBesideRect(QSize strip) { return bypassRect(strip).adjusted(eqBesideWidth + keyGap - 1, 0, 0, 0); }
+QRect eqBesideRect(QSize strip) {
+    return isFolded(strip) ? QRect() : QRect(bypassRect(strip).topLeft(), QSize(eqBesideWidth, keyHeight));
+}
+QRect bypassBesideRect(QSize strip) {
+    return bypassRect(strip).adjusted(isFolded(strip) ? 0 : eqBesideWidth + keyGap - 1, 0, 0, 0);
+}
 QRect monMuteRect(QSize strip) {
+    if (isFolded(strip)) return row(strip, foldedMutesTop, foldedKeyHeight);
     QRect half = row(strip, mutesTop, keyHeight);
     half.setWidth((half.width() - keyGap) / 2);
     return half;
 }
 QRect auxMuteRect(QSize strip) {
+    if (isFolded(strip)) return monMuteRect(strip).translated(0, foldedKeyHeight + 1);
     return row(strip, mutesTop, keyHeight).adjusted(monMuteRect(strip).width() + keyGap, 0, 0, 0);
 }
 QRect readoutRect(QSize strip) { return row(strip, strip.height() - stripBottom - readoutHeight, readoutHeight); }
@@ -59,6 +69,7 @@ void paintFace(Canvas& canvas, QSize strip) {
 /// What belongs to the controls is printed on strips that have them.
 void paintPrintedFace(Canvas& canvas, QSize strip) {
     paintFace(canvas, strip);
+    if (isFolded(strip)) return;
     const QRect title = canvas.px(QRectF(row(strip, mutesTitleTop, 10)));
     Type::draw(canvas.painter, title, Qt::AlignHCenter, QStringLiteral("MUTES"),
                Type::font(8 * canvas.scale, QFont::DemiBold, 0.9 * canvas.scale), canvas.look.tints.legend);
@@ -112,12 +123,22 @@ ControlBinding bindFader(const StripSubject& subject) {
             .watch = watching(channel.faderValue)};
 }
 
+/// How far the fader is from its target; "to -12.0 dB" where one of them is off.
+QString nullDistance(const ChannelState& channel) {
+    const std::optional<int> target = channel.nullTarget.value();
+    if (!target || channel.nullMatch() == ChannelState::NullMatch::matched) return {};
+    const auto from = FaderDBCalibration::decibels(channel.faderValue);
+    const auto to = FaderDBCalibration::decibels(*target);
+    if (!from || !to) return QStringLiteral("to %1 dB").arg(FaderDBCalibration::displayString(*target));
+    return QStringLiteral("%1 dB").arg(std::abs(*to - *from), 0, 'f', 1);
+}
+
 ControlBinding bindNull(const StripSubject& subject) {
     ChannelState& channel = *subject.channel;
     return {.name = spokenName(channel.kind) + QStringLiteral(", NULL"),
             .read =
                 [&channel] {
-                    return ControlValue{double(channel.nullMatch()), {}};
+                    return ControlValue{double(channel.nullMatch()), nullDistance(channel)};
                 },
             .watch = watching(channel.faderValue, channel.nullTarget)};
 }
@@ -140,7 +161,7 @@ Table makeTable(ChannelKind::Case kind, QColor Tints::*capTint) {
     if (!isInput)
         table.add(QStringLiteral("eqOn"), ConsoleToggle(QStringLiteral("EQ"), &Tints::ledGreen, true), eqBesideRect,
                   switchOf(QStringLiteral("EQ"), &ChannelState::eqOn));
-    table.add(bypass.id, ModulePanel::toggle(bypass), isInput ? bypassRect : bypassBesideRect,
+    table.add(bypass.id, ModulePanel::toggle(bypass, QStringLiteral("BYP")), isInput ? bypassRect : bypassBesideRect,
               [&bypass](const StripSubject& subject) { return bindManual(subject, bypass); });
     table.add(QStringLiteral("number"), ChannelNumber(), numberRect, bindNumber);
     table.add(QStringLiteral("scribble"), ScribbleStrip(), scribbleRect, bindScribble);

@@ -2,6 +2,7 @@
 
 #include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Persistence/SavedSettings.h"
+#include "TessikAutomation/Views/Controls/PanelButton.h"
 #include "TessikAutomation/Views/Desk/InputModule.h"
 #include "TessikAutomation/Views/Desk/MasterPanel.h"
 #include "TessikAutomation/Views/Desk/ScribbleEditor.h"
@@ -16,6 +17,17 @@ namespace tessik {
 namespace {
 
 constexpr quint64 scrollGesture = 400; // milliseconds; a wheel that scrolls goes on to do so for as long
+
+/// Points to where the edge goes.
+void paintChevron(QPainter& painter, const QRectF& rect, const QColor& color, bool toTheRight) {
+    const QPointF centre = rect.center();
+    const qreal width = rect.width() * (toTheRight ? 0.14 : -0.14);
+    const qreal height = rect.height() * 0.32;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, rect.width() * 0.12, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(
+        QPolygonF{centre + QPointF(-width, -height), centre + QPointF(width, 0), centre + QPointF(-width, height)});
+}
 
 } // namespace
 
@@ -33,7 +45,14 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
       _masterView(nullptr),
       _master(nullptr),
       _blank{new ControlHost(blankModuleKind(), {}, _drawing, _moduleView->content()),
-             new ControlHost(blankStripKind(), {}, _drawing, _inputs->content())} {
+             new ControlHost(blankStripKind(), {}, _drawing, _inputs->content())},
+      _folded(new ControlHost(foldedMasterKind(), {}, _drawing, this)),
+      _foldKey(new PanelButton(
+          {},
+          [this](QPainter& painter, const QRectF& rect, const QColor& color) {
+              paintChevron(painter, rect, color, !isFolded.value());
+          },
+          drawing, this)) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     // Made in the order in which the keyboard goes over them.
     for (ChannelState* channel : objects.consoleModel.inputs())
@@ -80,6 +99,14 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
     _moduleView->scrollBar()->setParent(this);
     _masterView->scrollBar()->setParent(this);
     _inputs->installEventFilter(this);
+    isFolded = SavedSettings::isMasterFolded();
+    connect(_foldKey, &QAbstractButton::clicked, this, [this] { isFolded = !isFolded.value(); });
+    setHelpContext(*_foldKey, HelpContext::masterSection);
+    _observers.push_back(isFolded.addNotifier([this] {
+        SavedSettings::setInteger(SavedSettings::Key::masterFolded, isFolded.value());
+        showFold();
+    }));
+    showFold();
     if (const auto saved = SavedSettings::deskZoom()) _zoom = *saved;
     setZoom(_zoom);
     _observers.push_back(objects.consoleModel.modelSize.addNotifier([this] { layOut(); }));
@@ -129,8 +156,19 @@ ControlHost* DeskView::strip(ChannelKind kind) const {
     return _strips.back();
 }
 
-int DeskView::fixedWidth() const {
-    return scaled(stereoStripWidth + groupCount * (groupStripWidth + channelStripSpacing));
+int DeskView::fixedWidth() const { return stereoWidth() + groupCount * (groupWidth() + scaled(channelStripSpacing)); }
+
+int DeskView::stereoWidth() const { return isFolded.value() ? groupWidth() : scaled(stereoStripWidth); }
+int DeskView::groupWidth() const {
+    return isFolded.value() ? toGrid(scaled(foldedStripWidth)) : scaled(groupStripWidth);
+}
+
+void DeskView::showFold() {
+    const QString name =
+        isFolded.value() ? QStringLiteral("Unfold the master section") : QStringLiteral("Fold the master section away");
+    _foldKey->setAccessibleName(name);
+    _foldKey->setToolTip(name);
+    layOut();
 }
 
 int DeskView::stripHeight() const { return toGrid(height() - railHeight); }
@@ -180,6 +218,11 @@ void DeskView::applyLook() {
 
 void DeskView::resizeEvent(QResizeEvent*) { layOut(); }
 
+bool DeskView::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest) layOut(); // the status has another width
+    return QWidget::event(event);
+}
+
 void DeskView::layOut() {
     const int inputCount = ConsoleModel::inputCount(_objects.consoleModel.modelSize);
     const int height = stripHeight();
@@ -188,10 +231,8 @@ void DeskView::layOut() {
     const int upper = std::clamp(toGrid(height - scaled(minStripHeight)), 0, whole);
     const int lower = height - upper;
     const bool scrolls = upper < whole;
-    const int divider = scrolls ? verticalBarWidth : deskDivider;
-
     const int fixed = toGrid(width() - fixedWidth()); // what the grid leaves over is at the window's edge
-    const int visible = std::max(0, toGrid(fixed - divider));
+    const int visible = std::max(0, toGrid(fixed - deskDivider));
     // Wider strips where there is room, but for a zoomed desk, whose strips keep to the grid in their own width only.
     const int stripWidth =
         _zoom != 100 ? scaled(inputChannelStripWidth)
@@ -215,26 +256,33 @@ void DeskView::layOut() {
     _blank[1]->setGeometry(content, upper, std::max(0, visible - content), lower);
     for (ControlHost* blank : _blank)
         blank->setVisible(visible > content);
-    _inputs->scrollBar()->setGeometry(0, height, visible, railHeight);
     _inputs->scrollBar()->setVisible(content > visible);
-    _moduleView->scrollBar()->setGeometry(fixed - verticalBarWidth, 0, verticalBarWidth, upper);
+    _moduleView->scrollBar()->setGeometry(fixed - deskDivider, 0, deskDivider, upper);
     _moduleView->scrollBar()->setVisible(scrolls);
 
+    _foldKey->setGeometry(fixed - deskDivider, upper + toGrid(scaled(barTop)), deskDivider, toGrid(scaled(barHeight)));
+    _folded->setGeometry(fixed, 0, fixedWidth(), upper);
+    _folded->setVisible(isFolded.value());
+    _masterView->setVisible(!isFolded.value());
     const int masterHeight = std::max(upper, toGridUp(scaled(masterPanelMinHeight)));
     _masterView->setGeometry(fixed, 0, fixedWidth(), upper);
     _masterView->setContentLength(masterHeight, scaled(knobPitch));
     _master->setGeometry(0, 0, fixedWidth(), masterHeight);
     _masterView->scrollBar()->setGeometry(fixed + fixedWidth() - masterBarWidth, 0, masterBarWidth, upper);
-    _masterView->scrollBar()->setVisible(masterHeight > upper);
+    _masterView->scrollBar()->setVisible(!isFolded.value() && masterHeight > upper);
     _masterView->scrollBar()->raise();
 
-    if (_status) _status->setGeometry(fixed, height, width() - fixed, railHeight);
+    // Under the right block, and further left as long as its texts need it and the inputs' bar keeps half the width.
+    const int statusWidth =
+        _status ? std::max(width() - fixed, std::min(toGridUp(_status->sizeHint().width()), width() / 2)) : 0;
+    if (_status) _status->setGeometry(width() - statusWidth, height, statusWidth, railHeight);
+    _inputs->scrollBar()->setGeometry(0, height, std::min(visible, width() - statusWidth - deskDivider), railHeight);
 
     int x = fixed;
-    strip(ChannelKind::stereo())->setGeometry(x, upper, scaled(stereoStripWidth), lower);
-    x += scaled(stereoStripWidth);
-    for (int i = 0; i < groupCount; ++i, x += scaled(groupStripWidth + channelStripSpacing))
-        _strips[std::size_t(maxInputs + i)]->setGeometry(x, upper, scaled(groupStripWidth), lower);
+    strip(ChannelKind::stereo())->setGeometry(x, upper, stereoWidth(), lower);
+    x += stereoWidth();
+    for (int i = 0; i < groupCount; ++i, x += groupWidth() + scaled(channelStripSpacing))
+        _strips[std::size_t(maxInputs + i)]->setGeometry(x, upper, groupWidth(), lower);
     _scribbleEditor->follow();
     update();
 }

@@ -13,6 +13,7 @@
 
 namespace tessik {
 
+class PanelButton;
 class ScribbleEditor;
 
 /// The console on screen. The inputs that its size has scroll sideways, and their upper halves up and down; the master
@@ -35,10 +36,12 @@ public:
     /// What can be done with a channel's settings; `parent` owns the menu. Only inputs have one.
     QMenu* stripMenu(const QString& channelID, QWidget* parent);
 
-    /// Places a small view in the lower right corner, below the strips that stay.
+    /// Places a small view in the lower right corner, below the strips that stay and as far to the left as it needs.
     void setStatusView(QWidget* view);
     /// Moves the inputs by one strip.
     void pageInputs(bool forward);
+    /// Whether the master section is folded away and the strips below it are narrow. Remembered on this machine.
+    QProperty<bool> isFolded{false};
     /// The width of the strips that do not scroll.
     int fixedWidth() const;
     int stripHeight() const;
@@ -54,6 +57,7 @@ public:
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
@@ -63,6 +67,9 @@ private:
     void revealInput(const ControlHost& host);
     void layOut();
     void applyLook();
+    int stereoWidth() const;
+    int groupWidth() const;
+    void showFold();
     int scaled(int units) const { return int(std::lround(units * _drawing.zoom.value())); }
 
     const AppObjects _objects;
@@ -78,6 +85,8 @@ private:
     VerticalOnlyScrollView* _masterView;
     ControlHost* _master;
     std::array<ControlHost*, 2> _blank; ///< beyond the last input, where the window is wider: above, below
+    ControlHost* _folded;               ///< in the master section's place
+    PanelButton* _foldKey;
     QWidget* _status = nullptr;
     ScribbleEditor* _scribbleEditor;
     std::vector<ControlHost*> _modules; ///< of the inputs

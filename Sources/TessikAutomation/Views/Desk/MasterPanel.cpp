@@ -338,6 +338,11 @@ void paintFrame(Canvas& canvas, const QRect& rect) {
     painter.drawRoundedRect(frame, radius, radius);
 }
 
+void paintMetal(Canvas& canvas, QSize panel) {
+    const QRect whole = canvas.px(QRectF(QPointF(), panel));
+    Parts::modulePanel(canvas.painter, whole, canvas.scale, canvas.look.palette.masterPanelBackground, canvas.look);
+}
+
 ControlTable<MasterSubject> makeTable() {
     Builder b;
     const auto leftRows = std::make_shared<Rows>();
@@ -348,8 +353,7 @@ ControlTable<MasterSubject> makeTable() {
     addStudioAndTalkback(b, rightRows);
     addMeterAndOscillator(b, rightRows);
     b.table.kind.paintFace = [titles = b.titles, frames = b.frames](Canvas& canvas, QSize panel) {
-        const QRect whole = canvas.px(QRectF(QPointF(), panel));
-        Parts::modulePanel(canvas.painter, whole, canvas.scale, canvas.look.palette.masterPanelBackground, canvas.look);
+        paintMetal(canvas, panel);
         if (const int plate = plateHeight(panel.height()))
             paintNamePlate(canvas, {0, moduleTop, panel.width(), plate - moduleTop});
         for (const auto& frame : frames)
@@ -368,6 +372,17 @@ ControlTable<MasterSubject> makeTable() {
 }
 
 } // namespace
+
+const PanelKind& foldedMasterKind() {
+    static const PanelKind kind{.paintFace =
+                                    [](Canvas& canvas, QSize panel) {
+                                        paintMetal(canvas, panel);
+                                        if (panel.height() >= namePlateMinHeight)
+                                            paintNamePlate(canvas, QRect(QPoint(), panel));
+                                    },
+                                .controls = {}};
+    return kind;
+}
 
 const ControlTable<MasterSubject>& masterPanelTable() {
     static const ControlTable<MasterSubject> table = makeTable();

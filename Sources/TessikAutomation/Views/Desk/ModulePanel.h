@@ -11,8 +11,8 @@ void paintTitle(Canvas& canvas, const QRect& rect, const QString& text, const QC
 
 /// The key of a switch, or the knob, that the table of controls describes.
 template <typename Record>
-ConsoleToggle toggle(const RecordControl<Record>& control) {
-    return ConsoleToggle(control.title, control.lamp, true);
+ConsoleToggle toggle(const RecordControl<Record>& control, const QString& shortLabel = {}) {
+    return ConsoleToggle(control.title, control.lamp, true, shortLabel);
 }
 template <typename Record>
 RotaryKnob knob(const RecordControl<Record>& control) {

@@ -2,6 +2,7 @@
 
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Theme/Materials.h"
 
 namespace tessik {
 namespace {
@@ -14,15 +15,15 @@ void paintScrew(Canvas& canvas, QPointF centre, double slotAngle) {
     const qreal radius = screw / 2.0 * canvas.scale;
     QPainter& painter = canvas.painter;
     QLinearGradient head(centre - QPointF(radius, radius), centre + QPointF(radius, radius));
-    head.setColorAt(0, QColor(236, 236, 236));
-    head.setColorAt(1, QColor(108, 108, 108));
+    head.setColorAt(0, Materials::screwLight);
+    head.setColorAt(1, Materials::screwDark);
     painter.setPen(QPen(withAlpha(Qt::black, 0.6), 0.8 * canvas.scale));
     painter.setBrush(head);
     painter.drawEllipse(centre, radius, radius);
     painter.save();
     painter.translate(centre);
     painter.rotate(slotAngle);
-    painter.setPen(QPen(QColor(40, 40, 40), 1.1 * canvas.scale, Qt::SolidLine, Qt::FlatCap));
+    painter.setPen(QPen(Materials::screwSlot, 1.1 * canvas.scale, Qt::SolidLine, Qt::FlatCap));
     painter.drawLine(QPointF(-0.7 * radius, 0), QPointF(0.7 * radius, 0));
     painter.restore();
 }
@@ -33,7 +34,7 @@ void paintNamePlate(Canvas& canvas, const QRect& rect) {
     QRect plate(QPoint(), plateSize);
     plate.moveCenter(rect.center());
     Parts::recess(canvas.painter, canvas.px(QRectF(plate.adjusted(-rim, -rim, rim, rim))), canvas.scale,
-                  QColor(18, 18, 18), 4 * canvas.scale, canvas.look);
+                  Materials::plateBed, 4 * canvas.scale, canvas.look);
     const QRect metal = canvas.px(QRectF(plate));
     Parts::aluminium(canvas.painter, metal, canvas.scale, canvas.look);
     const int inset = plateSize.height() / 2;

@@ -1,22 +1,66 @@
 #include "TessikAutomation/Views/Desk/ScribbleEditor.h"
 
+#include "TessikAutomation/Views/Controls/AccessibleRole.h"
 #include "TessikAutomation/Views/Controls/ScribbleStrip.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
+#include "TessikAutomation/Views/Theme/Materials.h"
 
+#include <QAbstractButton>
 #include <QApplication>
-#include <QMouseEvent>
+#include <QKeyEvent>
 
 namespace tessik {
 namespace {
 
 constexpr int margin = 6;
 constexpr int fieldHeight = 26;
-constexpr int swatch = 18;
+constexpr int swatchSide = 18;
 constexpr int swatchPitch = 21;
 constexpr int swatchCount = int(channelLabelPalette.size());
-constexpr QSize panelSize(2 * margin + swatchCount * swatchPitch - (swatchPitch - swatch),
-                          3 * margin + fieldHeight + swatch);
+constexpr QSize panelSize(2 * margin + swatchCount * swatchPitch - (swatchPitch - swatchSide),
+                          3 * margin + fieldHeight + swatchSide);
+
+/// As they are called for who cannot see them.
+constexpr std::array<const char*, swatchCount> colorNames{"grey", "red",    "orange", "yellow", "green",
+                                                          "blue", "indigo", "purple", "pink"};
+
+/// One colour. The keyboard stays with the name, else Return would be the window's.
+class Swatch final : public QAbstractButton {
+public:
+    Swatch(int index, DrawingContext& drawing, QWidget* parent)
+        : QAbstractButton(parent),
+          _color(ScribbleStrip::color(QLatin1String(channelLabelPalette[std::size_t(index)]))),
+          _drawing(drawing) {
+        setGeometry(
+            QRect(margin + index * swatchPitch, 2 * margin + fieldHeight, swatchSide, swatchSide).marginsAdded(around));
+        setFocusPolicy(Qt::NoFocus);
+        setCheckable(true);
+        setAccessibleName(QLatin1String(colorNames[std::size_t(index)]));
+        setToolTip(accessibleName());
+    }
+
+protected:
+    void nextCheckState() override {} // the editor says which one holds
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF place(rect().marginsRemoved(around));
+        if (isChecked()) {
+            painter.setPen(QPen(_drawing.look.value()->tints.focusRing, 2));
+            painter.drawRoundedRect(place.adjusted(-1.5, -1.5, 1.5, 1.5), 5, 5);
+        }
+        painter.setPen(QPen(withAlpha(Qt::black, 0.5), 1));
+        painter.setBrush(_color);
+        painter.drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), 3.5, 3.5);
+    }
+
+private:
+    static constexpr QMargins around{3, 3, 3, 3}; // for the ring, and so that hardly a click goes between two
+
+    const QColor _color;
+    DrawingContext& _drawing;
+};
 
 class LabelEdit final : public QUndoCommand {
 public:
@@ -51,6 +95,7 @@ ScribbleEditor::ScribbleEditor(ScribbleFocusCoordinator& scribbles, ChannelLabel
       _drawing(drawing),
       _field(new EntryField(this)) {
     resize(panelSize);
+    setAccessibleRole(*this, QAccessible::Grouping);
     // A click on a colour leaves the keyboard with the name, else Return would be the window's.
     setFocusPolicy(Qt::ClickFocus);
     setFocusProxy(_field);
@@ -58,9 +103,16 @@ ScribbleEditor::ScribbleEditor(ScribbleFocusCoordinator& scribbles, ChannelLabel
     _field->setAlignment(Qt::AlignCenter);
     _field->setPlaceholderText(QStringLiteral("Name"));
     _field->setFont(Type::font(13, QFont::DemiBold));
-    _field->setStyleSheet(QStringLiteral("QLineEdit { background: #F7F3E8; color: #1B1A18; border: 1px solid #5A5650;"
-                                         " border-radius: 3px; selection-background-color: #5AB0FF; }"));
+    _field->setStyleSheet(QStringLiteral("QLineEdit { background: %1; color: %2; border: 1px solid %3;"
+                                         " border-radius: 3px; selection-background-color: %4; }")
+                              .arg(Materials::tape.name(), Materials::tapeInk.name(), Materials::tapeEdge.name(),
+                                   Materials::chosenNumber.name()));
     hide();
+    for (int i = 0; i < swatchCount; ++i) {
+        _swatches[std::size_t(i)] = new Swatch(i, drawing, this);
+        connect(_swatches[std::size_t(i)], &QAbstractButton::clicked, this,
+                [this, i] { setColor(QLatin1String(channelLabelPalette[std::size_t(i)])); });
+    }
     connect(_field, &EntryField::kept, this, &ScribbleEditor::close);
     connect(_field, &EntryField::dropped, this, [this] {
         _channelID.reset();
@@ -88,7 +140,8 @@ void ScribbleEditor::editingChanged() {
     const auto labels = _labels.labelsByChannelID.value();
     const auto label = labels.constFind(*_channelID);
     _field->setText(label == labels.constEnd() ? QString() : label->name);
-    _colorHex = label == labels.constEnd() ? QLatin1String(channelLabelPalette[0]) : label->colorHex;
+    setColor(label == labels.constEnd() ? QLatin1String(channelLabelPalette[0]) : label->colorHex);
+    setAccessibleName(spokenName(*_channelID) + QStringLiteral(", name and colour"));
     _field->setAccessibleName(spokenName(*_channelID) + QStringLiteral(", name"));
     _field->selectAll();
     follow();
@@ -97,6 +150,25 @@ void ScribbleEditor::editingChanged() {
     update();
     _field->setFocus(Qt::OtherFocusReason);
     qApp->installEventFilter(this);
+}
+
+void ScribbleEditor::setColor(const QString& colorHex) {
+    _colorHex = colorHex;
+    QString name = QStringLiteral("of its own"); // from a file
+    for (int i = 0; i < swatchCount; ++i) {
+        const bool isChosen = _colorHex == QLatin1String(channelLabelPalette[std::size_t(i)]);
+        _swatches[std::size_t(i)]->setChecked(isChosen);
+        if (isChosen) name = _swatches[std::size_t(i)]->accessibleName();
+    }
+    _field->setAccessibleDescription(QStringLiteral("colour %1; Up and Down choose another").arg(name));
+}
+
+/// Round and round; from a colour of its own to the first or the last.
+void ScribbleEditor::stepColor(int by) {
+    int at = by > 0 ? -1 : swatchCount;
+    for (int i = 0; i < swatchCount; ++i)
+        if (_swatches[std::size_t(i)]->isChecked()) at = i;
+    setColor(QLatin1String(channelLabelPalette[std::size_t((at + by + swatchCount) % swatchCount)]));
 }
 
 void ScribbleEditor::keep() {
@@ -117,39 +189,22 @@ void ScribbleEditor::follow() {
     move(std::clamp(wanted.x(), 2, std::max(2, parentWidget()->width() - width() - 2)), wanted.y());
 }
 
-QRect ScribbleEditor::swatchRect(int index) const {
-    return {margin + index * swatchPitch, 2 * margin + fieldHeight, swatch, swatch};
-}
-
 void ScribbleEditor::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const Look& look = *_drawing.look.value();
-    painter.setPen(QPen(look.isDark() ? QColor(0, 0, 0) : QColor(0x6E, 0x6A, 0x66), 1));
+    painter.setPen(QPen(look.tints.edgeShadow, 1));
     painter.setBrush(blend(look.palette.appBackground, Qt::white, look.isDark() ? 0.1 : 0.5));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
-    for (int i = 0; i < swatchCount; ++i) {
-        const QString hex = QLatin1String(channelLabelPalette[std::size_t(i)]);
-        const QRectF place(swatchRect(i));
-        if (hex == _colorHex) {
-            painter.setPen(QPen(look.tints.focusRing, 2));
-            painter.setBrush(Qt::NoBrush);
-            painter.drawRoundedRect(place.adjusted(-1.5, -1.5, 1.5, 1.5), 5, 5);
-        }
-        painter.setPen(QPen(withAlpha(Qt::black, 0.5), 1));
-        painter.setBrush(ScribbleStrip::color(hex));
-        painter.drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), 3.5, 3.5);
-    }
-}
-
-void ScribbleEditor::mousePressEvent(QMouseEvent* event) {
-    for (int i = 0; i < swatchCount; ++i)
-        if (swatchRect(i).adjusted(-1, -2, 2, 3).contains(event->position().toPoint()))
-            _colorHex = QLatin1String(channelLabelPalette[std::size_t(i)]);
-    update();
 }
 
 bool ScribbleEditor::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::KeyPress && object == _field) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Up && key != Qt::Key_Down) return false;
+        stepColor(key == Qt::Key_Down ? 1 : -1);
+        return true;
+    }
     if (event->type() == QEvent::Shortcut) {
         close(); // before the command, which may replace the session
     } else if (event->type() == QEvent::MouseButtonPress && object->isWidgetType()) {

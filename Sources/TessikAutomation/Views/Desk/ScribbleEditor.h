@@ -7,10 +7,12 @@
 
 #include <QUndoStack>
 
+class QAbstractButton;
+
 namespace tessik {
 
-/// A text field over the scribble strip that is being edited, with the colours below it. Whatever closes it keeps what
-/// was entered, but for Escape.
+/// A text field over the scribble strip that is being edited, with the colours below it, over which Up and Down go.
+/// Whatever closes it keeps what was entered, but for Escape.
 class ScribbleEditor final : public QWidget {
     Q_OBJECT
 
@@ -26,23 +28,26 @@ public:
     void follow();
 
     EntryField& field() const { return *_field; }
-    QRect swatchRect(int index) const;
+    /// A colour to click, in the order of the palette.
+    QAbstractButton& swatch(int index) const { return *_swatches[std::size_t(index)]; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     void editingChanged();
     void keep();
     void close();
+    void setColor(const QString& colorHex);
+    void stepColor(int by);
 
     ScribbleFocusCoordinator& _scribbles;
     ChannelLabelStore& _labels;
     QUndoStack& _history;
     DrawingContext& _drawing;
     EntryField* _field;
+    std::array<QAbstractButton*, channelLabelPalette.size()> _swatches{};
     std::optional<QString> _channelID; ///< of the strip shown
     QString _colorHex;
     QPropertyNotifier _editingObserver;

@@ -1,4 +1,5 @@
 #include "TessikAutomation/Views/Drawing/Parts.h"
+#include "TessikAutomation/Views/Theme/Materials.h"
 
 #include <QLinearGradient>
 #include <QPainterPath>
@@ -14,8 +15,8 @@ constexpr struct {
             {0.54, 54},  {0.64, 64}, {0.78, 78}, {0.86, 66}, {0.95, 50}, {1.00, 30}};
 
 void ridge(QPainter& painter, int x, int y, int width, int thickness) {
-    painter.fillRect(QRect(x, y, width, thickness), QColor(0, 0, 0, 140));
-    painter.fillRect(QRect(x, y + thickness, width, thickness), QColor(255, 255, 255, 58));
+    painter.fillRect(QRect(x, y, width, thickness), withAlpha(Qt::black, 0.549));
+    painter.fillRect(QRect(x, y + thickness, width, thickness), withAlpha(Qt::white, 0.227));
 }
 
 } // namespace
@@ -30,7 +31,7 @@ void faderCap(QPainter& painter, const QRect& cap, qreal u, const QColor& line) 
     dropShadow(painter, QRectF(cap).adjusted(0.5 * u, 1.5 * u, 1.5 * u, 3 * u), radius + u, 6 * u, 0.68);
 
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(8, 8, 8));
+    painter.setBrush(Materials::black);
     painter.drawRoundedRect(QRectF(cap).adjusted(-hair, -hair, hair, hair), radius + hair, radius + hair);
 
     QPainterPath outline;
@@ -53,22 +54,22 @@ void faderCap(QPainter& painter, const QRect& cap, qreal u, const QColor& line) 
 
     // The flanks: bright towards the light, dark away from it.
     QLinearGradient flanks(cap.topLeft(), QPointF(cap.x() + cap.width(), cap.y()));
-    flanks.setColorAt(0.00, QColor(255, 255, 255, 62));
-    flanks.setColorAt(0.05, QColor(255, 255, 255, 30));
-    flanks.setColorAt(0.12, QColor(255, 255, 255, 4));
-    flanks.setColorAt(0.50, QColor(255, 255, 255, 8));
-    flanks.setColorAt(0.86, QColor(0, 0, 0, 0));
-    flanks.setColorAt(0.94, QColor(0, 0, 0, 50));
-    flanks.setColorAt(1.00, QColor(0, 0, 0, 130));
+    flanks.setColorAt(0.00, withAlpha(Qt::white, 0.243));
+    flanks.setColorAt(0.05, withAlpha(Qt::white, 0.118));
+    flanks.setColorAt(0.12, withAlpha(Qt::white, 0.0157));
+    flanks.setColorAt(0.50, withAlpha(Qt::white, 0.0314));
+    flanks.setColorAt(0.86, withAlpha(Qt::black, 0));
+    flanks.setColorAt(0.94, withAlpha(Qt::black, 0.196));
+    flanks.setColorAt(1.00, withAlpha(Qt::black, 0.51));
     painter.fillRect(cap, flanks);
 
     // The lit upper edge.
-    painter.fillRect(QRect(cap.x() + hair, cap.y(), cap.width() - 2 * hair, hair), QColor(255, 255, 255, 138));
-    painter.fillRect(QRect(cap.x(), cap.y() + hair, cap.width(), hair), QColor(255, 255, 255, 30));
+    painter.fillRect(QRect(cap.x() + hair, cap.y(), cap.width() - 2 * hair, hair), withAlpha(Qt::white, 0.541));
+    painter.fillRect(QRect(cap.x(), cap.y() + hair, cap.width(), hair), withAlpha(Qt::white, 0.118));
 
     const int band = 2 * hair + px(2);
     const int bandTop = cap.y() + (cap.height() - band) / 2;
-    painter.fillRect(QRect(cap.x(), bandTop, cap.width(), band), QColor(8, 8, 8));
+    painter.fillRect(QRect(cap.x(), bandTop, cap.width(), band), Materials::black);
     painter.fillRect(QRect(cap.x() + hair, bandTop + hair, cap.width() - 2 * hair, band - 2 * hair), line);
     painter.restore();
 }

@@ -1,5 +1,7 @@
 #include "TessikAutomation/Views/Drawing/Knob.h"
 
+#include "TessikAutomation/Views/Theme/Materials.h"
+
 #include <QLinearGradient>
 #include <QPainterPath>
 #include <QRadialGradient>
@@ -59,7 +61,7 @@ void knobBody(QPainter& painter, QPointF centre, qreal radius, qreal u, const QC
 
     const QPainterPath outline = skirt(centre, radius);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(lit(centre, radius, QColor(0x62, 0x62, 0x64), QColor(0x1C, 0x1C, 0x1E)));
+    painter.setBrush(lit(centre, radius, Materials::skirtLight, Materials::skirtDark));
     painter.drawPath(outline);
     // The light catches the upper rim of the skirt.
     painter.setBrush(Qt::NoBrush);
@@ -67,7 +69,7 @@ void knobBody(QPainter& painter, QPointF centre, qreal radius, qreal u, const QC
     painter.drawEllipse(centre, radius - 0.8 * u, radius - 0.8 * u);
 
     const qreal cap = radius * capShare;
-    disc(painter, centre, cap + 1.1 * u, QColor(14, 14, 15));
+    disc(painter, centre, cap + 1.1 * u, Materials::knobSeat);
     disc(painter, centre, cap, lit(centre, cap, blend(tint, Qt::white, 0.26), blend(tint, Qt::black, 0.46)));
     QRadialGradient sheen(centre - QPointF(0.36, 0.5) * cap, cap * 1.05);
     sheen.setColorAt(0, withAlpha(Qt::white, 0.4));
@@ -87,7 +89,7 @@ void knobPointer(QPainter& painter, QPointF centre, qreal radius, qreal u, doubl
         painter.drawLine(line);
     };
     stroke(dark ? withAlpha(Qt::white, 0.35) : withAlpha(Qt::black, 0.55), 3.2 * u);
-    stroke(dark ? QColor(22, 22, 24) : QColor(252, 252, 252), 1.8 * u);
+    stroke(dark ? Materials::pointerDark : Materials::pointerLight, 1.8 * u);
 }
 
 void knobTicks(QPainter& painter, QPointF centre, qreal radius, qreal u, double minAngle, double maxAngle, int count,
@@ -97,7 +99,7 @@ void knobTicks(QPainter& painter, QPointF centre, qreal radius, qreal u, double 
         const bool end = i == 0 || i == count - 1;
         const QPointF along = direction(minAngle + (maxAngle - minAngle) * i / (count - 1));
         const qreal from = radius + 3.4 * u;
-        const QColor color = middle ? look.tints.scaleZero : withAlpha(look.palette.tickColor, end ? 1.0 : 0.72);
+        const QColor color = middle ? look.tints.scaleZero : look.tints.knobTick;
         painter.setPen(QPen(color, (middle ? 1.4 : 1.0) * u, Qt::SolidLine, Qt::FlatCap));
         painter.drawLine(QLineF(centre + along * from, centre + along * (from + (end || middle ? 2.6 : 1.9) * u)));
     }

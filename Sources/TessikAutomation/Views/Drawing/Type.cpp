@@ -12,6 +12,7 @@ namespace tessik::Type {
 namespace {
 
 QString family = QStringLiteral("Inter");
+constexpr int minPixels = 8; // in less nothing can be read
 
 } // namespace
 
@@ -31,7 +32,7 @@ void installFonts() {
 
 QFont font(qreal pixels, QFont::Weight weight, qreal spacing) {
     QFont font(family);
-    font.setPixelSize(std::max(1, qRound(pixels)));
+    font.setPixelSize(std::max(minPixels, qRound(pixels)));
     font.setWeight(weight);
     font.setHintingPreference(QFont::PreferVerticalHinting);
     font.setStyleStrategy(QFont::NoSubpixelAntialias);
@@ -46,7 +47,7 @@ QString typeset(QString text) {
 
 void draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QString& text, const QFont& font,
           const QColor& color) {
-    if (onDraw) onDraw(text);
+    if (onDraw) onDraw(text, font);
     const QFontMetricsF metrics(font);
     // The space after the last letter is no part of the line.
     const qreal width = metrics.horizontalAdvance(text) - font.letterSpacing();

@@ -11,7 +11,7 @@ namespace Type {
 /// Makes the built-in fonts known. Once, before the first window.
 void installFonts();
 
-/// `pixels` in the painter's unit, `spacing` between letters likewise.
+/// `pixels` in the painter's unit, and never less than 8 of them; `spacing` between letters likewise.
 QFont font(qreal pixels, QFont::Weight weight, qreal spacing = 0);
 
 /// A hyphen-minus before a number becomes a minus sign; for drawing only.

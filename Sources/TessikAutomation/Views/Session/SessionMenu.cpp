@@ -7,6 +7,12 @@
 #include <QMimeData>
 
 namespace tessik {
+namespace {
+
+/// A name as a menu shows it: "&" is no key there.
+QString inMenu(QString name) { return name.replace(QLatin1Char('&'), QLatin1String("&&")); }
+
+} // namespace
 
 SessionMenu::SessionMenu(SessionController& session, QWidget* parent)
     : QMenu(QStringLiteral("&File"), parent), _session(session) {
@@ -23,24 +29,32 @@ SessionMenu::SessionMenu(SessionController& session, QWidget* parent)
     add(QStringLiteral("&Save Session"), "Ctrl+S", [this] { _session.save(); });
     add(QStringLiteral("Save Session &As…"), "Ctrl+Shift+S", [this] { _session.saveAs(); });
     addSeparator();
-    QAction* reopen = addAction(QStringLiteral("Reopen Re&placed Session"));
-    connect(reopen, &QAction::triggered, this, [this] { _session.reopenReplacedSession(); });
-    const auto enable = [this, reopen] { reopen->setEnabled(_session.hasReplacedSession.value()); };
-    _replacedObserver = _session.hasReplacedSession.addNotifier(enable);
-    enable();
+    _replaced = addMenu(QStringLiteral("Re&placed Sessions"));
+    connect(_replaced, &QMenu::aboutToShow, this, &SessionMenu::fillReplaced);
     addSeparator();
 }
 
 void SessionMenu::fillRecent() {
     _recent->clear();
     for (const QString& path : SavedSettings::recentSessions()) {
-        QString name = QFileInfo(path).completeBaseName();
-        QAction* action = _recent->addAction(name.replace(QLatin1Char('&'), QLatin1String("&&")));
+        QAction* action = _recent->addAction(inMenu(QFileInfo(path).completeBaseName()));
         action->setToolTip(path);
         connect(action, &QAction::triggered, this, [this, path] { _session.open(QUrl::fromLocalFile(path)); });
     }
     if (_recent->isEmpty()) _recent->addAction(QStringLiteral("No Recent Sessions"))->setEnabled(false);
     _recent->setToolTipsVisible(true);
+}
+
+void SessionMenu::fillReplaced() {
+    _replaced->clear();
+    for (const ReplacedSession& session : _session.replacedSessions()) {
+        QAction* action = _replaced->addAction(
+            inMenu(session.origin.name() + QStringLiteral("  —  ") + proposedName(session.replacedAt)));
+        action->setToolTip(session.origin.sessionPath);
+        connect(action, &QAction::triggered, this, [this, session] { _session.reopen(session); });
+    }
+    if (_replaced->isEmpty()) _replaced->addAction(QStringLiteral("No Replaced Sessions"))->setEnabled(false);
+    _replaced->setToolTipsVisible(true);
 }
 
 SessionDrop::SessionDrop(SessionController& session, QWidget& window) : QObject(&window), _session(session) {

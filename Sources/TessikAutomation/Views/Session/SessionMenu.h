@@ -13,10 +13,11 @@ public:
 
 private:
     void fillRecent();
+    void fillReplaced();
 
     SessionController& _session;
     QMenu* _recent;
-    QPropertyNotifier _replacedObserver;
+    QMenu* _replaced;
 };
 
 /// Opens a session file that is dropped on a window.

@@ -2,6 +2,7 @@
 
 #include "TessikAutomation/Help/HelpContext.h"
 
+#include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QGridLayout>
@@ -10,10 +11,13 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStyle>
+#include <QUrl>
 
 namespace tessik {
 
 namespace {
+
+const QString programName = QStringLiteral("TessikAutomation");
 
 std::optional<QString> run(QFileDialog& panel, const WidgetSessionDialogs::FileType& type) {
     panel.setNameFilters({type.filter, QStringLiteral("All files (*)")});
@@ -36,6 +40,13 @@ public:
         setInformativeText(text);
         setTextFormat(Qt::PlainText); // file names are no markup
         setWindowModality(Qt::WindowModal);
+        setWindowTitle(programName);
+    }
+
+protected:
+    void showEvent(QShowEvent* event) override {
+        QMessageBox::showEvent(event);
+        activateWindow(); // at the start the main window may ask for the keyboard at the same time
     }
 };
 
@@ -71,6 +82,16 @@ void WidgetSessionDialogs::alert(const QString& title, const QString& text) {
     box.exec();
 }
 
+void WidgetSessionDialogs::alertOfFile(const QString& title, const QString& text, const QString& path) {
+    Question box(_window, QMessageBox::Warning, title, text);
+    const QPushButton* show = box.addButton(QStringLiteral("Show Folder"), QMessageBox::ActionRole);
+    QPushButton* ok = box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    box.setDefaultButton(ok);
+    box.setEscapeButton(ok);
+    box.exec();
+    if (box.clickedButton() == show) QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
+}
+
 bool WidgetSessionDialogs::confirmOverwrite(const QString& title, const QString& text) {
     Question box(_window, QMessageBox::Warning, title, text);
     const QPushButton* replace = box.addButton(QStringLiteral("Replace"), QMessageBox::DestructiveRole);
@@ -94,6 +115,7 @@ SessionDialogs::TakeAnswer WidgetSessionDialogs::askTake(const QString& title, c
                                                          const QString& proposedName) {
     QDialog box(&_window);
     setHelpContext(box, HelpContext::passes);
+    box.setWindowTitle(programName);
     box.setWindowModality(Qt::WindowModal);
     auto* layout = new QGridLayout(&box);
     layout->setContentsMargins(20, 16, 20, 16);

@@ -16,6 +16,7 @@ public:
     std::optional<QString> chooseSessionToOpen(const QString& message) override;
     std::optional<QString> chooseWhereToSave(const QString& proposed) override;
     void alert(const QString& title, const QString& text) override;
+    void alertOfFile(const QString& title, const QString& text, const QString& path) override;
     bool confirmOverwrite(const QString& title, const QString& text) override;
     Unsaved askUnsaved(const QString& title, const QString& text) override;
     TakeAnswer askTake(const QString& title, const QString& text, const QString& proposedName) override;

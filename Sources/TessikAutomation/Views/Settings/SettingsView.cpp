@@ -18,6 +18,7 @@ namespace {
 
 constexpr int rowHeight = 36;
 constexpr int pickerWidth = 236;
+constexpr int statusWidth = 330; ///< in two lines there is room for the longest
 
 const QString sheet = QStringLiteral(
     "QDialog { background: @sheet; }"
@@ -90,13 +91,13 @@ SettingsView::SettingsView(const AppObjects& objects, DrawingContext& drawing, Q
     QBoxLayout* timecode = addGroup(QStringLiteral("Timecode"));
     addPortPicker(timecode, QStringLiteral("MTC Source"),
                   QStringLiteral("Deliberately separate from Console In -- timecode often arrives from another device "
-                                 "(e.g. an HDR24/96) on its own cable"),
+                                 "(e.g. a hard-disk recorder) on its own cable"),
                   sourceChoice(SavedSettings::Key::timecodeSourceID, objects.mtcClock.connection));
 
     QBoxLayout* transport = addGroup(QStringLiteral("Transport (MMC Out)"));
     addPortPicker(
         transport, QStringLiteral("Send To"),
-        QStringLiteral("Which device receives Play/Stop/Locate -- e.g. a Mackie HDR24/96, not necessarily the "
+        QStringLiteral("Which device receives Play/Stop/Locate -- e.g. a hard-disk recorder, not necessarily the "
                        "console"),
         destinationChoice(SavedSettings::Key::transportDestinationID, objects.transport.port));
     addDeviceID(transport);
@@ -171,10 +172,13 @@ void SettingsView::addPortPicker(QBoxLayout* group, const QString& label, const 
     const auto show = [picker, choice] {
         picker->clear();
         picker->addItem(QStringLiteral("None"));
-        int current = choice.selected.value() ? -1 : 0;
-        for (const MIDIPortInfo& port : choice.available.value()) {
-            if (port.uniqueID == choice.selected.value()) current = picker->count();
-            picker->addItem(port.name, port.uniqueID);
+        const bool isRemembered = choice.selected.value() || SavedSettings::uniqueID(choice.key);
+        int current = isRemembered ? -1 : 0;
+        const std::vector<MIDIPortInfo>& ports = choice.available.value();
+        const QStringList names = distinctNames(ports);
+        for (std::size_t i = 0; i < ports.size(); ++i) {
+            if (ports[i].uniqueID == choice.selected.value()) current = picker->count();
+            picker->addItem(names[qsizetype(i)], ports[i].uniqueID);
         }
         picker->setCurrentIndex(current);
     };
@@ -193,11 +197,12 @@ void SettingsView::addDeviceID(QBoxLayout* group) {
     for (std::size_t i = 1; i < ids.size(); ++i)
         choices << QString::number(ids[i]);
     const auto current = std::find(ids.begin(), ids.end(), _objects.transport.deviceID());
-    addPicker(group, QStringLiteral("Device ID"),
-              QStringLiteral("Some machines ignore the broadcast ID and only respond when addressed directly. The "
-                             "HDR24/96 is one of them -- set this to match Setup > MIDI on the unit (0 by default)."),
-              choices, current == ids.end() ? -1 : int(current - ids.begin()),
-              [this](int index) { _objects.transport.setDeviceID(ids[std::size_t(index)]); });
+    addPicker(
+        group, QStringLiteral("Device ID"),
+        QStringLiteral("Some machines ignore the broadcast ID and only respond when addressed directly. If yours is "
+                       "one of them, set this to the device ID in its own MIDI setup (often 0)."),
+        choices, current == ids.end() ? -1 : int(current - ids.begin()),
+        [this](int index) { _objects.transport.setDeviceID(ids[std::size_t(index)]); });
 }
 
 void SettingsView::addMIDIChannel(QBoxLayout* group) {
@@ -242,6 +247,9 @@ void SettingsView::addStatus(QBoxLayout* group) {
     QProperty<QString>& status = _objects.midiManager.connection.statusText;
     auto* text = new QLabel(this);
     text->setFont(Type::font(11, QFont::Normal));
+    text->setWordWrap(true);
+    text->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    text->setFixedWidth(statusWidth);
     const auto show = [text, &status] { text->setText(status.value()); };
     show();
     _observers.push_back(status.addNotifier(show));

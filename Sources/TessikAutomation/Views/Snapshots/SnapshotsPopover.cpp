@@ -1,17 +1,29 @@
 #include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
 
 #include "TessikAutomation/Views/Controls/NameSection.h"
+#include "TessikAutomation/Views/Controls/UndoStep.h"
 
 #include <QUndoStack>
 
 namespace tessik {
 namespace {
 
-class SnapshotRemoval final : public QUndoCommand {
+/// A snapshot that comes or goes, with its star.
+class SnapshotPresence final : public QUndoCommand {
 public:
-    SnapshotRemoval(SnapshotStore& snapshots, const Snapshot& snapshot)
-        : QUndoCommand(QStringLiteral("deleting %1").arg(snapshot.name)), _snapshots(snapshots), _snapshot(snapshot) {}
-    void redo() override {
+    enum class Change : std::uint8_t { capture, removal };
+    SnapshotPresence(SnapshotStore& snapshots, const Snapshot& snapshot, Change change)
+        : QUndoCommand((change == Change::capture ? QStringLiteral("capturing %1") : QStringLiteral("deleting %1"))
+                           .arg(snapshot.name)),
+          _snapshots(snapshots),
+          _snapshot(snapshot),
+          _isCapture(change == Change::capture),
+          _index(snapshots.snapshots.value().size()) {}
+    void redo() override { _isCapture ? putIn() : takeOut(); }
+    void undo() override { _isCapture ? takeOut() : putIn(); }
+
+private:
+    void takeOut() {
         const QList<Snapshot>& all = _snapshots.snapshots.value();
         const auto found =
             std::find_if(all.begin(), all.end(), [this](const Snapshot& each) { return each.id == _snapshot.id; });
@@ -21,35 +33,44 @@ public:
         _wasDefault = _snapshots.defaultSnapshotID.value() == _snapshot.id;
         _snapshots.remove(_snapshot.id);
     }
-    void undo() override {
+    void putIn() {
         _snapshots.insert(_index, _snapshot);
         if (_wasDefault && !_snapshots.defaultSnapshotID.value()) _snapshots.setDefault(_snapshot.id);
     }
 
-private:
     SnapshotStore& _snapshots;
     Snapshot _snapshot;
-    qsizetype _index = 0;
+    const bool _isCapture;
+    qsizetype _index;
     bool _wasDefault = false;
 };
+
+using Change = SnapshotPresence::Change;
 
 } // namespace
 
 SnapshotsPopover::SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& recall, QUndoStack& history,
                                    SymbolButton& button, DrawingContext& drawing, QWidget* over, WallClock clock)
-    : Popover(QStringLiteral("SNAPSHOTS"), QStringLiteral("No snapshots yet"), button, drawing, over),
+    : Popover(QStringLiteral("SNAPSHOTS"), button, drawing, over),
       _snapshots(snapshots),
       _recall(recall),
       _history(history),
       _clock(std::move(clock)),
+      _list(new RecordList(
+          QStringLiteral("No snapshots yet"),
+          {.prepare = [this](RecordRow& row) { prepareRow(row); },
+           .show = [this](RecordRow& row, qsizetype i) { showRow(row, _snapshots.snapshots.value()[i]); },
+           .idAt = [this](qsizetype i) { return _snapshots.snapshots.value()[i].id; }},
+          drawing, this)),
       _capture(new TextButton(QStringLiteral("Capture…"), "capture", this)),
       _naming(new NameSection(QStringLiteral("New Snapshot"), QStringLiteral("Cancel"), this)) {
-    addBelow(_capture);
-    addBelow(_naming);
+    addSection(_list);
+    addSection(_capture);
+    addSection(_naming);
     _capture->setToolTip(QStringLiteral("Keep the whole console as it is now"));
     connect(_capture, &QPushButton::clicked, this, [this] { showNaming(true); });
     connect(_naming, &NameSection::saved, this, [this](const QString& name) {
-        _snapshots.save(_recall.capture(name, _clock()));
+        _history.push(new SnapshotPresence(_snapshots, _recall.capture(name, _clock()), Change::capture));
         showNaming(false);
     });
     connect(_naming, &NameSection::dropped, this, [this] { showNaming(false); });
@@ -83,9 +104,14 @@ void SnapshotsPopover::prepareRow(RecordRow& row) {
     star->setObjectName(QStringLiteral("star"));
     star->setCheckable(true);
     connect(star, &QAbstractButton::clicked, this, [this, &row] { _snapshots.toggleDefault(row.id()); });
-    connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) { _snapshots.rename(row.id(), name); });
+    connect(&row, &RecordRow::chosen, this, [this, &row] { recall(row.id()); });
+    connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) {
+        if (const auto snapshot = snapshotOf(row.id()))
+            _history.push(UndoStep::renaming(_snapshots, snapshot->id, snapshot->name, name));
+    });
     connect(&row, &RecordRow::removed, this, [this, &row] {
-        if (const auto snapshot = snapshotOf(row.id())) _history.push(new SnapshotRemoval(_snapshots, *snapshot));
+        if (const auto snapshot = snapshotOf(row.id()))
+            _history.push(new SnapshotPresence(_snapshots, *snapshot, Change::removal));
     });
 }
 
@@ -98,23 +124,32 @@ std::optional<Snapshot> SnapshotsPopover::snapshotOf(const QUuid& id) const {
 void SnapshotsPopover::recall(const QUuid& id) {
     const std::optional<Snapshot> snapshot = snapshotOf(id);
     if (!snapshot) return;
-    _recall.recall(*snapshot);
-    if (onRecalled) onRecalled(*snapshot);
+    const auto former = std::make_shared<SnapshotRecall::Former>();
+    _history.push(new UndoStep(
+        QStringLiteral("recalling %1").arg(snapshot->name),
+        [this, former, snapshot = *snapshot] {
+            *former = _recall.recall(snapshot);
+            if (onRecalled) onRecalled(snapshot);
+        },
+        [this, former] {
+            _recall.putBack(*former);
+            if (onRecallUndone) onRecallUndone();
+        }));
+}
+
+void SnapshotsPopover::showRow(RecordRow& row, const Snapshot& snapshot) {
+    const bool isDefault = snapshot.id == _snapshots.defaultSnapshotID.value();
+    const QString date = proposedName(snapshot.createdAt);
+    row.setRecord(snapshot.id, snapshot.name, isDefault ? date + QStringLiteral("  ·  starting state") : date);
+    auto* star = row.findChild<SymbolButton*>(QStringLiteral("star"));
+    star->setSymbol(isDefault ? QStringLiteral("star-fill") : QStringLiteral("star"));
+    star->setColor(isDefault ? &Tints::ledAmber : &Tints::legend);
+    star->setChecked(isDefault);
+    star->setAccessibleName(QStringLiteral("Starting state"));
 }
 
 void SnapshotsPopover::refresh() {
-    const QList<Snapshot>& snapshots = _snapshots.snapshots.value();
-    const std::vector<RecordRow*>& all = rows(snapshots.size());
-    for (qsizetype i = 0; i < snapshots.size(); ++i) {
-        RecordRow& row = *all[std::size_t(i)];
-        const bool isDefault = snapshots[i].id == _snapshots.defaultSnapshotID.value();
-        row.setRecord(snapshots[i].id, snapshots[i].name, isDefault ? QStringLiteral("starting state") : QString());
-        auto* star = row.findChild<SymbolButton*>(QStringLiteral("star"));
-        star->setSymbol(isDefault ? QStringLiteral("star-fill") : QStringLiteral("star"));
-        star->setColor(isDefault ? &Tints::ledAmber : &Tints::legend);
-        star->setChecked(isDefault);
-        star->setAccessibleName(QStringLiteral("Starting state"));
-    }
+    _list->refresh(_snapshots.snapshots.value().size());
     fit();
 }
 

@@ -3,6 +3,7 @@
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Snapshots/SnapshotRecall.h"
 #include "TessikAutomation/Views/Controls/Popover.h"
+#include "TessikAutomation/Views/Controls/RecordList.h"
 
 class QPushButton;
 class QUndoStack;
@@ -11,23 +12,27 @@ namespace tessik {
 
 class NameSection;
 
-/// The session's snapshots: taken, recalled, and one of them starred as the session's starting state.
+/// The session's snapshots: taken, recalled with their button or Return, and one of them starred as the session's
+/// starting state.
 class SnapshotsPopover final : public Popover {
     Q_OBJECT
 
 public:
-    /// What is deleted can be taken back from `history`.
+    /// Captures, recalls, names and deletions can be taken back from `history`.
     SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& recall, QUndoStack& history, SymbolButton& button,
                      DrawingContext& drawing, QWidget* over, WallClock clock = currentSecond);
 
-    /// Called after a recall.
+    /// Called after a recall, and after one was taken back.
     std::function<void(const Snapshot&)> onRecalled;
+    std::function<void()> onRecallUndone;
 
 protected:
-    void prepareRow(RecordRow& row) override;
     void refresh() override;
+    void takeKeyboard() override { _list->setCurrent(0); }
 
 private:
+    void prepareRow(RecordRow& row);
+    void showRow(RecordRow& row, const Snapshot& snapshot);
     void showNaming(bool isNaming);
     std::optional<Snapshot> snapshotOf(const QUuid& id) const;
     void recall(const QUuid& id);
@@ -36,6 +41,7 @@ private:
     SnapshotRecall& _recall;
     QUndoStack& _history;
     const WallClock _clock;
+    RecordList* _list;
     QPushButton* _capture;
     NameSection* _naming;
     std::vector<QPropertyNotifier> _observers;

@@ -2,6 +2,7 @@
 
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Theme/DialogStyle.h"
+#include "TessikAutomation/Views/Theme/ToolTips.h"
 
 #include <QApplication>
 #include <QPalette>
@@ -44,6 +45,7 @@ ColorScheme install() {
         Type::installFonts();
         QApplication::setFont(Type::font(13, QFont::Normal));
         QToolTip::setFont(Type::font(12, QFont::Medium));
+        ToolTips::install();
         return isLight ? ColorScheme::light : ColorScheme::dark;
     }();
     return reported;

@@ -55,6 +55,12 @@ QIcon DialogStyle::standardIcon(StandardPixmap which, const QStyleOption* option
     return sign ? QIcon(drawn(*sign)) : QProxyStyle::standardIcon(which, option, widget);
 }
 
+int DialogStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                           QStyleHintReturn* returned) const {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
 void DialogStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                 const QWidget* widget) const {
     if (element != PE_PanelTipLabel) return QProxyStyle::drawPrimitive(element, option, painter, widget);

@@ -10,6 +10,9 @@ public:
     DialogStyle();
 
     QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;
+    /// Buttons have no icons, whatever the platform thinks.
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override;
     using QProxyStyle::polish;
     /// Tooltips have a soft rim.
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

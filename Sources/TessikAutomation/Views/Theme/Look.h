@@ -5,7 +5,7 @@
 namespace tessik {
 
 /// Colours of what the palette does not name: light, print, lamps and displays. Legends keep a contrast of at least
-/// 4.5:1 to what they are printed on.
+/// 4.5:1 to what they are printed on, ticks of 1.6:1.
 struct Tints {
     QColor text;          ///< titles
     QColor secondaryText; ///< status lines
@@ -13,10 +13,14 @@ struct Tints {
     QColor moduleLegend;  ///< print on the modules above the bar
     QColor litLegend;     ///< print on a lit key
     QColor scaleZero;     ///< the 0 dB row of a fader scale
+    QColor fineTick;      ///< between the marks of a fader scale
+    QColor knobTick;      ///< around a knob
+    QColor slotFloor;     ///< of a fader
     QColor edgeLight;     ///< the lit upper edge of a raised part
     QColor edgeShadow;    ///< the outline of a part against the panel
     QColor headerTop;
     QColor headerBottom;
+    QColor page;      ///< of the manual
     QColor aluminium; ///< middle tone of the brushed bar
     QColor aluminiumPrint;
     QColor displayBackground;

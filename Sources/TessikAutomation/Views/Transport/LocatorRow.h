@@ -3,6 +3,10 @@
 #include "TessikAutomation/Session/LocatorStore.h"
 #include "TessikAutomation/Views/Controls/PanelButton.h"
 
+#include <QPointer>
+
+class QLabel;
+
 namespace tessik {
 
 /// A locator's position in a small display; pressing it goes there.
@@ -18,30 +22,50 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 };
 
-/// One locator: its label, its position to go to, a key that takes the current timecode and one that clears it.
+class EntryField;
+
+/// One locator: its label, its position to go to, a key that takes the current timecode and one that clears it. F2 and
+/// the context menu let the position be typed, also where there is none and no machine to go there.
 class LocatorRow final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `label`: "START" or "END".
-    LocatorRow(const QString& label, DrawingContext& drawing, QWidget* parent = nullptr);
+    /// `label`: "START" or "END". `captureKeys` is how help names the keys that capture.
+    LocatorRow(const QString& label, const QString& captureKeys, DrawingContext& drawing, QWidget* parent = nullptr);
 
     /// What the row shows and offers.
     void setState(const std::optional<TimecodePosition>& locator, bool hasTimecode, bool hasTransport);
+
+    /// The rate of what is typed. Has to be set.
+    std::function<MTCFrameRate()> rate;
+    /// Opens a field for typing the position. A text that is none stays there, with what is wrong with it, until it is
+    /// mended or dropped with Escape.
+    void edit();
 
     LocatorField& field() const { return *_field; }
     PanelButton& captureKey() const { return *_capture; }
     PanelButton& clearKey() const { return *_clear; }
 
+Q_SIGNALS:
+    void typed(const TimecodePosition& position);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    bool keep();
+    void closeEntry();
+    void showProblem(const QString& problem);
+
     const QString _label;
     DrawingContext& _drawing;
     LocatorField* _field;
     PanelButton* _capture;
     PanelButton* _clear;
+    QPointer<EntryField> _entry;
+    QPointer<QLabel> _problem;
 };
 
 } // namespace tessik

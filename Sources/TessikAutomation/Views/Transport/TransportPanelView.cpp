@@ -1,62 +1,65 @@
 #include "TessikAutomation/Views/Transport/TransportPanelView.h"
 
 #include "TessikAutomation/Session/LocateTarget.h"
+#include "TessikAutomation/Views/Controls/UndoStep.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Transport/LocatorRow.h"
 #include "TessikAutomation/Views/Transport/TimecodeCounter.h"
 #include "TessikAutomation/Views/Transport/TransportIcon.h"
+#include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
+
+#include <QUndoStack>
 
 namespace tessik {
 namespace {
 
 constexpr int panelHeight = 64;
 constexpr int margin = 4;
-constexpr int rowsLeft = 208;
-constexpr int keysLeft = 416;
-constexpr int keyWidth = 40;
+constexpr int keyCount = 7;
+constexpr int searchKeys = 4; ///< that find a place; the others roll from it
 constexpr int keyHeight = 52;
-constexpr int keyGap = 8; ///< between finding a place and rolling from it
+constexpr int keyGap = 8; ///< between the two kinds
+
+constexpr int gap(HeaderFit fit) { return fit == HeaderFit::symbols ? 4 : 8; }
+constexpr int keyWidth(HeaderFit fit) { return fit == HeaderFit::symbols ? PanelButton::widthOf(false) : 40; }
 
 } // namespace
 
 TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, TransportManager& transport,
-                                       PassEnd passEnd, QWidget* parent)
-    : QWidget(parent),
+                                       QUndoStack& history, PassEnd passEnd, QWidget* parent)
+    : HeaderPart(parent),
       _clock(clock),
       _locators(locators),
       _transport(transport),
+      _history(history),
       _passEnd(std::move(passEnd)),
-      _startRow(new LocatorRow(QStringLiteral("START"), _drawing, this)),
-      _endRow(new LocatorRow(QStringLiteral("END"), _drawing, this)) {
-    auto* counter = new TimecodeCounter(clock, _drawing, this);
-    counter->move(margin, margin);
-    _startRow->move(rowsLeft, margin);
-    _endRow->move(rowsLeft, margin + _startRow->height());
+      _counter(new TimecodeCounter(clock, _drawing, this)),
+      _startRow(new LocatorRow(QStringLiteral("START"), QStringLiteral("C"), _drawing, this)),
+      _endRow(new LocatorRow(QStringLiteral("END"), QStringLiteral("Shift+C"), _drawing, this)) {
+    _counter->move(margin, margin);
 
     const auto command = [this](MMCCommand mmc) { return [this, mmc] { _transport.send(mmc); }; };
-    auto add = [this, x = keysLeft](const char* icon, const char* legend, const char* name, const char* help,
-                                    std::function<void()> press, int gap = 0) mutable {
-        PanelButton* key = addKey(x += gap, QLatin1String(icon), QLatin1String(legend), QLatin1String(name),
-                                  QLatin1String(help), std::move(press));
-        x += keyWidth;
-        return key;
+    const auto add = [this](const char* icon, const char* legend, const char* name, const char* help,
+                            std::function<void()> press) {
+        return addKey(QLatin1String(icon), QLatin1String(legend), QLatin1String(name), QLatin1String(help),
+                      std::move(press));
     };
     _toStart = add("go-to-start", "START", "Go to start", "", [this] { goToStart(); });
     add("rewind", "REW", "Rewind", "Rewind", command(MMCCommand::rewind));
     add("fast-forward", "FWD", "Fast forward", "Fast Forward", command(MMCCommand::fastForward));
     _toEnd = add("go-to-end", "END", "Go to end", "", [this] { goToEnd(); });
-    add("stop", "STOP", "Stop", "Stop  (Space)", command(MMCCommand::stop), keyGap);
+    add("stop", "STOP", "Stop", "Stop  (Space)", command(MMCCommand::stop));
     const Tints& tints = _drawing.look.value()->tints;
     add("play", "PLAY", "Play", "Play  (Space)", command(MMCCommand::play))->setTint(tints.ledGreen);
     PanelButton* record = add("record", "REC", "Record", "Record", command(MMCCommand::recordStrobe));
     record->setTint(tints.ledRed);
-    setFixedSize(record->geometry().right() + 1 + margin, panelHeight);
+    setFit(HeaderFit::legends);
 
     connectRow(
-        *_startRow, [this] { return _locators.start(); },
+        *_startRow, QStringLiteral("START"), [this] { return _locators.start(); },
         [this](const LocatorStore::Locator& position) { _locators.setStart(position); });
     connectRow(
-        *_endRow, [this] { return _locators.end(); },
+        *_endRow, QStringLiteral("END"), [this] { return _locators.end(); },
         [this](const LocatorStore::Locator& position) { _locators.setEnd(position); });
 
     const auto look = [this] { refresh(); };
@@ -71,20 +74,30 @@ TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, 
     refresh();
 }
 
-void TransportPanelView::connectRow(LocatorRow& row, std::function<LocatorStore::Locator()> read,
-                                    std::function<void(const LocatorStore::Locator&)> write) {
+void TransportPanelView::connectRow(LocatorRow& row, const QString& name, std::function<LocatorStore::Locator()> read,
+                                    std::function<void(const LocatorStore::Locator&)> assign) {
+    const auto write = [this, name, read, assign](const LocatorStore::Locator& position) {
+        if (read() == position) return assign(position); // nothing to take back
+        _history.push(new UndoStep((position ? QStringLiteral("setting %1") : QStringLiteral("clearing %1")).arg(name),
+                                   [assign, position] { assign(position); },
+                                   [assign, before = read()] { assign(before); }));
+    };
     connect(&row.field(), &QAbstractButton::clicked, this, [this, read] {
         if (const LocatorStore::Locator target = read()) _transport.locate(*target);
     });
     connect(&row.captureKey(), &QAbstractButton::clicked, this,
             [this, write] { write(_clock.currentPosition.value()); });
     connect(&row.clearKey(), &QAbstractButton::clicked, this, [write] { write(std::nullopt); });
+    row.rate = [this, read] {
+        return read().value_or(LocateTarget::start(_locators, _clock.currentPosition.value())).frameRate;
+    };
+    connect(&row, &LocatorRow::typed, this, [write](const TimecodePosition& position) { write(position); });
 }
 
-PanelButton* TransportPanelView::addKey(int x, const QString& icon, const QString& legend, const QString& name,
+PanelButton* TransportPanelView::addKey(const QString& icon, const QString& legend, const QString& name,
                                         const QString& help, std::function<void()> press) {
     auto* key = new PanelButton(legend, transportIcon(icon), _drawing, this);
-    key->setGeometry(x, (panelHeight - keyHeight) / 2, keyWidth, keyHeight);
+    _keys.push_back(key);
     key->setAccessibleName(name);
     key->setToolTip(help);
     connect(key, &QAbstractButton::clicked, this, std::move(press));
@@ -93,6 +106,33 @@ PanelButton* TransportPanelView::addKey(int x, const QString& icon, const QStrin
 
 std::optional<TimecodePosition> TransportPanelView::songEnd() const {
     return LocateTarget::songEnd(_locators, _passEnd());
+}
+
+int TransportPanelView::neededWidth(HeaderFit fit) const {
+    return margin + _counter->width() + gap(fit) + _startRow->width() + gap(fit) + keyCount * keyWidth(fit) + keyGap +
+           margin;
+}
+
+void TransportPanelView::setFit(HeaderFit fit) {
+    int x = margin + _counter->width() + gap(fit);
+    _startRow->move(x, margin);
+    _endRow->move(x, margin + _startRow->height());
+    x += _startRow->width() + gap(fit);
+    for (int i = 0; i < keyCount; ++i) {
+        PanelButton& key = *_keys[std::size_t(i)];
+        key.setLegendVisible(fit != HeaderFit::symbols);
+        if (i == searchKeys) x += keyGap;
+        key.setGeometry(x, (panelHeight - keyHeight) / 2, keyWidth(fit), keyHeight);
+        x += keyWidth(fit);
+    }
+    setFixedSize(neededWidth(fit), panelHeight);
+}
+
+void TransportPanelView::bindKeys(KeyboardArrowHandler& keys) {
+    keys.onPlayStop = [this] { togglePlay(); };
+    keys.onReturnToStart = [this] { goToStart(); };
+    keys.letters[Qt::Key_C] = [this] { _startRow->captureKey().click(); };
+    keys.letters[(Qt::SHIFT | Qt::Key_C).toCombined()] = [this] { _endRow->captureKey().click(); };
 }
 
 void TransportPanelView::togglePlay() {

@@ -1,146 +1,99 @@
 #include "TessikAutomation/Views/Window/HeaderView.h"
 
-#include "TessikAutomation/Help/HelpContext.h"
-#include "TessikAutomation/Views/Drawing/Parts.h"
-#include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
-#include "TessikAutomation/Views/Window/ActivityLamp.h"
+#include "TessikAutomation/Views/Window/HeaderTitle.h"
+#include "TessikAutomation/Views/Window/HeaderTools.h"
 
-#include <QHBoxLayout>
 #include <QLinearGradient>
-#include <QPainterPath>
-
-#include <cmath>
 
 namespace tessik {
 namespace {
 
-constexpr int margin = 12;
-constexpr int lampsTop = 4;
-constexpr int titleWidth = 420;
-constexpr int minTitleWidth = 96; // in less the session's name says nothing; the window's title has it too
-
-void paintGear(QPainter& painter, const QRectF& rect, const QColor& color) {
-    QPainterPath gear;
-    constexpr int teeth = 8;
-    const qreal outer = rect.width() / 2;
-    const qreal inner = outer * 0.74;
-    const QPointF centre = rect.center();
-    for (int i = 0; i < teeth * 4; ++i) {
-        const qreal angle = (i - 0.5) * M_PI / (teeth * 2);
-        const qreal radius = i % 4 < 2 ? outer : inner;
-        const QPointF point = centre + radius * QPointF(std::cos(angle), std::sin(angle));
-        i == 0 ? gear.moveTo(point) : gear.lineTo(point);
-    }
-    gear.closeSubpath();
-    gear.addEllipse(centre, outer * 0.34, outer * 0.34);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawPath(gear);
-}
+/// At both ends and between the parts.
+int gap(HeaderFit fit) { return fit == HeaderFit::symbols ? 8 : 12; }
 
 } // namespace
 
 HeaderView::HeaderView(const AppObjects& objects, DrawingContext& drawing, QWidget* parent)
     : QWidget(parent),
       _drawing(drawing),
-      _layout(new QHBoxLayout(this)),
-      _settings(new PanelButton(QStringLiteral("SETTINGS"), paintGear, drawing, this)),
-      _problems(new SymbolButton(SymbolButton::Face::plate, QStringLiteral("warning"), {}, drawing, this)),
-      _lamps(new QHBoxLayout) {
+      _title(new HeaderTitle(drawing, this)),
+      _tools(new HeaderTools(objects, drawing, this)),
+      _lookObserver(drawing.look.addNotifier([this] { update(); })) {
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setFixedHeight(Metrics::headerHeight);
-    _layout->setContentsMargins(margin, 0, margin, 0);
-    _layout->setSpacing(margin);
-    _layout->addStretch(1);
-    auto* end = new QVBoxLayout;
-    end->setContentsMargins(0, lampsTop, 0, 0);
-    end->setSpacing(2);
-    _lamps->setSpacing(0);
-    end->addLayout(_lamps);
-    end->addWidget(_settings);
-    end->addStretch(1);
-    _layout->addLayout(end);
-    addLamps(objects);
-    _observers.push_back(drawing.look.addNotifier([this] { update(); }));
-    setHelpContext(*_problems, HelpContext::problems);
-    _problems->installEventFilter(this);
-    _problems->hide();
-    _settings->setToolTip(QStringLiteral("Settings  (Ctrl+,)"));
-    connect(_settings, &QAbstractButton::clicked, this, &HeaderView::settingsRequested);
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+    connect(&static_cast<HeaderTools*>(_tools)->settingsKey(), &QAbstractButton::clicked, this,
+            &HeaderView::settingsRequested);
 }
 
-void HeaderView::place(QWidget*& slot, QWidget* panel, int index) {
+void HeaderView::setTransportPanel(HeaderPart* panel) { place(_transport, panel); }
+void HeaderView::setAutomationPanel(HeaderPart* panel) { place(_automation, panel); }
+
+void HeaderView::place(HeaderPart*& slot, HeaderPart* panel) {
     delete std::exchange(slot, panel);
-    if (panel) _layout->insertWidget(index, panel);
-    update();
-}
-
-void HeaderView::setTransportPanel(QWidget* panel) { place(_transport, panel, 0); }
-void HeaderView::setAutomationPanel(QWidget* panel) { place(_automation, panel, _transport ? 1 : 0); }
-
-/// A lamp each for what comes from the desk and what goes to it.
-void HeaderView::addLamps(const AppObjects& objects) {
-    const auto add = [this](const QString& legend, const QString& path, auto& count, auto& status) {
-        auto* lamp = new ActivityLamp(legend, _drawing, this);
-        lamp->setAccessibleName(path + QStringLiteral(" activity"));
-        setHelpContext(*lamp, HelpContext::settings);
-        const auto name = [lamp, path, &status] {
-            lamp->setToolTip(
-                QStringLiteral("%1 — %2\nLights while messages pass, whatever they say").arg(path, status.value()));
-        };
-        name();
-        _observers.push_back(status.addNotifier(name));
-        _observers.push_back(count.addNotifier([lamp] { lamp->flash(); }));
-        _lamps->addWidget(lamp);
-        return lamp;
-    };
-    MIDIInputConnection& input = objects.midiManager.connection;
-    MIDIDestinationPort& output = objects.midiOutput.port;
-    add(QStringLiteral("IN"), QStringLiteral("MIDI In"), input.rawPacketListCount, input.statusText);
-    _lamps->addStretch(1);
-    add(QStringLiteral("OUT"), QStringLiteral("MIDI Out"), output.sentCount, output.statusText);
-}
-
-int HeaderView::titleRight() const { return _settings->x() - margin; }
-
-int HeaderView::titleLeft() const {
-    const QWidget* neighbour = _automation ? _automation : _transport;
-    return std::max(neighbour ? neighbour->geometry().right() + margin : 0, titleRight() - titleWidth);
-}
-
-/// Below the title, with as much of its text as there is room for.
-void HeaderView::placeProblemsKey() {
-    _problems->setText(_problems->accessibleName());
-    int width = _problems->sizeHint().width();
-    if (width > titleRight() - titleLeft()) {
-        _problems->setText({});
-        width = _problems->sizeHint().width();
+    if (panel) {
+        panel->setParent(this);
+        panel->stackUnder(_title); // the keyboard goes over it first
+        panel->show();
     }
-    _problems->setGeometry(titleRight() - width, height() - _problems->sizeHint().height() - 2, width,
-                           _problems->sizeHint().height());
+    layOut();
+}
+
+void HeaderView::setTitle(const QString& title, const QString& recalled, const QString& state) {
+    _title->setTexts(title, recalled, state);
+    layOut();
+}
+
+PanelButton& HeaderView::deselectKey() { return _title->deselectKey(); }
+SymbolButton& HeaderView::problemsKey() { return _title->problemsKey(); }
+
+HeaderFit HeaderView::fitFor(int width) const {
+    for (const HeaderFit fit : {HeaderFit::legends, HeaderFit::symbols}) {
+        int needed = gap(fit);
+        for (const HeaderPart* part : {_transport, _automation, static_cast<HeaderPart*>(_title), _tools})
+            if (part) needed += part->neededWidth(fit) + gap(fit);
+        if (needed <= width) return fit;
+    }
+    return HeaderFit::rows;
+}
+
+int HeaderView::heightForWidth(int width) const {
+    return Metrics::headerHeight + (fitFor(width) == HeaderFit::rows ? Metrics::headerSecondRowHeight : 0);
+}
+
+void HeaderView::layOut() {
+    const HeaderFit fit = fitFor(width());
+    const auto put = [fit](HeaderPart* part, int x, int width) {
+        part->setFit(fit);
+        part->setGeometry(x, (Metrics::headerHeight - part->height()) / 2, width, part->height());
+    };
+    int left = gap(fit);
+    for (HeaderPart* part : {_transport, fit == HeaderFit::rows ? nullptr : _automation}) {
+        if (!part) continue;
+        put(part, left, part->neededWidth(fit));
+        left += part->width() + gap(fit);
+    }
+    const int toolsWidth = _tools->neededWidth(fit);
+    const int right = Metrics::toGrid(width() - gap(fit) - toolsWidth);
+    put(_tools, right, toolsWidth);
+    put(_title, left, std::max(0, right - gap(fit) - left));
+    if (fit == HeaderFit::rows && _automation) {
+        _automation->setFit(fit);
+        _automation->setGeometry(gap(fit), Metrics::headerHeight, width() - 2 * gap(fit),
+                                 Metrics::headerSecondRowHeight);
+    }
+    if (std::exchange(_fit, fit) != fit) updateGeometry();
     update();
 }
 
-void HeaderView::resizeEvent(QResizeEvent*) { placeProblemsKey(); }
+void HeaderView::resizeEvent(QResizeEvent*) { layOut(); }
 
 bool HeaderView::event(QEvent* event) {
     const bool handled = QWidget::event(event);
-    if (event->type() == QEvent::LayoutRequest) placeProblemsKey();
+    if (event->type() == QEvent::LayoutRequest) layOut(); // a part needs another width
     return handled;
-}
-
-bool HeaderView::eventFilter(QObject*, QEvent* event) {
-    if (event->type() == QEvent::Show || event->type() == QEvent::Hide || event->type() == QEvent::ToolTipChange)
-        placeProblemsKey();
-    return false;
-}
-
-void HeaderView::setTitle(const QString& title, const QString& detail) {
-    _title = title;
-    _detail = detail;
-    setAccessibleName(title + QStringLiteral(", ") + detail);
-    update();
 }
 
 void HeaderView::paintEvent(QPaintEvent*) {
@@ -155,17 +108,6 @@ void HeaderView::paintEvent(QPaintEvent*) {
     painter.fillRect(QRect(0, 0, whole.width(), canvas.line()), withAlpha(Qt::white, look.isDark() ? 0.1 : 0.8));
     painter.fillRect(QRect(0, whole.height() - canvas.line(), whole.width(), canvas.line()),
                      withAlpha(Qt::black, 0.75));
-
-    const int left = titleLeft();
-    if (titleRight() - left < minTitleWidth) return;
-    const int rise = _problems->isHidden() ? 0 : 14;
-    const auto line = [&](int top, int height, const QString& text, const QFont& font, const QColor& color) {
-        const QRect rect = canvas.px(QRectF(left, top - rise, titleRight() - left, height));
-        Type::draw(painter, rect, Qt::AlignRight, QFontMetrics(font).elidedText(text, Qt::ElideRight, rect.width()),
-                   font, color);
-    };
-    line(18, 20, _title, Type::font(15 * canvas.scale, QFont::DemiBold), look.tints.text);
-    line(41, 14, _detail, Type::font(11 * canvas.scale, QFont::Medium), look.tints.secondaryText);
 }
 
 } // namespace tessik

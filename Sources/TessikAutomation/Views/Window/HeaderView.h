@@ -1,16 +1,26 @@
 #pragma once
 
 #include "TessikAutomation/Views/AppObjects.h"
-#include "TessikAutomation/Views/Controls/SymbolButton.h"
+#include "TessikAutomation/Views/Drawing/Canvas.h"
+#include "TessikAutomation/Views/Window/HeaderPart.h"
 
-class QHBoxLayout;
+#include <QWidget>
 
 namespace tessik {
 
-class ActivityLamp;
+class HeaderTitle;
+class PanelButton;
+class SymbolButton;
 
 /// The strip along the top of the window: transport panel, automation buttons, session title, settings, and lamps that
 /// light while MIDI from and to the desk passes.
+///
+/// Its parts stand beside each other, each as wide as it needs to be; nothing is ever overlapped or cut. Where a window
+/// is too narrow for that, they give way in this order:
+///   1. the session's title is elided, and what was recalled, down to 96 pixels;
+///   2. legends go that a symbol stands for, and their keys become 32 pixels wide;
+///   3. the automation stands in a second row below, and the legends are back.
+/// What never gives way: the modes, their status and warning, the saved state, the problems.
 class HeaderView final : public QWidget {
     Q_OBJECT
 
@@ -18,13 +28,21 @@ public:
     HeaderView(const AppObjects& objects, DrawingContext& drawing, QWidget* parent = nullptr);
 
     /// Places a panel at the left end.
-    void setTransportPanel(QWidget* panel);
+    void setTransportPanel(HeaderPart* panel);
     /// Places a panel right of the transport.
-    void setAutomationPanel(QWidget* panel);
-    /// What is worked on, and one line on its state.
-    void setTitle(const QString& title, const QString& detail);
+    void setAutomationPanel(HeaderPart* panel);
+    /// See HeaderTitle.
+    void setTitle(const QString& title, const QString& recalled, const QString& state);
+    /// See HeaderTitle.
+    PanelButton& deselectKey();
     /// The button below the title, for problems; whoever lists them shows it.
-    SymbolButton& problemsKey() { return *_problems; }
+    SymbolButton& problemsKey();
+
+    /// How the header is laid out in a window of that width.
+    HeaderFit fitFor(int width) const;
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+    QSize sizeHint() const override { return {width(), heightForWidth(width())}; }
 
 Q_SIGNALS:
     void settingsRequested();
@@ -33,25 +51,18 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool event(QEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void place(QWidget*& slot, QWidget* panel, int index);
-    void addLamps(const AppObjects& objects);
-    int titleRight() const;
-    int titleLeft() const;
-    void placeProblemsKey();
+    void place(HeaderPart*& slot, HeaderPart* panel);
+    void layOut();
 
     DrawingContext& _drawing;
-    QHBoxLayout* _layout;
-    QWidget* _transport = nullptr;
-    QWidget* _automation = nullptr;
-    PanelButton* _settings;
-    SymbolButton* _problems;
-    QHBoxLayout* _lamps;
-    QString _title;
-    QString _detail;
-    std::vector<QPropertyNotifier> _observers;
+    HeaderPart* _transport = nullptr;
+    HeaderPart* _automation = nullptr;
+    HeaderTitle* _title;
+    HeaderPart* _tools;
+    HeaderFit _fit = HeaderFit::legends;
+    QPropertyNotifier _lookObserver;
 };
 
 } // namespace tessik

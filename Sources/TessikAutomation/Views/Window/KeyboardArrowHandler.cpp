@@ -1,24 +1,39 @@
 #include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
 
+#include "TessikAutomation/Views/Controls/EntryField.h"
+#include "TessikAutomation/Views/Controls/Popover.h"
+
 #include <QApplication>
 #include <QKeyEvent>
-#include <QWidget>
+#include <QMenuBar>
 
 namespace tessik {
+namespace {
+
+bool isTapeKey(int key) { return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter; }
+
+bool isInList(const QWidget* part) {
+    while (part && !qobject_cast<const Popover*>(part))
+        part = part->parentWidget();
+    return part;
+}
+
+/// Whether what has the keyboard wants the key for itself.
+bool isTaken(int key, bool isLetter) {
+    if (QApplication::activePopupWidget()) return true;
+    const QWidget* focus = QApplication::focusWidget();
+    if (!focus) return false;
+    if (focus->testAttribute(Qt::WA_InputMethodEnabled)) { // a text is edited
+        const auto* entry = qobject_cast<const EntryField*>(focus);
+        return !(entry && entry->isWaiting() && isTapeKey(key));
+    }
+    return qobject_cast<const QMenuBar*>(focus) || (!isLetter && isInList(focus));
+}
+
+} // namespace
 
 KeyboardArrowHandler::KeyboardArrowHandler(QWidget& window) : QObject(&window), _window(window) {
     QCoreApplication::instance()->installEventFilter(this);
-}
-
-const std::function<void()>* KeyboardArrowHandler::action(int key) const {
-    switch (key) {
-    case Qt::Key_Left: return &onLeft;
-    case Qt::Key_Right: return &onRight;
-    case Qt::Key_Space: return &onPlayStop;
-    case Qt::Key_Return:
-    case Qt::Key_Enter: return &onReturnToStart;
-    default: return nullptr;
-    }
 }
 
 bool KeyboardArrowHandler::eventFilter(QObject* receiver, QEvent* event) {
@@ -27,13 +42,18 @@ bool KeyboardArrowHandler::eventFilter(QObject* receiver, QEvent* event) {
     const auto& press = static_cast<const QKeyEvent&>(*event);
     if (widget.window() != &_window || press.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
         return false;
-    const QWidget* focus = QApplication::focusWidget();
-    if (focus && focus->testAttribute(Qt::WA_InputMethodEnabled)) return false; // a text is edited
-    const std::function<void()>* const chosen = action(press.key());
-    if (!chosen || !*chosen) return false;
+    const int key = press.key();
+    const auto letter = letters.find(key | int(press.modifiers() & Qt::ShiftModifier));
+    const bool pages = key == Qt::Key_Left || key == Qt::Key_Right;
+    const std::function<void()>* const action = letter != letters.end() ? &letter->second
+                                                : key == Qt::Key_Left   ? &onLeft
+                                                : key == Qt::Key_Right  ? &onRight
+                                                : key == Qt::Key_Space  ? &onPlayStop
+                                                : isTapeKey(key)        ? &onReturnToStart
+                                                                        : nullptr;
+    if (!action || !*action || isTaken(key, letter != letters.end())) return false;
     // A key held down pages on, but does not play and stop in turn.
-    const bool pages = press.key() == Qt::Key_Left || press.key() == Qt::Key_Right;
-    if (pages || !press.isAutoRepeat()) (*chosen)();
+    if (pages || !press.isAutoRepeat()) (*action)();
     return true;
 }
 

@@ -3,13 +3,15 @@
 #include <QObject>
 
 #include <functional>
+#include <map>
 
 class QWidget;
 
 namespace tessik {
 
-/// The keys of a whole window, whatever in it has the keyboard: arrows page the desk, Space plays or stops, Return goes
-/// to the start. They pass while a text is edited, while Ctrl, Alt or Meta is held, and in dialogs and menus.
+/// The keys of a whole window: arrows page the desk, Space plays or stops, Return goes to the start, letters do what
+/// they are given. They pass while a text is edited, a menu is open, or Ctrl, Alt or Meta is held, and in dialogs. A
+/// list that has the keyboard keeps all but the letters.
 class KeyboardArrowHandler final : public QObject {
     Q_OBJECT
 
@@ -20,13 +22,13 @@ public:
     std::function<void()> onRight;
     std::function<void()> onPlayStop;
     std::function<void()> onReturnToStart;
+    /// By key, combined with Shift where that is held.
+    std::map<int, std::function<void()>> letters;
 
 protected:
     bool eventFilter(QObject* receiver, QEvent* event) override;
 
 private:
-    const std::function<void()>* action(int key) const;
-
     QWidget& _window;
 };
 

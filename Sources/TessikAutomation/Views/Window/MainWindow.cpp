@@ -1,12 +1,13 @@
 #include "TessikAutomation/Views/Window/MainWindow.h"
 
+#include "TessikAutomation/Persistence/SavedSettings.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 #include "TessikAutomation/Views/Window/HeaderView.h"
 #include "TessikAutomation/Views/Window/StatusView.h"
 
 #include <QAction>
-#include <QShortcut>
+#include <QDockWidget>
 #include <QVBoxLayout>
 
 namespace tessik {
@@ -24,7 +25,8 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
     layout->addWidget(_header);
     layout->addWidget(_desk, 1);
     setCentralWidget(central);
-    setMinimumSize(Metrics::minWindowWidth, Metrics::minWindowHeight);
+    _desk->setMinimumHeight(Metrics::minStripHeight + Metrics::railHeight);
+    setMinimumWidth(Metrics::minWindowWidth);
     setWindowTitle(QStringLiteral("TessikAutomation"));
     // No control has the keyboard before someone asks for one.
     central->setFocusPolicy(Qt::StrongFocus);
@@ -32,8 +34,10 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
 
     connect(_header, &HeaderView::settingsRequested, this, &MainWindow::openSettings);
     connect(status, &StatusView::clicked, this, &MainWindow::openSettings);
-    connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+,")), this), &QShortcut::activated, this,
-            &MainWindow::openSettings);
+    _settingsAction = new QAction(QStringLiteral("Se&ttings…"), this);
+    _settingsAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+,")));
+    connect(_settingsAction, &QAction::triggered, this, &MainWindow::openSettings);
+    addAction(_settingsAction);
 
     addZoomAction(QStringLiteral("&Larger Desk"),
                   {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))},
@@ -42,6 +46,12 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
                   [this] { _desk->changeZoom(false); });
     addZoomAction(QStringLiteral("&Normal Size"), {QKeySequence(QStringLiteral("Ctrl+0"))},
                   [this] { _desk->setZoom(100); });
+
+    _foldAction = new QAction(QStringLiteral("&Fold Master Section"), this);
+    _foldAction->setCheckable(true);
+    _foldAction->setChecked(_desk->isFolded.value());
+    connect(_foldAction, &QAction::toggled, this, [this](bool folded) { _desk->isFolded = folded; });
+    _observers.push_back(_desk->isFolded.addNotifier([this] { _foldAction->setChecked(_desk->isFolded.value()); }));
 
     keys.onLeft = [this] { _desk->pageInputs(false); };
     keys.onRight = [this] { _desk->pageInputs(true); };
@@ -54,13 +64,17 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
 // The views draw with what the window holds, so they go first.
 MainWindow::~MainWindow() {
     delete _settings.data();
+    qDeleteAll(findChildren<QDockWidget*>(Qt::FindDirectChildrenOnly));
     delete centralWidget();
 }
 
-void MainWindow::setTransportPanel(QWidget* panel) { _header->setTransportPanel(panel); }
-void MainWindow::setAutomationPanel(QWidget* panel) { _header->setAutomationPanel(panel); }
-void MainWindow::setSessionTitle(const QString& title, const QString& detail) { _header->setTitle(title, detail); }
+void MainWindow::setTransportPanel(HeaderPart* panel) { _header->setTransportPanel(panel); }
+void MainWindow::setAutomationPanel(HeaderPart* panel) { _header->setAutomationPanel(panel); }
+void MainWindow::setSessionTitle(const QString& title, const QString& recalled, const QString& state) {
+    _header->setTitle(title, recalled, state);
+}
 
+PanelButton& MainWindow::deselectKey() { return _header->deselectKey(); }
 SymbolButton& MainWindow::problemsKey() { return _header->problemsKey(); }
 
 void MainWindow::openSettings() {
@@ -69,6 +83,17 @@ void MainWindow::openSettings() {
         _settings->setAttribute(Qt::WA_DeleteOnClose);
     }
     _settings->open();
+}
+
+bool MainWindow::restorePlace() {
+    restoreState(SavedSettings::bytes(SavedSettings::Key::windowPanes));
+    return restoreGeometry(SavedSettings::bytes(SavedSettings::Key::windowGeometry));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    SavedSettings::setBytes(SavedSettings::Key::windowGeometry, saveGeometry());
+    SavedSettings::setBytes(SavedSettings::Key::windowPanes, saveState());
+    QMainWindow::closeEvent(event);
 }
 
 void MainWindow::addZoomAction(const QString& text, const QList<QKeySequence>& shortcuts,

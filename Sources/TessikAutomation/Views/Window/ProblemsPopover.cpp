@@ -5,20 +5,34 @@
 
 #include <QFrame>
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace tessik {
+namespace {
+
+constexpr int roomAround = 200; ///< above and below the cards
+constexpr int barWidth = 8;
+
+} // namespace
 
 ProblemsPopover::ProblemsPopover(QProperty<std::vector<Problem>>& problems, SymbolButton& button,
                                  DrawingContext& drawing, QWidget* over)
-    : Popover(QStringLiteral("PROBLEMS"), {}, button, drawing, over),
+    : Popover(QStringLiteral("PROBLEMS"), button, drawing, over),
       _problems(problems),
-      _cards(new QWidget(this)),
+      _scroll(new QScrollArea(this)),
+      _cards(new QWidget),
       _observer(problems.addNotifier([this] { refreshSoon(); })) {
     auto* layout = new QVBoxLayout(_cards);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
-    replaceList(_cards);
+    _cards->setObjectName(QStringLiteral("list"));
+    _scroll->setWidget(_cards);
+    _scroll->setWidgetResizable(true);
+    _scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    _scroll->setFocusPolicy(Qt::ClickFocus);
+    _scroll->viewport()->setAutoFillBackground(false);
+    addSection(_scroll);
     button.setColor(&Tints::warning);
     button.hide();
     refresh();
@@ -28,6 +42,7 @@ void ProblemsPopover::refresh() {
     const std::vector<Problem>& problems = _problems.value();
     const QString text =
         problems.size() == 1 ? QStringLiteral("1 problem") : QStringLiteral("%1 problems").arg(problems.size());
+    button().setText(text);
     button().setAccessibleName(text);
     button().setToolTip(problems.empty() ? QString() : text + QStringLiteral(": click to see what to do"));
     button().setVisible(!problems.empty());
@@ -40,6 +55,8 @@ void ProblemsPopover::refresh() {
     }
     for (const Problem& problem : problems)
         _cards->layout()->addWidget(card(problem));
+    const int room = parentWidget()->height() - roomAround;
+    _scroll->setFixedHeight(std::min(_cards->layout()->totalHeightForWidth(contentWidth - barWidth), room));
     fit();
 }
 

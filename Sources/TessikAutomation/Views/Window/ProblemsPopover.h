@@ -3,6 +3,8 @@
 #include "TessikAutomation/Session/Problems.h"
 #include "TessikAutomation/Views/Controls/Popover.h"
 
+class QScrollArea;
+
 namespace tessik {
 
 /// What is wrong now, each with what to do about it. Its button is there only while something is.
@@ -18,7 +20,6 @@ public:
     std::function<void()> onRigWanted;
 
 protected:
-    void prepareRow(RecordRow&) override {}
     void refresh() override;
 
 private:
@@ -27,6 +28,7 @@ private:
 
     QProperty<std::vector<Problem>>& _problems;
     std::vector<Problem> _shown;
+    QScrollArea* _scroll; ///< more than a low window has room for
     QWidget* _cards;
     QPropertyNotifier _observer;
 };

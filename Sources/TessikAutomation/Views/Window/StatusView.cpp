@@ -3,11 +3,22 @@
 #include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Persistence/PortChoice.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
+#include "TessikAutomation/Views/Drawing/SVGSymbol.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Metrics.h"
 
 #include <QMouseEvent>
 
+#include <cmath>
+
 namespace tessik {
+namespace {
+
+constexpr int besideText = 30; // the lamp, and margins
+
+QFont textFont(qreal scale) { return Type::font(10 * scale, QFont::Medium); }
+
+} // namespace
 
 StatusView::StatusView(const AppObjects& objects, DrawingContext& drawing, QWidget* parent)
     : QWidget(parent), _objects(objects), _drawing(drawing) {
@@ -21,27 +32,46 @@ StatusView::StatusView(const AppObjects& objects, DrawingContext& drawing, QWidg
     _observers.push_back(input.availableSources.addNotifier(changed));
     _observers.push_back(output.statusText.addNotifier(changed));
     _observers.push_back(output.availableDestinations.addNotifier(changed));
+    for (PortCable* cable : {&input.cable, &output.cable}) {
+        _observers.push_back(cable->refusal.addNotifier(changed));
+        _observers.push_back(cable->isCut.addNotifier(changed));
+    }
     _observers.push_back(drawing.look.addNotifier([this] { update(); }));
     showStatus();
 }
 
 std::array<StatusView::Path, 2> StatusView::paths() const {
-    const auto path = [](const QString& label, const QString& status, const PortChoice& choice) {
+    const auto path = [](const QString& label, const QString& status, const PortChoice& choice,
+                         const PortCable& cable) {
         const std::optional<std::int32_t> id = choice.selected.value();
-        return Path{label + QStringLiteral(" — ") + status, id.has_value(), id && choice.isListed(*id)};
+        const bool isSound = cable.refusal.value() == 0 && !cable.isCut.value() && !choice.isAmbiguous();
+        return Path{label + QStringLiteral(" — ") + status, id.has_value(), id && choice.isListed(*id), isSound};
     };
     MIDIInputConnection& input = _objects.midiManager.connection;
     MIDIDestinationPort& output = _objects.midiOutput.port;
-    return {path(QStringLiteral("MIDI In"), input.statusText, sourceChoice(SavedSettings::Key::consoleSourceID, input)),
+    return {path(QStringLiteral("MIDI In"), input.statusText, sourceChoice(SavedSettings::Key::consoleSourceID, input),
+                 input.cable),
             path(QStringLiteral("MIDI Out"), output.statusText,
-                 destinationChoice(SavedSettings::Key::midiOutDestinationID, output))};
+                 destinationChoice(SavedSettings::Key::midiOutDestinationID, output), output.cable)};
 }
 
 void StatusView::showStatus() {
     const auto [in, out] = paths();
-    setAccessibleName(in.text + QStringLiteral("; ") + out.text);
-    setToolTip(in.text + QLatin1Char('\n') + out.text);
+    const auto told = [](const Path& path) {
+        return path.isSound ? path.text : path.text + QStringLiteral(" (see the problems)");
+    };
+    setAccessibleName(told(in) + QStringLiteral("; ") + told(out));
+    setToolTip(told(in) + QLatin1Char('\n') + told(out));
+    updateGeometry();
     update();
+}
+
+QSize StatusView::sizeHint() const {
+    const QFontMetricsF metrics(textFont(1));
+    qreal widest = 0;
+    for (const Path& path : paths())
+        widest = std::max(widest, metrics.horizontalAdvance(path.text));
+    return {2 * (int(std::ceil(widest)) + besideText + 1), Metrics::railHeight};
 }
 
 void StatusView::paintEvent(QPaintEvent*) {
@@ -49,8 +79,9 @@ void StatusView::paintEvent(QPaintEvent*) {
     Canvas canvas = _drawing.canvas(painter, devicePixelRatioF());
     painter.setRenderHint(QPainter::Antialiasing);
     const Look& look = canvas.look;
+    static const Symbol triangle = symbolNamed(QStringLiteral("warning"));
     painter.fillRect(canvas.px(QRectF(rect())), look.railColor());
-    const QFont font = Type::font(10 * canvas.scale, QFont::Medium);
+    const QFont font = textFont(canvas.scale);
     const QFontMetrics metrics(font);
     const int half = canvas.px(width()) / 2;
     int x = canvas.px(8);
@@ -58,8 +89,12 @@ void StatusView::paintEvent(QPaintEvent*) {
         const int side = canvas.px(6);
         const QRect lamp(x, (canvas.px(height()) - side) / 2, side, side);
         const QColor color = path.connected ? look.tints.ledGreen : look.tints.ledAmber;
-        Parts::lamp(painter, lamp, canvas.scale, color, path.chosen);
-        const QRect line(lamp.right() + canvas.px(7), 0, half - canvas.px(30), canvas.px(height()));
+        if (path.isSound)
+            Parts::lamp(painter, lamp, canvas.scale, color, path.chosen);
+        else
+            triangle(painter, QRectF(lamp).adjusted(-side / 2.0, -side / 2.0, side / 2.0, side / 2.0),
+                     look.tints.warning);
+        const QRect line(lamp.right() + canvas.px(7), 0, half - canvas.px(besideText), canvas.px(height()));
         Type::draw(painter, line, Qt::AlignLeft, metrics.elidedText(path.text, Qt::ElideRight, line.width()), font,
                    look.tints.secondaryText);
         x += half;

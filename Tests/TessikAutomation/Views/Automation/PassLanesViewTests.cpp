@@ -49,6 +49,22 @@ TEST_F(PassLanesViewTest, AClickOnTheRulerLocatesButNotWhileRecording) {
     EXPECT_NEAR(tape.truePosition(uptime.now()), 100, view->timeline().framesPerPixel);
 }
 
+TEST_F(PassLanesViewTest, WhatBeginsInTheLastFrameIsSeen) {
+    AutomationPass late = pass("Late", 40, 1000);
+    late.events.append({999, ChannelKind::input(1), PassEventValue::switches({.chanMuted = true})});
+    passes.load({late});
+    view = open(0);
+    view->resize(900, 500);
+    settle();
+    const QImage picture = view->viewport()->grab().toImage();
+    const QColor lit = Look::of(ColorScheme::dark).tints.ledRed;
+    int found = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = view->rulerRect().right() - 12; x <= view->rulerRect().right(); ++x)
+            found += picture.pixelColor(x, y) == lit;
+    EXPECT_GT(found, 0);
+}
+
 TEST_F(PassLanesViewTest, FollowsItsPassAndTheTape) {
     EXPECT_EQ(view->windowTitle(), QStringLiteral("Verse"));
     EXPECT_EQ(open(0), view) << "one window a pass";
@@ -62,6 +78,21 @@ TEST_F(PassLanesViewTest, FollowsItsPassAndTheTape) {
     settle();
     EXPECT_FALSE(other && other->isVisible());
     ASSERT_TRUE(view);
+
+    const AutomationPass take = pass("Take", 40, 7);
+    engine.restoreTake(take);
+    const LaneObjects objects{passes, engine, labels, clock, transport, window.drawing()};
+    const QPointer<PassLanesView> taken = &PassLanesView::open(take, objects, window.keys, &window);
+    engine.finishRecording(QStringLiteral("Kept"), passes);
+    settle();
+    ASSERT_TRUE(taken && taken->isVisible());
+    EXPECT_EQ(taken->windowTitle(), QStringLiteral("Kept"));
+    passes.remove(take.id);
+    engine.restoreTake(take);
+    settle();
+    engine.discardTake();
+    settle();
+    EXPECT_FALSE(taken && taken->isVisible());
 
     locate(480);
     for (int i = 0; i < 10; ++i)

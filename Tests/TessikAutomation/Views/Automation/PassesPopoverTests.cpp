@@ -1,6 +1,8 @@
 #include "TessikAutomation/Views/AutomationFixture.h"
 #include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
 
+#include <QScrollBar>
+
 namespace tessik::test {
 namespace {
 
@@ -37,8 +39,8 @@ TEST_F(PassesPopoverTest, TheButtonCountsOpensAndCloses) {
     EXPECT_EQ(passesButton.text(), QStringLiteral("Passes (2)"));
     EXPECT_FALSE(shows(passesPopover, QStringLiteral("No passes yet")));
     EXPECT_EQ(names(passesPopover), (QStringList{QStringLiteral("Verse"), QStringLiteral("Chorus")}));
-    EXPECT_EQ(rows(passesPopover)[1]->detail(), QStringLiteral("1200 events"));
-    EXPECT_FALSE(hasKeyboard(passesPopover));
+    EXPECT_EQ(rows(passesPopover)[1]->detail(), QStringLiteral("00:00:00:00  ·  0:47  ·  1200 events"));
+    EXPECT_TRUE(hasKeyboard(passesPopover));
 
     click(passesButton);
     EXPECT_FALSE(passesPopover.isVisible());
@@ -54,7 +56,9 @@ TEST_F(PassesPopoverTest, TheButtonCountsOpensAndCloses) {
     EXPECT_TRUE(snapshotsPopover.isVisible());
 }
 
-TEST_F(PassesPopoverTest, AClickSelectsAndOnTheSelectedLetsGo) {
+TEST_F(PassesPopoverTest, ChoosingSelectsAndTheSelectedAgainRecallsIt) {
+    QStringList chosen;
+    passesPopover.onChosen = [&chosen](const AutomationPass& pass) { chosen << pass.name; };
     load();
     click(passesButton);
     click(*rows(passesPopover)[1]);
@@ -62,13 +66,79 @@ TEST_F(PassesPopoverTest, AClickSelectsAndOnTheSelectedLetsGo) {
     EXPECT_EQ(level(), 60);
     EXPECT_FALSE(rows(passesPopover)[0]->isChecked());
     EXPECT_TRUE(rows(passesPopover)[1]->isChecked());
-    click(*rows(passesPopover)[0]);
-    EXPECT_EQ(selectedName(), QStringLiteral("Verse"));
-    EXPECT_EQ(level(), 40);
-    click(*rows(passesPopover)[0]);
-    EXPECT_EQ(selectedName(), QString());
-    EXPECT_FALSE(rows(passesPopover)[0]->isChecked());
-    EXPECT_EQ(level(), 40);
+    channel(ChannelKind::input(5)).faderValue = 3;
+    click(*rows(passesPopover)[1]);
+    EXPECT_EQ(selectedName(), QStringLiteral("Chorus"));
+    EXPECT_TRUE(rows(passesPopover)[1]->isChecked());
+    EXPECT_EQ(level(), 60) << "its starting state again";
+    EXPECT_EQ(chosen, (QStringList{QStringLiteral("Chorus"), QStringLiteral("Chorus")}));
+}
+
+TEST_F(PassesPopoverTest, KeysGoOverTheListAndItsButtons) {
+    QString moved; // by the window
+    KeyboardArrowHandler keys(window);
+    keys.onPlayStop = keys.onReturnToStart = keys.onLeft = keys.onRight = [&moved] { moved += u't'; };
+    keys.letters[Qt::Key_W] = [&moved] { moved += u'w'; };
+    passes.load({pass("A", 10), pass("B", 20, 0, 1), pass("C", 30, 0, 2)});
+    engine.select(passes.passes.value()[1]);
+    window.centralWidget()->setFocus();
+    click(passesButton);
+    const auto focused = [this] {
+        const QWidget* part = QApplication::focusWidget();
+        for (RecordRow* row : rows(passesPopover))
+            if (row == part || row->isAncestorOf(part))
+                return row->accessibleName() + (row == part ? QString() : QStringLiteral(".") + part->objectName());
+        return part ? part->objectName() : QString();
+    };
+    EXPECT_EQ(focused(), QStringLiteral("B")) << "the selected one";
+    const std::pair<Qt::Key, const char*> walk[]{
+        {Qt::Key_Down, "C"},      {Qt::Key_Space, "C"},     {Qt::Key_Left, "C"},      {Qt::Key_Up, "B"},
+        {Qt::Key_Up, "A"},        {Qt::Key_Up, "A"},        {Qt::Key_End, "C"},       {Qt::Key_Home, "A"},
+        {Qt::Key_Tab, "A.lanes"}, {Qt::Key_Tab, "A.trash"}, {Qt::Key_Tab, "import"},  {Qt::Key_Up, "A"},
+        {Qt::Key_Down, "B"},      {Qt::Key_Down, "C"},      {Qt::Key_Down, "import"}, {Qt::Key_Down, "import"},
+        {Qt::Key_Up, "C"},        {Qt::Key_Tab, "C.lanes"}, {Qt::Key_Tab, "C.trash"}, {Qt::Key_Return, "B"}};
+    for (const auto& [key, where] : walk) {
+        type(key);
+        EXPECT_EQ(focused(), QLatin1String(where)) << key;
+    }
+    EXPECT_EQ(names(passesPopover), (QStringList{QStringLiteral("A"), QStringLiteral("B")})) << "Return on the trash";
+    type(Qt::Key_Up);
+    type(Qt::Key_Return);
+    EXPECT_EQ(selectedName(), QStringLiteral("A"));
+    EXPECT_EQ(moved, QString()) << "no key of a list moves the tape";
+    type(Qt::Key_W);
+    EXPECT_EQ(moved, QStringLiteral("w"));
+
+    passes.save(pass("Newer", 5, 0, -9)); // above it
+    settle();
+    EXPECT_EQ(focused(), QStringLiteral("A")) << "the keyboard stays with its record";
+    type(Qt::Key_Escape);
+    EXPECT_EQ(QApplication::focusWidget(), window.centralWidget()) << "where it was before";
+    type(Qt::Key_Space);
+    EXPECT_EQ(moved, QStringLiteral("wt"));
+}
+
+TEST_F(PassesPopoverTest, OnlyRowsInSightAreMade) {
+    QList<AutomationPass> many;
+    for (int i = 0; i < 2000; ++i)
+        many.append(pass(qPrintable(QString::number(i)), 0, 0, i));
+    passes.load(many);
+    click(passesButton);
+    EXPECT_EQ(rows(passesPopover)[0]->accessibleName(), QStringLiteral("0"));
+    type(Qt::Key_End);
+    EXPECT_EQ(names(passesPopover).constLast(), QStringLiteral("1999"));
+    EXPECT_EQ(rows(passesPopover).back()->accessibleDescription(),
+              QStringLiteral("00:00:00:00  ·  0:00  ·  0 events, 2000 of 2000"));
+    type(Qt::Key_PageUp);
+    type(Qt::Key_F2);
+    type(QStringLiteral("Renamed"));
+    auto* bar = passesPopover.findChild<RecordList*>()->verticalScrollBar();
+    for (int value = bar->maximum(); value >= 0; value -= 333)
+        bar->setValue(value);
+    EXPECT_TRUE(names(passesPopover).contains(QStringLiteral("1992"))) << "the row with the keyboard stays";
+    type(Qt::Key_Return);
+    EXPECT_EQ(passes.passes.value()[1992].name, QStringLiteral("Renamed"));
+    EXPECT_LT(passesPopover.findChildren<RecordRow*>().size(), 15);
 }
 
 TEST_F(PassesPopoverTest, RenamesInPlace) {
@@ -107,7 +177,7 @@ TEST_F(PassesPopoverTest, RenamesInPlace) {
     menu->close();
 }
 
-TEST_F(PassesPopoverTest, DeletingTheSelectedPassLetsGoOfItWhereTheTapeStands) {
+TEST_F(PassesPopoverTest, DeletingTheSelectedPassLetsGoOfItAndUndoSelectsItAgain) {
     load();
     engine.select(passes.passes.value()[0]);
     engine.mode = AutomationMode::read;
@@ -115,7 +185,8 @@ TEST_F(PassesPopoverTest, DeletingTheSelectedPassLetsGoOfItWhereTheTapeStands) {
     roll(1s);
     click(find(*rows(passesPopover)[0], "trash"));
     EXPECT_EQ(names(passesPopover), QStringList{QStringLiteral("Chorus")});
-    EXPECT_EQ(selectedName(), QStringLiteral("Verse")) << "it plays on";
+    EXPECT_EQ(selectedName(), QString());
+    EXPECT_EQ(engine.mode.value(), AutomationMode::off);
     stop();
     click(*rows(passesPopover)[0]);
     EXPECT_EQ(selectedName(), QStringLiteral("Chorus"));
@@ -123,13 +194,14 @@ TEST_F(PassesPopoverTest, DeletingTheSelectedPassLetsGoOfItWhereTheTapeStands) {
     EXPECT_TRUE(passes.passes.value().isEmpty());
     EXPECT_EQ(selectedName(), QString());
     EXPECT_TRUE(shows(passesPopover, QStringLiteral("No passes yet")));
-    EXPECT_FALSE(hasKeyboard(window.desk())) << "the keyboard of what went away goes to nobody";
+    EXPECT_TRUE(hasKeyboard(passesPopover)) << "the list has the keyboard, not what is below it";
     window.history().undo();
+    EXPECT_EQ(selectedName(), QStringLiteral("Chorus"));
     window.history().undo();
     settle();
     EXPECT_EQ(names(passesPopover), (QStringList{QStringLiteral("Verse"), QStringLiteral("Chorus")}));
     EXPECT_EQ(passes.passes.value()[1].events.size(), 1200);
-    EXPECT_EQ(selectedName(), QString());
+    EXPECT_EQ(selectedName(), QStringLiteral("Chorus")) << "selected later";
     window.history().redo();
     settle();
     EXPECT_EQ(names(passesPopover), QStringList{QStringLiteral("Chorus")});
@@ -148,12 +220,15 @@ TEST_F(PassesPopoverTest, ATakeThatEndsIsAskedForItsNameWithoutTakingTheKeyboard
     type(Qt::Key_Space);
     EXPECT_EQ(playStops, 1) << "Space still plays";
 
-    click(field());
-    field().selectAll();
+    type(Qt::Key_Tab);
+    EXPECT_TRUE(field().hasFocus());
+    EXPECT_EQ(field().selectedText(), field().text());
+    type(Qt::Key_Space);
+    EXPECT_EQ(playStops, 2) << "nothing is typed yet";
     type(QStringLiteral("My take"));
-    EXPECT_EQ(playStops, 1) << "and now it is a letter";
+    EXPECT_EQ(playStops, 2) << "and now it is a letter";
     EXPECT_EQ(field().text(), QStringLiteral("My take"));
-    click(find(passesPopover, "save"));
+    type(Qt::Key_Return);
     EXPECT_FALSE(engine.recordingPass.value());
     EXPECT_EQ(names(passesPopover), QStringList{QStringLiteral("My take")});
     EXPECT_EQ(selectedName(), QStringLiteral("My take"));
@@ -161,7 +236,7 @@ TEST_F(PassesPopoverTest, ATakeThatEndsIsAskedForItsNameWithoutTakingTheKeyboard
     EXPECT_FALSE(passesButton.isCalling());
     EXPECT_FALSE(hasKeyboard(passesPopover));
     type(Qt::Key_Space);
-    EXPECT_EQ(playStops, 2);
+    EXPECT_EQ(playStops, 3);
 }
 
 TEST_F(PassesPopoverTest, DiscardDropsTheTakeAndAnEmptyFieldMeansTheProposal) {
@@ -170,6 +245,7 @@ TEST_F(PassesPopoverTest, DiscardDropsTheTakeAndAnEmptyFieldMeansTheProposal) {
     EXPECT_FALSE(engine.recordingPass.value());
     EXPECT_TRUE(passes.passes.value().isEmpty());
     EXPECT_FALSE(section().isVisible());
+    EXPECT_EQ(engine.mode.value(), AutomationMode::off) << "nothing is left to play";
 
     passesPopover.close();
     recordTake();
@@ -179,6 +255,49 @@ TEST_F(PassesPopoverTest, DiscardDropsTheTakeAndAnEmptyFieldMeansTheProposal) {
     type(Qt::Key_Delete);
     type(Qt::Key_Return);
     EXPECT_EQ(names(passesPopover), QStringList{proposed});
+}
+
+TEST_F(PassesPopoverTest, TheTakeIsComparedWithThePassBefore) {
+    recordTake();
+    EXPECT_FALSE(find(passesPopover, "playBefore").isVisible()) << "there is none";
+    load();
+    engine.select(passes.passes.value()[0]);
+    engine.compare(false);
+    passes.rename(passes.passes.value()[0].id, QStringLiteral("A verse with a name of a length & a half"));
+    settle();
+    auto& take = find<QAbstractButton>(passesPopover, "playTake");
+    auto& before = find<QAbstractButton>(passesPopover, "playBefore");
+    EXPECT_TRUE(take.isChecked());
+    EXPECT_EQ(before.accessibleName(), QStringLiteral("A verse with a name of a length & a half"));
+    EXPECT_TRUE(before.text().endsWith(QChar(0x2026))) << qPrintable(before.text());
+    click(before);
+    EXPECT_EQ(engine.playedPass.value()->id, passes.passes.value()[0].id);
+    EXPECT_FALSE(take.isChecked());
+    click(take);
+    EXPECT_EQ(engine.playedPass.value(), engine.waitingTake.value());
+    click(*rows(passesPopover)[1]);
+    EXPECT_TRUE(before.isChecked()) << "a pass that is chosen is heard";
+    EXPECT_EQ(before.text(), QStringLiteral("Chorus"));
+}
+
+TEST_F(PassesPopoverTest, ADiscardedTakeComesBack) {
+    recordTake();
+    const AutomationPass take = *engine.waitingTake.value();
+    click(find(passesPopover, "drop"));
+    window.history().undo();
+    settle();
+    EXPECT_EQ(engine.waitingTake.value(), take);
+    EXPECT_TRUE(section().isVisible());
+    window.history().redo();
+    EXPECT_FALSE(engine.waitingTake.value());
+    recordTake();
+    const auto next = engine.waitingTake.value();
+    window.history().undo();
+    EXPECT_EQ(engine.waitingTake.value(), next) << "another waits";
+    EXPECT_EQ(passes.passes.value(), QList<AutomationPass>{take});
+    window.history().redo();
+    EXPECT_EQ(engine.waitingTake.value(), next);
+    EXPECT_TRUE(passes.passes.value().isEmpty());
 }
 
 TEST_F(PassesPopoverTest, AWaitingTakeStaysUntilTheNextOneBegins) {

@@ -60,12 +60,18 @@ TEST_F(SnapshotsPopoverTest, RecallsStarsAndDeletes) {
     click(part(1, "star"));
     EXPECT_EQ(snapshots.defaultSnapshot()->name, QStringLiteral("High"));
     EXPECT_TRUE(static_cast<QAbstractButton&>(part(1, "star")).isChecked());
+    EXPECT_EQ(rows(snapshotsPopover)[1]->detail(), QStringLiteral("Mar 4, 9:05 PM  ·  starting state"));
     click(part(0, "star"));
     EXPECT_EQ(snapshots.defaultSnapshot()->name, QStringLiteral("Low"));
     EXPECT_FALSE(static_cast<QAbstractButton&>(part(1, "star")).isChecked());
     click(part(0, "star"));
     EXPECT_FALSE(snapshots.defaultSnapshot());
     EXPECT_FALSE(static_cast<QAbstractButton&>(part(0, "star")).isChecked());
+
+    click(*rows(snapshotsPopover)[0]);
+    type(Qt::Key_Down);
+    type(Qt::Key_Return);
+    EXPECT_EQ(level(), 110) << "Return recalls what the keys came to";
 
     click(part(0, "trash"));
     EXPECT_EQ(names(snapshotsPopover), QStringList{QStringLiteral("High")});
@@ -88,6 +94,34 @@ TEST_F(SnapshotsPopoverTest, ADeletedSnapshotComesBackToItsPlaceWithItsStar) {
     window.history().undo();
     settle();
     EXPECT_EQ(names(snapshotsPopover)[1], QStringLiteral("B2"));
+}
+
+TEST_F(SnapshotsPopoverTest, CaptureRecallAndNameAreTakenBack) {
+    capture(QStringLiteral("Low"), 20);
+    window.history().undo();
+    settle();
+    EXPECT_EQ(names(snapshotsPopover), QStringList());
+    window.history().redo();
+    settle();
+    EXPECT_EQ(names(snapshotsPopover), QStringList{QStringLiteral("Low")});
+    desk.moveFader(ChannelKind::input(5), 99);
+    run(200ms);
+    bool isUndone = false;
+    snapshotsPopover.onRecallUndone = [&] { isUndone = true; };
+    click(part(0, "recall"));
+    run(200ms);
+    EXPECT_EQ(desk.vca(ChannelKind::input(5)), 20);
+    window.history().undo();
+    run(200ms);
+    EXPECT_EQ(level(), 99);
+    EXPECT_EQ(desk.vca(ChannelKind::input(5)), 99);
+    EXPECT_TRUE(isUndone);
+    Q_EMIT rows(snapshotsPopover)[0]->renamed(QStringLiteral("Soft"));
+    settle();
+    EXPECT_EQ(names(snapshotsPopover), QStringList{QStringLiteral("Soft")});
+    window.history().undo();
+    settle();
+    EXPECT_EQ(names(snapshotsPopover), QStringList{QStringLiteral("Low")});
 }
 
 TEST_F(SnapshotsPopoverTest, StaysInTheWindowWhateverItHolds) {

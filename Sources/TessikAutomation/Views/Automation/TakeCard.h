@@ -1,0 +1,38 @@
+#pragma once
+
+#include "TessikAutomation/Automation/PassEngine.h"
+#include "TessikAutomation/Views/Controls/NameSection.h"
+#include "TessikAutomation/Views/Controls/SymbolButton.h"
+
+class QUndoStack;
+
+namespace tessik {
+
+/// The card of a take that waits: a name to keep it under, a way to drop it, which can be taken back from `history`,
+/// and the choice of what plays meanwhile, the take or the pass before.
+class TakeCard final : public NameSection {
+    Q_OBJECT
+
+public:
+    TakeCard(PassEngine& engine, PassStore& passes, QUndoStack& history, DrawingContext& drawing, QWidget* parent);
+
+    std::function<void(const AutomationPass&)> onShowLanes;
+    /// Shows the take that waits now; a name being typed for it stays.
+    void refresh();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void showChoice();
+
+    PassEngine& _engine;
+    PassStore& _passes;
+    std::optional<QUuid> _shown;
+    QWidget* _choice;
+    TextButton* _playTake;
+    TextButton* _playBefore;
+    QPropertyNotifier _comparingObserver;
+};
+
+} // namespace tessik

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "TessikAutomation/Views/Controls/RecordRow.h"
+
+#include <QScrollArea>
+
+#include <map>
+
+class QLabel;
+
+namespace tessik {
+
+/// A list of the session's records, however many: only those in sight have a row, and the one that has the keyboard.
+///
+/// Up and Down, Page Up and Page Down, Home and End go over the records; Tab reaches one of them and its buttons.
+class RecordList final : public QScrollArea {
+    Q_OBJECT
+
+public:
+    /// How the list gets at its owner's records. All have to be set.
+    struct Records {
+        std::function<void(RecordRow&)> prepare; ///< a row that was made
+        std::function<void(RecordRow&, qsizetype index)> show;
+        std::function<QUuid(qsizetype index)> idAt;
+    };
+    RecordList(const QString& emptyText, Records records, DrawingContext& drawing, QWidget* parent);
+
+    /// Shows the records as they are now. The keyboard stays with its record, or goes to the next where that is gone.
+    void refresh(qsizetype count);
+    /// Brings a record into sight and gives it the keyboard; without records the list itself has it.
+    void setCurrent(qsizetype index);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void place();
+    void bind(RecordRow& row, qsizetype index);
+    RecordRow* makeRow();
+    RecordRow* rowWithKeyboard() const;
+
+    const Records _records;
+    DrawingContext& _drawing;
+    QLabel* _empty;
+    QWidget* _content;
+    qsizetype _count = 0;
+    qsizetype _current = 0;                  ///< the record that Tab reaches
+    std::map<qsizetype, RecordRow*> _placed; ///< by record
+    std::vector<RecordRow*> _spare;
+};
+
+} // namespace tessik

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "TessikAutomation/Views/Controls/ControlTable.h"
+#include "TessikRig/SimulatedConsole.h"
+
+#include <QDockWidget>
+#include <QTimer>
+
+namespace tessik {
+
+class ControlHost;
+class MainWindow;
+
+/// The rig's own surface, to play the engineer's hands: drag a fader, click a mute, recall a scene. The white cap is
+/// the physical fader, the amber line where the VCA stands. A pane below the desk that can float.
+class RigPane final : public QDockWidget {
+    Q_OBJECT
+
+public:
+    /// What the pane's controls show and operate.
+    struct Subject {
+        SimulatedConsole* desk;
+        QProperty<int>* changes; ///< written when the desk holds something else
+    };
+
+    /// Docks it in `window`, which owns it. `desk` outlives it.
+    RigPane(SimulatedConsole& desk, MainWindow& window);
+    ~RigPane() override;
+
+    ControlHost& surface() const { return *_surface; }
+
+private:
+    QWidget* makeTitleBar(MainWindow& window);
+
+    SimulatedConsole& _desk;
+    ControlTable<Subject> _table;
+    QProperty<int> _changes{0};
+    QTimer _showChanges; ///< what happens faster than it is shown
+    ControlHost* _surface;
+    std::vector<QPropertyNotifier> _observers;
+};
+
+} // namespace tessik
