@@ -192,7 +192,7 @@ const Benchmark identity("record_play_identity", [](const Report& report) {
     const auto told = rig.input.onControlChange;
     rig.input.onControlChange = [&](Uptime stamp, int cc, int value) {
         recorded.push_back({stamp, cc, value});
-        told(stamp, cc, value);
+        return told(stamp, cc, value);
     };
     // The worst distance in frames between what an event says and where the tape was.
     const auto worstFrame = [&](const AutomationPass& pass, const Comparison& moves) {

@@ -78,6 +78,7 @@ struct SilentDialogs final : SessionDialogs {
         std::fprintf(stderr, "%s: %s\n", qUtf8Printable(title), qUtf8Printable(text));
         std::abort();
     }
+    void alertOfFile(const QString& title, const QString& text, const QString&) override { alert(title, text); }
     bool confirmOverwrite(const QString&, const QString&) override { return true; }
     Unsaved askUnsaved(const QString&, const QString&) override { return Unsaved::discard; }
     TakeAnswer askTake(const QString&, const QString&, const QString&) override { return {Unsaved::discard, {}}; }

@@ -1,6 +1,9 @@
 // What it costs to show the desk. Faders move in real time; the rest is the median of single steps.
 #include "Bench.h"
 #include "TessikAutomation/Views/Automation/PassLanesView.h"
+#include "TessikAutomation/Views/Automation/PassesPopover.h"
+#include "TessikAutomation/Views/RigPane.h"
+#include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
 #include "TessikAutomation/Views/Window/MainWindow.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
 
@@ -53,14 +56,14 @@ double processorSeconds() {
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-/// Share of one core, in percent, while all 41 faders move 30 times a second.
-double repaintLoad(QSize size) {
-    Desk desk(size);
+/// Share of one core, in percent, while `move` is called 30 times a second with the time in seconds.
+template <typename Move>
+double loadOf(Move move) {
     QElapsedTimer time;
     time.start();
     QTimer mover;
     mover.setTimerType(Qt::PreciseTimer);
-    mover.callOnTimeout([&] { desk.moveFaders(double(time.elapsed()) / 1000); });
+    mover.callOnTimeout([&] { move(double(time.elapsed()) / 1000); });
     mover.start(1000 / 30);
     const auto run = [&](qint64 milliseconds) {
         const qint64 end = time.elapsed() + milliseconds;
@@ -72,6 +75,12 @@ double repaintLoad(QSize size) {
     const qint64 start = time.nsecsElapsed();
     run(5000);
     return 100 * (processorSeconds() - before) / (double(time.nsecsElapsed() - start) * 1e-9);
+}
+
+/// While all 41 faders move.
+double repaintLoad(QSize size) {
+    Desk desk(size);
+    return loadOf([&](double seconds) { desk.moveFaders(seconds); });
 }
 
 template <typename Step>
@@ -106,6 +115,22 @@ const Benchmark repaint("repaint_cpu_percent", [](const Report& report) {
     report({"repaint_cpu_percent.2560x1440", repaintLoad({2560, 1440}), "%", 9});
 });
 
+/// What the rig's pane costs beside the window, with all of its faders under way.
+const Benchmark rigPane("rig_pane_cpu_percent", [](const Report& report) {
+    Desk desk({1600, 900});
+    SimulatedConsole console(desk.service);
+    RigPane pane(console, desk.window);
+    const auto move = [&](double seconds) {
+        int i = 0;
+        for (const ChannelKind kind : console.channels())
+            console.moveFader(kind, 64 + int(std::lround(60 * std::sin(seconds * 1.7 + 0.5 * i++))));
+    };
+    pane.hide();
+    const double without = loadOf(move);
+    pane.show();
+    report({"rig_pane_cpu_percent", loadOf(move) - without, "%", 3});
+});
+
 const Benchmark fullRepaint("full_repaint_ms", [](const Report& report) {
     Desk desk({1600, 900});
     const QList<QWidget*> widgets = desk.window.findChildren<QWidget*>();
@@ -133,6 +158,45 @@ const Benchmark scrollFrame("scroll_frame_ms", [](const Report& report) {
             medianMilliseconds(
                 101, [&](int i) { inputs.scrollTo(i / 10 % 2 ? inputs.left() - step : inputs.left() + step); }),
             "ms", 1});
+});
+
+/// Lists of the records of long sessions, filled anew and opened.
+const Benchmark listOpen("list_open_ms", [](const Report& report) {
+    Desk desk({1600, 900});
+    QUndoStack history;
+    QWidget& over = *desk.window.centralWidget();
+    SymbolButton button(SymbolButton::Face::plate, QStringLiteral("passes"), {}, desk.window.drawing(), &over);
+    SnapshotStore snapshots;
+    SnapshotRecall recall(desk.model, desk.manualSettings, desk.output);
+    SnapshotsPopover snapshotList(snapshots, recall, history, button, desk.window.drawing(), &over);
+    PassStore passes;
+    PassEngine engine(desk.model, desk.mtcClock, desk.output, snapshots);
+    PassesPopover passList(engine, passes, history, button, desk.window.drawing(), &over);
+    const auto measure = [&](const char* name, double goal, Popover& list, const std::function<void()>& fill) {
+        report({name,
+                medianMilliseconds(5,
+                                   [&](int) {
+                                       list.close();
+                                       fill();
+                                       list.open();
+                                   }),
+                "ms", goal});
+    };
+    measure("list_open_ms.snapshots500", 100, snapshotList, [&] {
+        QList<Snapshot> all;
+        for (int i = 0; i < 500; ++i)
+            all.append(recall.capture(QStringLiteral("Snapshot %1").arg(i), currentSecond()));
+        snapshots.load(all, std::nullopt);
+    });
+    const auto fillPasses = [&](int count) {
+        QList<AutomationPass> all;
+        for (int i = 0; i < count; ++i)
+            all.append(
+                {.id = QUuid::createUuid(), .name = QStringLiteral("Pass %1").arg(i), .createdAt = currentSecond()});
+        passes.load(all);
+    };
+    measure("list_open_ms.passes2000", 100, passList, [&] { fillPasses(2000); });
+    measure("list_open_ms.passes10000", 1000, passList, [&] { fillPasses(10'000); });
 });
 
 /// A pass of 41 channels with a million moves in an hour, looked at whole.

@@ -46,12 +46,16 @@ int Tour::run() {
     exchangeMIDIFile();
     saveSession();
     zeroConsole();
+    undoRecall();
     crashAndRecover();
+    reopenReplaced();
     settings();
     welcome();
     manual();
     problems();
+    keys();
     appearances();
+    longLists();
     return _guide.finish() == 0 ? 0 : 1;
 }
 

@@ -38,17 +38,23 @@ private:
     void writeTake();
     void readBack();
     void updateTake();
+    /// The take that waits is heard, compared with the pass before, discarded and taken back.
+    void auditionTake(int automation, int ridden);
     void nullParked();
     void lookAtLanes();
     void exchangeMIDIFile();
     void saveSession();
     void zeroConsole();
+    void undoRecall();
     void crashAndRecover();
+    void reopenReplaced();
     void settings();
     void appearances();
     void welcome();
     void manual();
     void problems();
+    void keys();
+    void longLists();
 
     void inBothThemes(const std::function<void(const QString& theme)>& show);
     /// Waits until nothing travels any more, and compares channel by channel.

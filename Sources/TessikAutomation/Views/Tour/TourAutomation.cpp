@@ -1,6 +1,7 @@
 #include "TessikAutomation/Views/Automation/PassLanesView.h"
 #include "TessikAutomation/Views/Automation/PassesPopover.h"
 #include "TessikAutomation/Views/Tour/Tour.h"
+#include "TessikAutomation/Views/Window/HeaderTitle.h"
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 
 #include <QApplication>
@@ -9,6 +10,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QUndoStack>
 
 #include <cmath>
 
@@ -271,6 +273,8 @@ void Tour::updateTake() {
         if (t < holdStart + 2 || std::exchange(hasPicture, true)) return;
         _guide.picture(_app.window, QStringLiteral("update"));
     });
+    auditionTake(updatedRide.middle, updatedRide.middle + rideUp);
+    _guide.beginStep(QStringLiteral("The take is kept"));
     saveTake(QStringLiteral("Ride, input 4 up"));
     const AutomationPass after = *_app.passEngine.selectedPass.value();
     const int updated = MIDIChannelMapping::faderCC(updatedRide.kind);
@@ -291,6 +295,41 @@ void Tour::updateTake() {
         lifted.add(frame, std::clamp(_hands.at(updated).at(frame) + hand.at(frame) - rest, 0, 127));
     }
     playAndCompare(expected, QStringLiteral("the desk follows the hands and the ride on top"));
+}
+
+void Tour::auditionTake(int automation, int ridden) {
+    _guide.beginStep(QStringLiteral("The take plays before it is kept, and the pass before to compare"));
+    auto* popover = _app.window.findChild<PassesPopover*>();
+    const auto header = [this] { return _app.window.findChild<HeaderTitle*>()->accessibleName(); };
+    const auto listen = [this](int level, const QString& what) {
+        int heard = -1;
+        Uptime absence = distantPast;
+        for (int attempt = 0; attempt < 3 && (attempt == 0 || absence > longestAbsence); ++attempt)
+            absence =
+                roll(takeStart + std::int64_t(holdStart), 8, [&](double) { heard = _rig.desk.vca(updatedRide.kind); });
+        _guide.check(heard == level,
+                     QStringLiteral("READ plays %1: input 4 at %2 of %3").arg(what).arg(heard).arg(level));
+    };
+    const auto choose = [popover](const char* name) {
+        return popover->findChild<QAbstractButton*>(QLatin1String(name));
+    };
+    _guide.check(_guide.waitFor([popover] { return popover->isVisible(); }) &&
+                     header().endsWith(QLatin1String(", Take, not saved")),
+                 QStringLiteral("the header says “%1”").arg(header()));
+    listen(ridden, QStringLiteral("the take"));
+    inBothThemes([this](const QString& theme) { _guide.picture(_app.window, QStringLiteral("take-") + theme); });
+    click(*choose("playBefore"));
+    listen(automation, QStringLiteral("the pass before"));
+    _guide.picture(_app.window, QStringLiteral("compared"));
+    click(*choose("playTake"));
+    listen(ridden, QStringLiteral("the take again"));
+    click(*choose("drop"));
+    _guide.check(!_app.passEngine.recordingPass.value(), QStringLiteral("Discard drops it: “%1”").arg(header()));
+    listen(automation, QStringLiteral("the pass before"));
+    _app.window.history().undo();
+    _guide.check(header().endsWith(QLatin1String(", Take, not saved")), QStringLiteral("Undo brings it back"));
+    listen(ridden, QStringLiteral("the take"));
+    compareDesk();
 }
 
 void Tour::nullParked() {

@@ -1,7 +1,9 @@
 #include "TessikAutomation/Views/Desk/ManualControls.h"
 #include "TessikAutomation/Views/Desk/ScribbleEditor.h"
+#include "TessikAutomation/Views/RigPane.h"
 #include "TessikAutomation/Views/Tour/Tour.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
 
@@ -120,7 +122,7 @@ void Tour::labelChannels() {
     const auto label = [&](const Named& named) {
         for (const char letter : QLatin1String(named.name))
             press(0, QString(QLatin1Char(letter)));
-        click(editor, QRectF(editor.swatchRect(named.swatch)).center());
+        click(editor.swatch(named.swatch));
         if (named.swatch == leadSwatch) {
             _guide.passTime(300); // the strip is brought into view
             _guide.picture(_app.window, QStringLiteral("scribble-editing"));
@@ -217,6 +219,22 @@ void Tour::appearances() {
         }
     }
     _app.theme.setTheme(AppTheme::dark);
+    _app.window.desk().isFolded = true;
+    for (const QSize size : {QSize(1366, 768), QSize(1600, 900)}) {
+        _app.window.resize(size);
+        _guide.picture(_app.window, QStringLiteral("folded-%1x%2").arg(size.width()).arg(size.height()));
+    }
+    _app.window.desk().isFolded = false;
+    RigPane pane(_rig.desk, _app.window);
+    inBothThemes([&](const QString& theme) {
+        _app.window.resize(1206, 608); // as it first opens on a screen of 1366x768
+        _guide.picture(_app.window, QStringLiteral("rig-") + theme);
+    });
+    pane.hide();
+    for (const int width : {1024, 1180, 1280, 1366, 1600}) {
+        _app.window.resize(width, 720);
+        _guide.picture(_app.window, QStringLiteral("width-%1").arg(width));
+    }
 }
 
 } // namespace tessik

@@ -1,9 +1,12 @@
 #include "TessikAutomation/Session/SessionReader.h"
+#include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
 #include "TessikAutomation/Views/Tour/Tour.h"
 
 #include <QDialog>
+#include <QMenu>
 #include <QProcess>
 #include <QPushButton>
+#include <QUndoStack>
 
 #include <csignal>
 
@@ -79,6 +82,46 @@ void Tour::crashAndRecover() {
     _app.session.open(QUrl::fromLocalFile(_sessionFile));
     compareStores(_sessionFile, QStringLiteral("the saved session opens as it was"));
     compareDesk();
+}
+
+void Tour::reopenReplaced() {
+    _guide.beginStep(QStringLiteral("A session that was replaced before it was saved is had back"));
+    const QString channel = QStringLiteral("input-30");
+    _app.channelLabels.update({QStringLiteral("Brass"), QStringLiteral("E0553F")}, channel);
+    _app.session.newSession();
+    _guide.check(_app.channelLabels.labelsByChannelID.value().isEmpty() && !_app.session.hasUnsavedChanges.value(),
+                 QStringLiteral("New Session begins with nothing, without a question"));
+    for (QMenu* menu : _app.window.findChildren<QMenu*>()) {
+        if (menu->title() != QLatin1String("Re&placed Sessions")) continue;
+        menu->popup(_app.window.mapToGlobal(QPoint(40, 40)));
+        _guide.picture(*menu, QStringLiteral("replaced-sessions"));
+        menu->hide();
+        if (!menu->actions().isEmpty()) menu->actions().constFirst()->trigger();
+    }
+    _guide.check(_app.channelLabels.labelsByChannelID.value().value(channel).name == QLatin1String("Brass") &&
+                     _app.session.hasUnsavedChanges.value() &&
+                     _app.session.displayName() == QLatin1String("Late Night Mix"),
+                 QStringLiteral("it comes back from the File menu, still to be saved, and knows its file"));
+    _app.session.open(QUrl::fromLocalFile(_sessionFile));
+    compareDesk();
+}
+
+void Tour::undoRecall() {
+    _guide.beginStep(QStringLiteral("A snapshot is recalled by mistake, and that is taken back, on the desk too"));
+    const ChannelKind moved = ChannelKind::input(8);
+    const int before = (_rig.desk.vca(moved) + 40) % 128;
+    _rig.desk.moveFader(moved, before);
+    compareDesk();
+    auto* popover = _app.window.findChild<SnapshotsPopover*>();
+    popover->open();
+    click(*popover->findChild<QAbstractButton*>(QStringLiteral("recall")));
+    compareDesk();
+    _guide.check(_rig.desk.vca(moved) != before, QStringLiteral("the recall has moved the desk"));
+    _guide.picture(_app.window, QStringLiteral("recalled"));
+    popover->close();
+    _app.window.history().undo();
+    compareDesk();
+    _guide.check(_rig.desk.vca(moved) == before, QStringLiteral("undo has put it back"));
 }
 
 void Tour::crash() {
