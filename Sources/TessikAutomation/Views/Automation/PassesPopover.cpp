@@ -71,7 +71,8 @@ PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& 
       _history(history),
       _take(new TakeCard(engine, passes, history, drawing, this)),
       _list(new RecordList(QStringLiteral("No passes yet"),
-                           {.prepare = [this](RecordRow& row) { prepareRow(row); },
+                           {.count = [this] { return _passes.passes.value().size(); },
+                            .prepare = [this](RecordRow& row) { prepareRow(row); },
                             .show = [this](RecordRow& row, qsizetype i) { showRow(row, _passes.passes.value()[i]); },
                             .idAt = [this](qsizetype i) { return _passes.passes.value()[i].id; }},
                            drawing, this)) {
@@ -141,7 +142,7 @@ void PassesPopover::refresh() {
     const qsizetype count = _passes.passes.value().size();
     button().setText(QStringLiteral("Passes (%1)").arg(count));
     button().setAccessibleName(button().text());
-    _list->refresh(count);
+    _list->refresh();
     showTake();
     fit();
 }

@@ -37,7 +37,8 @@ RecordList::RecordList(const QString& emptyText, Records records, DrawingContext
 }
 
 QSize RecordList::sizeHint() const {
-    return {0, _count == 0 ? emptyHeight : int(std::min<qsizetype>(_count * pitch, mostHeight))};
+    const qsizetype count = _records.count();
+    return {0, count == 0 ? emptyHeight : int(std::min<qsizetype>(count * pitch, mostHeight))};
 }
 
 RecordRow* RecordList::rowWithKeyboard() const {
@@ -46,8 +47,8 @@ RecordRow* RecordList::rowWithKeyboard() const {
     return nullptr;
 }
 
-void RecordList::refresh(qsizetype count) {
-    _count = count;
+void RecordList::refresh() {
+    const qsizetype count = _records.count();
     _empty->setVisible(count == 0);
     RecordRow* const held = rowWithKeyboard();
     bool isGone = false;
@@ -77,8 +78,9 @@ void RecordList::refresh(qsizetype count) {
 }
 
 void RecordList::setCurrent(qsizetype index) {
-    if (_count == 0) return setFocus();
-    _current = std::clamp<qsizetype>(index, 0, _count - 1);
+    const qsizetype count = _records.count();
+    if (count == 0) return setFocus();
+    _current = std::clamp<qsizetype>(index, 0, count - 1);
     const int top = int(_current) * pitch;
     const int value = verticalScrollBar()->value();
     verticalScrollBar()->setValue(std::clamp(value, top + pitch - viewport()->height(), top));
@@ -90,7 +92,7 @@ void RecordList::setCurrent(qsizetype index) {
 void RecordList::place() {
     const int top = verticalScrollBar()->value();
     const qsizetype first = top / pitch;
-    const qsizetype end = std::min<qsizetype>(_count, (top + viewport()->height() + pitch - 1) / pitch);
+    const qsizetype end = std::min<qsizetype>(_records.count(), (top + viewport()->height() + pitch - 1) / pitch);
     if (!rowWithKeyboard() && end > first) _current = std::clamp(_current, first, end - 1);
     for (auto each = _placed.begin(); each != _placed.end();) {
         const bool isWanted = (each->first >= first && each->first < end) || hasKeyboard(*each->second);
@@ -113,7 +115,7 @@ void RecordList::place() {
 void RecordList::bind(RecordRow& row, qsizetype index) {
     row.setGeometry(0, int(index) * pitch, _content->width(), RecordRow::rowHeight);
     _records.show(row, index);
-    row.setAccessibleDescription(QStringLiteral("%1, %2 of %3").arg(row.detail()).arg(index + 1).arg(_count));
+    row.setAccessibleDescription(QStringLiteral("%1, %2 of %3").arg(row.detail()).arg(index + 1).arg(_records.count()));
     row.show();
 }
 
@@ -136,7 +138,7 @@ RecordRow* RecordList::makeRow() {
 void RecordList::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
     _empty->setGeometry(rect());
-    refresh(_count);
+    refresh();
 }
 
 void RecordList::scrollContentsBy(int dx, int dy) {
@@ -145,6 +147,7 @@ void RecordList::scrollContentsBy(int dx, int dy) {
 }
 
 void RecordList::keyPressEvent(QKeyEvent* event) {
+    const qsizetype count = _records.count();
     const qsizetype page = std::max(1, viewport()->height() / pitch);
     qsizetype wanted = _current;
     switch (event->key()) {
@@ -153,10 +156,10 @@ void RecordList::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_PageUp: wanted -= page; break;
     case Qt::Key_PageDown: wanted += page; break;
     case Qt::Key_Home: wanted = 0; break;
-    case Qt::Key_End: wanted = _count - 1; break;
+    case Qt::Key_End: wanted = count - 1; break;
     default: event->ignore(); return;
     }
-    wanted = std::clamp<qsizetype>(wanted, 0, std::max<qsizetype>(0, _count - 1));
+    wanted = std::clamp<qsizetype>(wanted, 0, std::max<qsizetype>(0, count - 1));
     if (wanted == _current)
         event->ignore(); // beyond the end is what stands around the list
     else

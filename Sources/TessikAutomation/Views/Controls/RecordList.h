@@ -19,6 +19,7 @@ class RecordList final : public QScrollArea {
 public:
     /// How the list gets at its owner's records. All have to be set.
     struct Records {
+        std::function<qsizetype()> count;
         std::function<void(RecordRow&)> prepare; ///< a row that was made
         std::function<void(RecordRow&, qsizetype index)> show;
         std::function<QUuid(qsizetype index)> idAt;
@@ -26,7 +27,7 @@ public:
     RecordList(const QString& emptyText, Records records, DrawingContext& drawing, QWidget* parent);
 
     /// Shows the records as they are now. The keyboard stays with its record, or goes to the next where that is gone.
-    void refresh(qsizetype count);
+    void refresh();
     /// Brings a record into sight and gives it the keyboard; without records the list itself has it.
     void setCurrent(qsizetype index);
 
@@ -48,7 +49,6 @@ private:
     DrawingContext& _drawing;
     QLabel* _empty;
     QWidget* _content;
-    qsizetype _count = 0;
     qsizetype _current = 0;                  ///< the record that Tab reaches
     std::map<qsizetype, RecordRow*> _placed; ///< by record
     std::vector<RecordRow*> _spare;

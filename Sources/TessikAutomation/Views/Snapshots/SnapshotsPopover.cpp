@@ -58,7 +58,8 @@ SnapshotsPopover::SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& rec
       _clock(std::move(clock)),
       _list(new RecordList(
           QStringLiteral("No snapshots yet"),
-          {.prepare = [this](RecordRow& row) { prepareRow(row); },
+          {.count = [this] { return _snapshots.snapshots.value().size(); },
+           .prepare = [this](RecordRow& row) { prepareRow(row); },
            .show = [this](RecordRow& row, qsizetype i) { showRow(row, _snapshots.snapshots.value()[i]); },
            .idAt = [this](qsizetype i) { return _snapshots.snapshots.value()[i].id; }},
           drawing, this)),
@@ -149,7 +150,7 @@ void SnapshotsPopover::showRow(RecordRow& row, const Snapshot& snapshot) {
 }
 
 void SnapshotsPopover::refresh() {
-    _list->refresh(_snapshots.snapshots.value().size());
+    _list->refresh();
     fit();
 }
 
