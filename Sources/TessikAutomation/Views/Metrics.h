@@ -23,6 +23,7 @@ inline constexpr int groupStripWidth = 64;
 inline constexpr int stereoStripWidth = 96;
 inline constexpr int foldedStripWidth = 36; ///< of stereo and groups beside a folded master section
 inline constexpr int channelStripSpacing = 0;
+inline constexpr int minInputsBarWidth = 160; ///< what the MIDI status leaves the scroll bar beside it
 inline constexpr int deskDivider = 12;   ///< between the scrolling inputs and the fixed strips: scroll bar and fold key
 inline constexpr int masterBarWidth = 8; ///< where the master section does, in its margin
 

@@ -91,18 +91,22 @@ TEST_F(DeskViewTest, FoldingTheMasterSectionBringsMoreInputsIntoSight) {
 }
 
 TEST_F(DeskViewTest, TheStatusIsWholeBesideAFoldedMasterSection) {
-    show({1366, 768});
+    show();
     window->desk().isFolded = true;
     QStringList drawn;
     Type::onDraw = [&drawn](const QString& text, const QFont&) { drawn.append(text); };
-    for (const char* port : {"Desk", "Rig Console", "MIDI Interface 8x8 Port 3", "Interface of the studio: 1"}) {
-        const QString status = QStringLiteral("Output: ") + QLatin1String(port);
-        output.port.statusText = status;
-        QApplication::processEvents();
-        drawn.clear();
-        window->desk().grab();
-        EXPECT_TRUE(drawn.contains(QStringLiteral("MIDI Out — ") + status)) << port;
-    }
+    for (const int width : {1366, 1024})
+        for (const char* port : {"Desk", "Rig Console", "MIDI Interface 8x8 Port 3",
+                                 "Another maker's interface for the whole of the studio, port 16"}) {
+            const QString status = QStringLiteral("Output: ") + QLatin1String(port);
+            window->resize(width, 768);
+            output.port.statusText = status;
+            QApplication::processEvents();
+            drawn.clear();
+            window->desk().grab();
+            EXPECT_TRUE(drawn.contains(QStringLiteral("MIDI Out — ") + status)) << port;
+            EXPECT_TRUE(drawn.contains(QStringLiteral("MIDI In — ") + manager.connection.statusText.value())) << port;
+        }
     Type::onDraw = nullptr;
 }
 

@@ -272,9 +272,10 @@ void DeskView::layOut() {
     _masterView->scrollBar()->setVisible(!isFolded.value() && masterHeight > upper);
     _masterView->scrollBar()->raise();
 
-    // Under the right block, and further left as long as its texts need it and the inputs' bar keeps half the width.
-    const int statusWidth =
-        _status ? std::max(width() - fixed, std::min(toGridUp(_status->sizeHint().width()), width() / 2)) : 0;
+    // Under the right block, and further left where its texts need it and a bar for the inputs remains.
+    const int statusWidth = _status ? std::max(width() - fixed, std::min(toGridUp(_status->sizeHint().width()),
+                                                                         toGrid(width() - minInputsBarWidth)))
+                                    : 0;
     if (_status) _status->setGeometry(width() - statusWidth, height, statusWidth, railHeight);
     _inputs->scrollBar()->setGeometry(0, height, std::min(visible, width() - statusWidth - deskDivider), railHeight);
 

@@ -17,6 +17,10 @@ namespace {
 constexpr int besideText = 30; // the lamp, and margins
 
 QFont textFont(qreal scale) { return Type::font(10 * scale, QFont::Medium); }
+/// In pixels at that scale, with what stands beside it.
+int widthOf(const QString& text, qreal scale) {
+    return int(std::ceil(QFontMetricsF(textFont(scale)).horizontalAdvance(text) + besideText * scale)) + 1;
+}
 
 } // namespace
 
@@ -67,11 +71,10 @@ void StatusView::showStatus() {
 }
 
 QSize StatusView::sizeHint() const {
-    const QFontMetricsF metrics(textFont(1));
-    qreal widest = 0;
+    int both = 0;
     for (const Path& path : paths())
-        widest = std::max(widest, metrics.horizontalAdvance(path.text));
-    return {2 * (int(std::ceil(widest)) + besideText + 1), Metrics::railHeight};
+        both += widthOf(path.text, 1);
+    return {both, Metrics::railHeight};
 }
 
 void StatusView::paintEvent(QPaintEvent*) {
@@ -83,9 +86,14 @@ void StatusView::paintEvent(QPaintEvent*) {
     painter.fillRect(canvas.px(QRectF(rect())), look.railColor());
     const QFont font = textFont(canvas.scale);
     const QFontMetrics metrics(font);
-    const int half = canvas.px(width()) / 2;
+    const auto [in, out] = paths();
+    // Half of the room each, unless one needs more and the other can give it.
+    const int room = canvas.px(width());
+    const int least = widthOf(in.text, canvas.scale);
+    const int most = room - widthOf(out.text, canvas.scale);
+    const int first = least <= most ? std::clamp(room / 2, least, most) : room / 2;
     int x = canvas.px(8);
-    for (const Path& path : paths()) {
+    for (const auto& [path, share] : {std::pair(in, first), std::pair(out, room - first)}) {
         const int side = canvas.px(6);
         const QRect lamp(x, (canvas.px(height()) - side) / 2, side, side);
         const QColor color = path.connected ? look.tints.ledGreen : look.tints.ledAmber;
@@ -94,10 +102,10 @@ void StatusView::paintEvent(QPaintEvent*) {
         else
             triangle(painter, QRectF(lamp).adjusted(-side / 2.0, -side / 2.0, side / 2.0, side / 2.0),
                      look.tints.warning);
-        const QRect line(lamp.right() + canvas.px(7), 0, half - canvas.px(besideText), canvas.px(height()));
+        const QRect line(lamp.right() + canvas.px(7), 0, share - canvas.px(besideText), canvas.px(height()));
         Type::draw(painter, line, Qt::AlignLeft, metrics.elidedText(path.text, Qt::ElideRight, line.width()), font,
                    look.tints.secondaryText);
-        x += half;
+        x += share;
     }
 }
 
