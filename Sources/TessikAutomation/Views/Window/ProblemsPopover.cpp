@@ -46,7 +46,7 @@ void ProblemsPopover::refresh() {
     button().setAccessibleName(text);
     button().setToolTip(problems.empty() ? QString() : text + QStringLiteral(": click to see what to do"));
     button().setVisible(!problems.empty());
-    if (problems.empty()) close();
+    if (problems.empty()) return close();
     if (std::exchange(_shown, problems) == problems) return;
     for (QWidget* old : _cards->findChildren<QWidget*>(QStringLiteral("card"), Qt::FindDirectChildrenOnly)) {
         leaveKeyboard(*old);
