@@ -43,13 +43,14 @@ void PassEngine::consume(ConsoleChange change) {
     std::erase(_covered, change.cc);
 
     const AutomationMode taking = isRecording() ? _mode : _suspendedMode.value_or(AutomationMode::off);
-    // Over a gap in UPDATE too, what the pass knows nothing of is as it is left.
-    const bool isLeft = taking == AutomationMode::update && !isPlaying() && !_cursor.values()[std::size_t(change.cc)];
-    if (taking == AutomationMode::write || isLeft) _recorder.move(change.stamp, change.cc, change.value);
+    const bool hasAutomation = _cursor.values()[std::size_t(change.cc)].has_value();
+    // What UPDATE has no automation to put back on, it leaves as it was put, by a dump too.
+    if (taking == AutomationMode::write || (taking == AutomationMode::update && !hasAutomation))
+        _recorder.move(change.stamp, change.cc, change.value);
     switch (change.origin) {
     case ChangeOrigin::desk:
     case ChangeOrigin::screen:
-        if (isPlaying()) answerHand(change, faderBefore, laneBefore);
+        if (isPlaying() && hasAutomation) answerHand(change, faderBefore, laneBefore);
         return;
     case ChangeOrigin::dump:
         if (isPlaying()) takeBackRides(change.stamp);
@@ -57,7 +58,7 @@ void PassEngine::consume(ConsoleChange change) {
     case ChangeOrigin::recall:
     case ChangeOrigin::zero:
         // It holds until the channel's next event, and is heard so long.
-        if (_mode == AutomationMode::update && isPlaying()) {
+        if (_mode == AutomationMode::update && isPlaying() && hasAutomation) {
             _rides.replace(change.stamp, change.cc, change.value);
             _recorder.move(change.stamp, change.cc, change.value);
         }
@@ -72,28 +73,25 @@ void PassEngine::consume(ConsoleChange change) {
 void PassEngine::answerHand(const ConsoleChange& change, std::optional<int> faderBefore,
                             std::optional<int> laneBefore) {
     const int cc = change.cc;
-    const std::optional<int> automation = _cursor.values()[std::size_t(cc)];
     const bool isScreen = change.origin == ChangeOrigin::screen;
     if (_mode == AutomationMode::update) {
         bool isRide = true;
-        if (!automation) {
-            // Nothing to ride on: the hand's own value is what plays.
-        } else if (!isFader(cc)) {
+        if (!isFader(cc)) {
             isRide = laneBefore && laneBefore != change.value;
             if (isRide) _rides.press(change.stamp, cc, *laneBefore, change.value);
         } else if (isScreen) {
-            _rides.setOutput(change.stamp, cc, change.value, *automation);
+            _rides.setOutput(change.stamp, cc, change.value, *_cursor.values()[std::size_t(cc)]);
         } else {
             const std::optional<int> start = rideStart(cc, faderBefore);
             isRide = start && start != _hands.value(cc);
             if (isRide) _rides.moveBy(change.stamp, cc, change.value - *start);
         }
-        if (isRide) _recorder.move(change.stamp, cc, automation ? output(cc) : change.value);
+        if (isRide) _recorder.move(change.stamp, cc, output(cc));
         _nullsStale = true;
     } else if (isScreen || !_output.isScreenHeld() || !isFader(cc)) {
         return;
     }
-    if (automation) _owed.push_back(cc);
+    _owed.push_back(cc);
 }
 
 /// Where the hand's movement begins to count, none where it does not yet. Under NULL the way to the target is no ride:

@@ -44,7 +44,7 @@ public:
                 lane.touchedBy = change.origin;
                 lane.told = change.value;
             }
-            if (change.origin == ChangeOrigin::dump) lane.isHeld = true;
+            if (change.origin == ChangeOrigin::dump) lane.isHeld = isUpdated(change.cc);
             told(change);
         };
         engine.onTakeSuperseded = [this](const AutomationPass& take) {
@@ -86,7 +86,7 @@ public:
 private:
     struct Lane {
         bool isScreenAlone = false; // selecting or a local Zero changed the screen and not the desk
-        bool isHeld = false;        // a dump was put over an UPDATE
+        bool isHeld = false;        // a dump was put over the automation of an UPDATE
         Uptime touchedAt = distantPast;
         double touchedFrame = 0;
         ChangeOrigin touchedBy = ChangeOrigin::desk;
@@ -365,6 +365,13 @@ private:
     ChannelState& stateOf(int cc) {
         const auto kind = MIDIChannelMapping::channelKindForFaderCC(cc);
         return channel(kind ? *kind : *MIDIChannelMapping::channelKindForSwitchCC(cc));
+    }
+
+    /// Whether UPDATE has something to put back on a lane.
+    bool isUpdated(int cc) {
+        const std::optional<AutomationPass>& pass = engine.playedPass.value();
+        return engine.mode.value() == AutomationMode::update && pass &&
+               whatItSays(*pass, defaults(), cc, passFrame(position())).value;
     }
 
     bool checkLane(int cc) {
