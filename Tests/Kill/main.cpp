@@ -130,7 +130,7 @@ Outcome compare(const std::vector<Move>& made, const QList<AutomationPass>& pass
     for (std::size_t lane = 0; lane < taken.size(); ++lane)
         if (next[lane] < taken[lane].size()) outcome.fault = "the take has moves that were never made";
     outcome.lost = killedAt - firstMissing;
-    if (passes.size() != 1) outcome.fault = "no take was recovered";
+    if (passes.size() > 1) outcome.fault = "the take was recovered twice";
     if (!outcome.fault && outcome.lost > mayBeLost) outcome.fault = "more is missing than may be";
     return outcome;
 }

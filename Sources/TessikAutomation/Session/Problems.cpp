@@ -96,6 +96,11 @@ std::vector<Problem> problemsIn(const ProblemState& state) {
                             QStringLiteral("It was recorded at %1, but timecode runs at %2. Set the recorder to %1, or "
                                            "select another pass.")
                                 .arg(description(state.mismatch->pass), description(state.mismatch->timecode))});
+    if (!state.leftOut.isEmpty())
+        problems.push_back({QStringLiteral("Part of the session's file could not be read"),
+                            QStringLiteral("What stands there is not in the session: %1. Save under another name, and "
+                                           "the file stays as it is.")
+                                .arg(state.leftOut)});
     if (!state.recoveryProblem.isEmpty())
         problems.push_back({QStringLiteral("Recovery copies cannot be written"),
                             QStringLiteral("%1 Save the session yourself, and often, until this is gone.")
@@ -128,6 +133,7 @@ ProblemWatch::ProblemWatch(const Objects& objects) : _objects(objects) {
     watch(objects.midiOutput.isLoop);
     watch(objects.passEngine.hasFrameRateMismatch);
     watch(objects.passEngine.playedPass);
+    watch(objects.session.leftOut);
     watch(objects.session.recoveryProblem);
     watch(SavedSettings::lastWrite());
     watch(noMIDI);
@@ -177,6 +183,7 @@ ProblemState ProblemWatch::state() const {
         .isInputLost = _isInputLost,
         .overtaken = input.overtakenCount.value() - _overtakenBefore,
         .mismatch = {},
+        .leftOut = _objects.session.leftOut.value(),
         .recoveryProblem = _objects.session.recoveryProblem.value(),
         .settingsProblem = lastWrite().value().problem};
     const std::optional<AutomationPass>& pass = _objects.passEngine.playedPass.value();

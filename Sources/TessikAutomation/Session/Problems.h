@@ -39,6 +39,7 @@ struct ProblemState {
     bool isInputLost = false;           ///< messages from the desk were lost, and it has not told its whole state since
     std::int64_t overtaken = 0;         ///< messages of the desk that gave way to newer ones, since then too
     std::optional<FrameRates> mismatch; ///< of an armed pass that is not played
+    QString leftOut;                    ///< of the session's file, see `SessionController`
     QString recoveryProblem;            ///< why recovery files cannot be written; empty while they can
     QString settingsProblem;            ///< the same of the settings
 };

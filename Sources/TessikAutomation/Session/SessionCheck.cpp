@@ -64,7 +64,9 @@ SessionCheckResult checkSession(const QString& path) {
     for (const QString& key : read.unknownKeys)
         text += QStringLiteral("  unknown key \"%1\": ignored\n").arg(key);
     for (const SessionReadResult::Fallback& fallback : read.fallbacks)
-        text += QStringLiteral("  \"%1\" fell back to its default: %2\n").arg(fallback.key, fallback.reason);
+        text += QStringLiteral("  \"%1\" fell back to its default: %2%3\n")
+                    .arg(fallback.key, fallback.reason,
+                         fallback.line > 0 ? QStringLiteral(" (line %1)").arg(fallback.line) : QString());
     if (read.fallbacks.empty()) return {text + QStringLiteral("clean\n"), 0};
     return {text, 1};
 }

@@ -90,6 +90,7 @@ bool SessionController::replace(const NextSession& next) {
     apply(next.document);
     fileURL = next.url;
     _stamp = next.stamp;
+    leftOut = next.leftOut;
     _createdAt = next.document.createdAt;
     hasUnsavedChanges = false;
     return true;
@@ -143,7 +144,12 @@ void SessionController::open(const QUrl& url) {
             why += QStringLiteral("\n\nThe version before its last save stands beside it: open “%1~”.").arg(path);
         return fail(title, why);
     }
-    if (!replace({.document = std::move(*read.document), .url = url, .stamp = read.stamp, .recovery = {}})) return;
+    if (!replace({.document = std::move(*read.document),
+                  .url = url,
+                  .stamp = read.stamp,
+                  .leftOut = read.leftOut(),
+                  .recovery = {}}))
+        return;
     _writer.post([path]() -> BackgroundWriter::Completion {
         SavedSettings::setString(SavedSettings::Key::lastSessionPath, path);
         SavedSettings::addRecentSession(path);
@@ -159,6 +165,7 @@ void SessionController::reopen(const ReplacedSession& session) {
     if (!replace({.document = std::move(*read.document),
                   .url = session.origin.url(),
                   .stamp = session.origin.stamp,
+                  .leftOut = read.leftOut(),
                   .recovery = {}}))
         return;
     noteChange();

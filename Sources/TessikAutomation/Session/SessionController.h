@@ -95,12 +95,16 @@ public:
     void journalTick();
     /// Why recovery files cannot be written; empty while they can.
     QProperty<QString> recoveryProblem;
+    /// What the session's file held when it was opened and could not be read, and so is not in the session; empty where
+    /// nothing is left out.
+    QProperty<QString> leftOut;
 
 private:
     struct NextSession {
         SessionDocument document;
         std::optional<QUrl> url;
         std::optional<FileStamp> stamp;
+        QString leftOut;
         RecoveryFile recovery;
     };
     struct RecoveryState {

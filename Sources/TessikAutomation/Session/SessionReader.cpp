@@ -16,7 +16,11 @@ namespace {
 
 using Keys = RecordKeys<SessionDocument>;
 /// Per top-level key, why it did not decode.
-using Failures = std::array<std::optional<QString>, Keys::count>;
+struct Failure {
+    QString reason;
+    qsizetype line = 0;
+};
+using Failures = std::array<std::optional<Failure>, Keys::count>;
 
 enum class Attempt { done, keyFailed, noSession };
 
@@ -24,6 +28,10 @@ SessionReadResult cannotOpen(const QString& error) {
     SessionReadResult result;
     result.error = error;
     return result;
+}
+
+qsizetype lineAt(std::string_view json, std::size_t at) {
+    return 1 + std::count(json.begin(), json.begin() + std::ptrdiff_t(at), '\n');
 }
 
 /// The file is no JSON; where is told by the line and by the key that stands last before it.
@@ -39,7 +47,7 @@ QString damagedAt(std::string_view json, std::size_t at, const QString& what) {
             i += before[i] == '\\' ? 2 : 1;
         text = before.substr(start, std::min(i, before.size()) - start);
     }
-    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    const qsizetype line = lineAt(json, at);
     if (key.empty()) return QStringLiteral("The file is damaged in line %1: %2.").arg(line).arg(what);
     return QStringLiteral("The file is damaged in line %1, at “%2”: %3.")
         .arg(line)
@@ -107,7 +115,8 @@ public:
             if (_failures[index]) return decoder.walk(value);
             if (decoder.decodeField(index, value, *result.document)) return true;
             const std::string_view name = Keys::names[index];
-            _failures[index] = QString::fromUtf8(name.data(), qsizetype(name.size())) + decoder.error();
+            _failures[index] = {QString::fromUtf8(name.data(), qsizetype(name.size())) + decoder.error(),
+                                lineOf(document)};
             keyFailed = true;
             return false;
         });
@@ -116,7 +125,7 @@ public:
         if (const char* rest = nullptr; !document.current_location().get(rest))
             return noSession(result, QStringLiteral("Something follows the end of the session."));
         for (std::size_t i = 0; i < Keys::count; ++i)
-            if (!(_seen >> i & 1) && (Keys::required >> i & 1)) _failures[i] = QStringLiteral("the key is missing");
+            if (!(_seen >> i & 1) && (Keys::required >> i & 1)) _failures[i] = {QStringLiteral("the key is missing")};
         return Attempt::done;
     }
 
@@ -124,6 +133,16 @@ private:
     static Attempt noSession(SessionReadResult& result, const QString& error) {
         result = cannotOpen(error);
         return Attempt::noSession;
+    }
+
+    /// Of the value that was read last: what follows it may stand on a later line.
+    qsizetype lineOf(simdjson::ondemand::document& document) const {
+        const char* at = nullptr;
+        if (document.current_location().get(at)) return 0;
+        std::size_t end = std::size_t(at - _json.data());
+        while (end > 0 && std::strchr(" \t\r\n,]}", _json.data()[end - 1]))
+            --end;
+        return lineAt(_json, end);
     }
 
     QString notJSON(simdjson::ondemand::document& document, const JSONDecoder& decoder) const {
@@ -155,8 +174,8 @@ SessionReadResult parsePadded(simdjson::padded_string_view json, const QDateTime
     if (attempt == Attempt::noSession) return result;
     for (std::size_t i = 0; i < Keys::count; ++i)
         if (failures[i])
-            result.fallbacks.push_back(
-                {QString::fromUtf8(Keys::names[i].data(), qsizetype(Keys::names[i].size())), *failures[i]});
+            result.fallbacks.push_back({QString::fromUtf8(Keys::names[i].data(), qsizetype(Keys::names[i].size())),
+                                        failures[i]->reason, failures[i]->line});
     return result;
 }
 
@@ -189,6 +208,13 @@ struct PaddedBytes {
 QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
 
 } // namespace
+
+QString SessionReadResult::leftOut() const {
+    QStringList parts;
+    for (const Fallback& fallback : fallbacks)
+        if (fallback.line > 0) parts += QStringLiteral("line %1, %2").arg(fallback.line).arg(fallback.reason);
+    return parts.join(QStringLiteral("; "));
+}
 
 SessionReadResult parseSession(QByteArrayView json, const QDateTime& now) {
     const PaddedBytes padded{std::size_t(json.size())};

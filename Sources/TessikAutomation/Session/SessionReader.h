@@ -17,11 +17,15 @@ struct SessionReadResult {
 
     struct Fallback {
         QString key;
-        QString reason; ///< with the path of the value at fault: "passes[1].name: not a string"
+        QString reason;     ///< with the path of the value at fault: "passes[1].name: not a string"
+        qsizetype line = 0; ///< of the file, where that value stands; 0 where the key is missing
     };
     std::vector<Fallback> fallbacks; ///< in the order of the keys
     QStringList unknownKeys;         ///< of the top level
     FileStamp stamp;                 ///< of the file that was read
+
+    /// What the file holds and `document` does not, in words with the lines; empty where nothing is left out.
+    QString leftOut() const;
 };
 
 /// Values may be nested this deep.

@@ -20,11 +20,11 @@ TEST(SessionCheck, SaysWhatAFileHoldsAndWhatFellBack) {
 
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("x"));
-    ASSERT_TRUE(writeFile(path, R"({"passes": [{}], "extra": 1})"));
+    ASSERT_TRUE(writeFile(path, "{\"extra\": 1,\n\"passes\": [{\n}]}"));
     const SessionCheckResult broken = checkSession(path);
     EXPECT_EQ(broken.exitCode, 1);
     EXPECT_TRUE(broken.text.contains(
-        QStringLiteral("\"passes\" fell back to its default: passes[0]: the key \"id\" is missing\n")));
+        QStringLiteral("\"passes\" fell back to its default: passes[0]: the key \"id\" is missing (line 2)\n")));
     EXPECT_TRUE(broken.text.contains(QStringLiteral("unknown key \"extra\": ignored\n")));
     EXPECT_TRUE(broken.text.contains(QStringLiteral("\"snapshots\" fell back to its default: the key is missing\n")));
     ASSERT_TRUE(writeFile(path, "{"));

@@ -142,6 +142,10 @@ TEST(SessionReader, EachKeyFallsBackAlone) {
     EXPECT_EQ(result.fallbacks[0].reason, QStringLiteral("createdAt: not a date in ISO 8601 without fractions"));
     EXPECT_EQ(result.fallbacks[1].reason, QStringLiteral("passes[0].events[1].value.fader: the key \"_0\" is missing"));
     EXPECT_EQ(result.fallbacks[2].reason, QStringLiteral("channelLabels.input-1: the key \"colorHex\" is missing"));
+    for (const auto& [fallback, near] : {std::pair(0, "yesterday"), {1, "{\"_1\": 96}"}, {2, "\"color\""}}) {
+        const qsizetype line = 1 + text.left(text.indexOf(near)).count('\n');
+        EXPECT_NEAR(double(result.fallbacks[std::size_t(fallback)].line), double(line), fallback == 2 ? 2 : 0);
+    }
 }
 
 TEST(SessionReader, IsStrictInsideAKey) {

@@ -1,4 +1,5 @@
 #include "Support/FarDesk.h"
+#include "Support/Sessions.h"
 #include "TessikAutomation/Persistence/PortChoice.h"
 #include "TessikAutomation/Views/ApplicationFixture.h"
 #include "TessikAutomation/Views/Window/ActivityLamp.h"
@@ -99,6 +100,14 @@ TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
     SavedSettings::setInteger(SavedSettings::Key::midiChannel, 1);
     application.session.recoveryProblem = QString();
     EXPECT_EQ(titles(), QStringList());
+
+    const QString path = folder.filePath(QStringLiteral("song.tessik"));
+    ASSERT_TRUE(writeFile(path, "{\n\"passes\": [7]}"));
+    application.session.open(QUrl::fromLocalFile(path));
+    ASSERT_EQ(titles().size(), 1) << "what was left out of the session";
+    EXPECT_TRUE(application.problems.problems.value()[0].remedy.contains(QStringLiteral("line 2, passes[0]")));
+    application.session.newSession();
+    EXPECT_EQ(titles(), QStringList());
 }
 
 TEST_F(ProblemsTest, EachSaysWhatToDo) {
@@ -107,6 +116,7 @@ TEST_F(ProblemsTest, EachSaysWhatToDo) {
                        .isLoop = true,
                        .isInputLost = true,
                        .mismatch = ProblemState::FrameRates{MTCFrameRate::fps24, MTCFrameRate::fps25},
+                       .leftOut = {},
                        .recoveryProblem = {},
                        .settingsProblem = {}};
     const std::vector<Problem> problems = problemsIn(state);
