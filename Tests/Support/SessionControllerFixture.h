@@ -108,7 +108,8 @@ struct Copy {
 
 struct SessionControllerTest : testing::Test {
     QTemporaryDir folder;
-    const QString recovery = folder.filePath(QStringLiteral("state/recovery"));
+    const QString state = folder.filePath(QStringLiteral("%1 and %2")); // no name may take another's place in a text
+    const QString recovery = state + QStringLiteral("/recovery");
     qint64 time = 0;
     std::unique_ptr<Copy> program = start();
 

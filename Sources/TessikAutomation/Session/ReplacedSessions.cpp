@@ -18,9 +18,8 @@ QString ReplacedSessions::keep(const SessionDocument& document, const std::optio
     if (!QDir().mkpath(_folder)) return QStringLiteral("The folder “%1” cannot be made.").arg(_folder);
     const RecoveryFile file{.folder = {},
                             .path = QStringLiteral("%1/%2-%3.tessik")
-                                        .arg(_folder)
-                                        .arg(now.toSecsSinceEpoch())
-                                        .arg(QUuid::createUuid().toString(QUuid::WithoutBraces))};
+                                        .arg(_folder, QString::number(now.toSecsSinceEpoch()),
+                                             QUuid::createUuid().toString(QUuid::WithoutBraces))};
     const QString error = file.write(document, take, origin);
     if (!error.isEmpty()) file.remove();
     return error;

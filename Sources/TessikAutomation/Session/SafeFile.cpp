@@ -50,8 +50,9 @@ SafeFileResult writeFileSafely(const QString& path, PreviousFile previous,
     const QFileInfo asked(path);
     const QString target = asked.exists() ? asked.canonicalFilePath() : asked.absoluteFilePath(); // follows links
     const QFileInfo existing(target);
-    const QString encodedError = QStringLiteral("“%1” cannot be written: %2").arg(path);
-    const auto failed = [&](const QString& why) { return SafeFileResult{.error = encodedError.arg(why), .stamp = {}}; };
+    const auto failed = [&path](const QString& why) {
+        return SafeFileResult{.error = QStringLiteral("“%1” cannot be written: %2").arg(path, why), .stamp = {}};
+    };
     struct stat status {};
     const bool isThere = stat(QFile::encodeName(target).constData(), &status) == 0;
     if (isThere && !S_ISREG(status.st_mode)) return failed(QStringLiteral("it is not a regular file."));

@@ -25,7 +25,7 @@ bool SessionController::makeRecoveryFile() {
     if (!_recoveryFolder) _recoveryFolder = RecoveryFolder::create(_recoveryRoot);
     if (!_recoveryFolder) return false;
     _recovery = {.folder = _recoveryFolder,
-                 .path = QStringLiteral("%1/%2.tessik").arg(_recoveryFolder->path).arg(++_recoveryFiles)};
+                 .path = QStringLiteral("%1/%2.tessik").arg(_recoveryFolder->path, QString::number(++_recoveryFiles))};
     return true;
 }
 

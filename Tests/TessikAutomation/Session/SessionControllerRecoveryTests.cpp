@@ -274,16 +274,16 @@ TEST_F(SessionControllerTest, LeavesWithoutAQuestion) {
 }
 
 TEST_F(SessionControllerTest, SaysWhenRecoveryFilesCannotBeWritten) {
-    ASSERT_TRUE(writeFile(folder.filePath(QStringLiteral("state")), "a file where the folder should be"));
+    ASSERT_TRUE(writeFile(state, "a file where the folder should be"));
     program->label("Kick");
     program->tick();
     EXPECT_NE(program->controller.recoveryProblem.value(), QString());
-    QFile::remove(folder.filePath(QStringLiteral("state")));
+    QFile::remove(state);
     program->tick();
     EXPECT_EQ(program->controller.recoveryProblem.value(), QString());
     EXPECT_EQ(recoveryFiles().size(), 1);
 
-    ASSERT_TRUE(QDir(folder.filePath(QStringLiteral("state"))).removeRecursively());
+    ASSERT_TRUE(QDir(state).removeRecursively());
     program->label("Snare");
     program->tick();
     EXPECT_EQ(program->controller.recoveryProblem.value(), QString());
@@ -309,11 +309,11 @@ TEST_F(SessionControllerTest, NamesADamagedRecoveryCopyAndLeavesIt) {
 TEST_F(SessionControllerTest, RecoveryFilesAreInTheUsersStateFolder) {
     const QByteArray before = qgetenv("XDG_STATE_HOME");
     const QString name = QStringLiteral("/tessik-automation/recovery");
-    for (const auto& [variable, state] : {std::pair("/somewhere", QStringLiteral("/somewhere")),
-                                          {"", QDir::homePath() + QStringLiteral("/.local/state")},
-                                          {"some/where", QDir::homePath() + QStringLiteral("/.local/state")}}) {
+    for (const auto& [variable, wanted] : {std::pair("/somewhere", QStringLiteral("/somewhere")),
+                                           {"", QDir::homePath() + QStringLiteral("/.local/state")},
+                                           {"some/where", QDir::homePath() + QStringLiteral("/.local/state")}}) {
         qputenv("XDG_STATE_HOME", variable);
-        EXPECT_EQ(RecoveryFolder::defaultRoot(), state + name) << variable;
+        EXPECT_EQ(RecoveryFolder::defaultRoot(), wanted + name) << variable;
     }
     before.isNull() ? qunsetenv("XDG_STATE_HOME") : qputenv("XDG_STATE_HOME", before);
 }
