@@ -1,7 +1,7 @@
 #include "TessikRig/SimulatedConsole.h"
 
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
 #include "TessikKit/MIDI/MIDIWords.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 
 #include <algorithm>
 #include <random>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/Automation/AutomationPass.h"
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 
 #include <cmath>
 

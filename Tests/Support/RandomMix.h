@@ -3,7 +3,7 @@
 #include "TessikAutomation/Automation/AutomationPass.h"
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Snapshots/Snapshot.h"
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 
 #include <random>
 

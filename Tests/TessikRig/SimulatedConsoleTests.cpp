@@ -1,8 +1,8 @@
 #include "Support/Events.h"
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
 #include "TessikKit/MIDI/MIDIInputConnection.h"
 #include "TessikKit/MIDI/MIDIWords.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 #include "TessikRig/SimulatedConsole.h"
 
 #include <gtest/gtest.h>

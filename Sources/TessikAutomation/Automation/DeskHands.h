@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 #include "TessikKit/Models/UptimeClock.h"
 
 #include <deque>

@@ -2,7 +2,7 @@
 
 #include "TessikAutomation/Automation/TimedEvent.h"
 #include "TessikAutomation/Snapshots/ChannelSnapshot.h"
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 
 #include <QList>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TessikAutomation/MIDI/EchoWatch.h"
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
 #include "TessikKit/MIDI/MIDIService.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 
 #include <array>
 #include <deque>

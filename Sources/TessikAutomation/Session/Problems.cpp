@@ -1,6 +1,6 @@
 #include "TessikAutomation/Session/Problems.h"
 
-#include "TessikAutomation/Persistence/PortChoice.h"
+#include "TessikAutomation/MIDI/PortChoice.h"
 
 namespace tessik {
 namespace {

@@ -1,6 +1,5 @@
 #include "TessikAutomation/Views/RigPane.h"
 
-#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Controls/ConsoleToggle.h"
 #include "TessikAutomation/Views/Controls/ControlHost.h"
 #include "TessikAutomation/Views/Controls/FaderTrackView.h"
@@ -9,6 +8,7 @@
 #include "TessikAutomation/Views/Desk/StripSubject.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
+#include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 #include "TessikAutomation/Views/Transport/TransportIcon.h"

@@ -1,10 +1,10 @@
 #include "TessikAutomation/Session/SessionCheck.h"
+#include "TessikAutomation/Tour/Tour.h"
 #include "TessikAutomation/Views/Application.h"
 #include "TessikAutomation/Views/CommandLine.h"
 #include "TessikAutomation/Views/EndSignals.h"
 #include "TessikAutomation/Views/RigPane.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
-#include "TessikAutomation/Views/Tour/Tour.h"
 #include "TessikKit/MIDI/ALSA/ALSAMIDIService.h"
 
 #include <QApplication>

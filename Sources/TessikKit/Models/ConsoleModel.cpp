@@ -1,6 +1,6 @@
 #include "TessikKit/Models/ConsoleModel.h"
 
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 
 namespace tessik {
 

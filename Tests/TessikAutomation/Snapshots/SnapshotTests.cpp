@@ -2,7 +2,7 @@
 #include "Support/Sessions.h"
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Snapshots/SnapshotRecall.h"
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 
 #include <gtest/gtest.h>
 

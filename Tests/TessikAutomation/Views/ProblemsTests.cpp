@@ -1,6 +1,6 @@
 #include "Support/FarDesk.h"
 #include "Support/Sessions.h"
-#include "TessikAutomation/Persistence/PortChoice.h"
+#include "TessikAutomation/MIDI/PortChoice.h"
 #include "TessikAutomation/Views/ApplicationFixture.h"
 #include "TessikAutomation/Views/Window/ActivityLamp.h"
 #include "TessikAutomation/Views/Window/ProblemsPopover.h"

@@ -1,5 +1,5 @@
-#include "TessikAutomation/Help/HelpMenu.h"
 #include "TessikAutomation/Views/ApplicationFixture.h"
+#include "TessikAutomation/Views/Help/HelpMenu.h"
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
 
 #include <QLabel>

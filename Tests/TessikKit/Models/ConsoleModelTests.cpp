@@ -1,6 +1,6 @@
-#include "TessikKit/MIDI/MIDIChannelMapping.h"
 #include "TessikKit/Models/ConsoleModel.h"
 #include "TessikKit/Models/FaderDBCalibration.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TessikAutomation/Persistence/PortChoice.h"
+#include "TessikAutomation/MIDI/PortChoice.h"
 #include "TessikAutomation/Views/AppObjects.h"
 #include "TessikAutomation/Views/Drawing/Canvas.h"
 

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "TessikAutomation/Tour/TapeCurves.h"
+#include "TessikAutomation/Tour/TourGuide.h"
+#include "TessikAutomation/Views/Application.h"
+
+#include <QDir>
+
+class QAbstractButton;
+class QDialog;
+
+namespace tessik {
+
+/// Drives the program through its whole job on the rig, as its user would, and writes pictures and a report. After
+/// every step the rig's desk is compared with what the program believes of it.
+class Tour {
+public:
+    /// `recoveryRoot` as the application's.
+    Tour(Application& application, Rig& rig, const QString& folder, QString recoveryRoot);
+
+    /// In a child process of the tour: the folder in which it is to leave a recovery file before it dies.
+    static constexpr const char* crashVariable = "TESSIK_TOUR_CRASH";
+
+    /// The process's exit status: 0 where every statement held.
+    int run();
+    /// Fills the session, lets its recovery file be written, and dies as in a crash. The tour runs this in a child
+    /// process.
+    [[noreturn]] void crash();
+
+private:
+    void connect();
+    void hearScene();
+    void handMoves();
+    void screenMoves();
+    void writeDown();
+    void loseTheCable();
+    void rollTape();
+    void writeTake();
+    void readBack();
+    void updateTake();
+    /// The take that waits is heard, compared with the pass before, discarded and taken back.
+    void auditionTake(int automation, int ridden);
+    void nullParked();
+    void lookAtLanes();
+    void exchangeMIDIFile();
+    void saveSession();
+    void zeroConsole();
+    void undoRecall();
+    void crashAndRecover();
+    void reopenReplaced();
+    void settings();
+    void appearances();
+    void welcome();
+    void manual();
+    void problems();
+    void keys();
+    void longLists();
+
+    void inBothThemes(const std::function<void(const QString& theme)>& show);
+    /// Waits until nothing travels any more, and compares channel by channel.
+    void compareDesk();
+    /// Changes something in every store.
+    void fillSession(const QString& name);
+    void compareStores(const QString& file, const QString& statement);
+    /// Keeps trying on whatever dialog is open until `answer` has dealt with it.
+    void answerDialog(std::function<bool(QDialog&)> answer);
+    /// Locates the recorder and waits for its answer.
+    void locate(std::int64_t frame);
+    /// Plays from `frame` on and stops when the tape is `frames` further. `meanwhile` is called often, with the frames
+    /// gone by. Returns the longest time that the program was not let do anything.
+    Uptime roll(std::int64_t frame, double frames, const std::function<void(double t)>& meanwhile);
+    /// Gives the take that waits its name, in the popover that opened for it.
+    void saveTake(const QString& name);
+    /// Plays the take and compares what the desk does with what it is to do.
+    void playAndCompare(const TapeCurves& expected, const QString& statement);
+    void compareCurves(const TapeCurves& played, const TapeCurves& expected, const QString& statement);
+    /// Answers the next file dialog with that path.
+    void answerFileDialog(const QString& path);
+    /// Chooses from the context menu of the pass at the top of the list.
+    void chooseFromPassMenu(const QString& text);
+    void pressKey(Qt::Key key);
+    void click(QWidget& widget) { click(widget, QRectF(widget.rect()).center()); }
+    void click(QWidget& widget, QPointF at);
+    void typeInto(QWidget& field, const QString& text);
+    /// A key of the automation by its legend.
+    QAbstractButton& automationKey(const char* legend);
+    void clickControl(ControlHost& host, const QString& control);
+    void dragFader(ChannelKind kind, int from, int to);
+    void drag(ControlHost& host, QPointF from, QPointF to);
+    void labelChannels();
+
+    Application& _app;
+    Rig& _rig;
+    const QDir _folder;
+    const QString _recoveryRoot;
+    QString _sessionFile;
+    TapeCurves _hands; // what the hands did in the take
+    TourGuide _guide;
+};
+
+} // namespace tessik

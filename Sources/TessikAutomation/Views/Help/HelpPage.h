@@ -1,0 +1,45 @@
+#pragma once
+
+#include "TessikAutomation/Views/Help/HelpStyle.h"
+#include "TessikAutomation/Views/Help/HelpTopic.h"
+
+#include <QTextBrowser>
+
+#include <functional>
+
+namespace tessik {
+
+/// One chapter, typeset: a column of readable width that can be selected, copied and searched.
+class HelpPage final : public QTextBrowser {
+public:
+    /// `chapters`: the titles that can be linked to.
+    HelpPage(const HelpColors& colors, QStringList chapters, QWidget* parent = nullptr);
+
+    /// A link to this chapter was followed.
+    std::function<void(const QString& title)> onChapterWanted;
+
+    /// Shows the chapter from its top.
+    void show(const HelpTopic& topic);
+    /// Marks every place where `query` stands; none for an empty one.
+    void markMatches(const QString& query);
+    /// Goes to the next marked place, from the last one back to the first. False where there is none.
+    bool goToNextMatch();
+    void setColors(const HelpColors& colors);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    QMimeData* createMimeDataFromSelection() const override;
+
+private:
+    void typeset();
+    void fitColumn();
+    QTextCursor nextMatch(const QTextCursor& after) const;
+
+    const QStringList _chapters;
+    HelpColors _colors;
+    HelpTopic _topic;
+    QString _query;
+};
+
+} // namespace tessik

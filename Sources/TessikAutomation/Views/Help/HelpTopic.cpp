@@ -1,0 +1,61 @@
+#include "TessikAutomation/Views/Help/HelpTopic.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+// Outside of every namespace, as Qt wants it; without it the linker leaves the chapters out of the program.
+static void registerChapters() { Q_INIT_RESOURCE(manual); }
+
+namespace tessik {
+
+namespace {
+
+/// A chapter's file: the title as a heading of the first level in the first line, the body below it.
+HelpTopic chapter(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) qFatal("%s is not built in", qUtf8Printable(path));
+    const QString text = QString::fromUtf8(file.readAll());
+    const qsizetype end = text.indexOf(QLatin1Char('\n'));
+    return {text.left(end).mid(2), text.mid(end + 1).trimmed()};
+}
+
+bool contains(const HelpTopic& topic, const QString& query) {
+    const auto has = [&](const QString& text) { return text.contains(query, Qt::CaseInsensitive); };
+    if (has(topic.title) || has(topic.body)) return true;
+    // A reader sees no marks, so marks in the middle of a phrase must not hide it.
+    static const QRegularExpression marks(QStringLiteral("[*`]"));
+    return has(QString(topic.body).remove(marks));
+}
+
+} // namespace
+
+const HelpTopics& manual() {
+    static const HelpTopics topics = [] {
+        registerChapters();
+        HelpTopics chapters;
+        const QDir folder(QStringLiteral(":/help/Manual"));
+        for (const QString& name : folder.entryList(QDir::Files, QDir::Name))
+            chapters.push_back(chapter(folder.filePath(name)));
+        return chapters;
+    }();
+    return topics;
+}
+
+HelpTopics visibleTopics(const HelpTopics& topics, const QString& query) {
+    if (query.isEmpty()) return topics;
+    HelpTopics visible;
+    std::ranges::copy_if(topics, std::back_inserter(visible),
+                         [&](const HelpTopic& topic) { return contains(topic, query); });
+    return visible;
+}
+
+const HelpTopic* shownTopic(const HelpTopics& visible, const QString& selection) {
+    if (visible.empty()) return nullptr;
+    const auto selected = std::ranges::find(visible, selection, &HelpTopic::title);
+    return selected != visible.end() ? &*selected : &visible.front();
+}
+
+} // namespace tessik
