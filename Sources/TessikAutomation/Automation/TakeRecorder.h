@@ -4,6 +4,7 @@
 #include "TessikAutomation/Automation/PendingTake.h"
 
 #include <deque>
+#include <span>
 
 namespace tessik {
 
