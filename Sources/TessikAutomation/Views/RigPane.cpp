@@ -113,7 +113,7 @@ public:
         canvas.painter.fillRect(line.adjusted(0, edge, 0, -edge), canvas.look.tints.ledAmber);
     }
     QRect movingRect(const QRect& rect, const ControlValue& value) const override { return lineRect(rect, value); }
-    QAccessible::Role role() const override { return QAccessible::Indicator; }
+    QAccessible::Role role() const override { return QAccessible::StatusBar; }
     QString valueText(const ControlValue& value) const override { return _travel.valueText(value); }
 
 private:

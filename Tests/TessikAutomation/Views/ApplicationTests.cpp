@@ -2,7 +2,9 @@
 #include "TessikAutomation/Session/SessionReader.h"
 #include "TessikAutomation/Views/ApplicationFixture.h"
 #include "TessikAutomation/Views/Controls/PanelButton.h"
+#include "TessikAutomation/Views/Controls/Popover.h"
 #include "TessikAutomation/Views/EndSignals.h"
+#include "TessikAutomation/Views/RigPane.h"
 #include "TessikAutomation/Views/Window/HeaderTitle.h"
 
 #include <QAbstractButton>
@@ -165,6 +167,42 @@ TEST(EndSignals, AreToldOnTheMainThreadOnce) {
         QCoreApplication::processEvents();
         EXPECT_EQ(told, std::vector{signal});
         EXPECT_EXIT(std::raise(signal), testing::KilledBySignal(signal), "") << "nobody waits for a program that hangs";
+    }
+}
+
+/// What a screen reader on Linux cannot tell, or would read as nothing, in an object and all below it.
+QStringList unspoken(QAccessibleInterface* object, const QString& path = {}) {
+    static const QSet<QAccessible::Role> told{
+        QAccessible::Window,      QAccessible::Client,    QAccessible::StaticText,   QAccessible::PushButton,
+        QAccessible::CheckBox,    QAccessible::StatusBar, QAccessible::Graphic,      QAccessible::Grouping,
+        QAccessible::Dial,        QAccessible::Slider,    QAccessible::EditableText, QAccessible::ScrollBar,
+        QAccessible::RadioButton, QAccessible::MenuBar,   QAccessible::MenuItem,     QAccessible::PopupMenu,
+        QAccessible::Separator,   QAccessible::Pane,      QAccessible::LayeredPane,  QAccessible::Border};
+    static const QSet<QAccessible::Role> named{
+        QAccessible::PushButton, QAccessible::CheckBox,     QAccessible::StatusBar,  QAccessible::Dial,
+        QAccessible::Slider,     QAccessible::EditableText, QAccessible::RadioButton};
+    const QString name = object->text(QAccessible::Name);
+    const QString here = path + QLatin1Char('/') + name;
+    QStringList found;
+    if (!told.contains(object->role())) found << here + QStringLiteral(": role %1").arg(object->role());
+    if (named.contains(object->role()) && name.isEmpty() && !object->state().invisible)
+        found << here + QStringLiteral(": no name");
+    for (int i = 0; i < object->childCount(); ++i)
+        if (QAccessibleInterface* child = object->child(i)) found << unspoken(child, here);
+    return found;
+}
+
+TEST_F(ApplicationTest, AScreenReaderHearsOfEverythingByNameAndRole) {
+    SimulatedConsole desk(service);
+    const std::unique_ptr<RigPane> pane(new RigPane(desk, application.window));
+    activate(application.window);
+    const auto popovers = application.window.findChildren<Popover*>();
+    EXPECT_GE(popovers.size(), 3);
+    for (Popover* popover : popovers) {
+        popover->open();
+        EXPECT_EQ(unspoken(QAccessible::queryAccessibleInterface(&application.window)), QStringList());
+        EXPECT_NE(QAccessible::queryAccessibleInterface(popover)->text(QAccessible::Name), QString());
+        popover->close();
     }
 }
 
