@@ -189,11 +189,10 @@ const Benchmark identity("record_play_identity", [](const Report& report) {
     constexpr std::int64_t start = 25 * 60;
     test::AutomationRig rig;
     std::vector<Arrival> recorded, arrivals;
-    const auto told = rig.input.onControlChange;
-    rig.input.onControlChange = [&](Uptime stamp, int cc, int value) {
-        recorded.push_back({stamp, cc, value});
-        return told(stamp, cc, value);
-    };
+    const auto listener = rig.model.changed.connect([&](const ConsoleChange& change) {
+        if (change.origin == ChangeOrigin::desk || change.origin == ChangeOrigin::dump)
+            recorded.push_back({change.stamp, change.cc, change.value});
+    });
     // The worst distance in frames between what an event says and where the tape was.
     const auto worstFrame = [&](const AutomationPass& pass, const Comparison& moves) {
         double worst = 0;

@@ -1,6 +1,6 @@
 // What a Control Change costs on its way in, and whether the desk ends on what was asked of it.
 #include "Bench.h"
-#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+#include "TessikAutomation/Desk/MIDIOutputManager.h"
 #include "TessikKit/MIDI/MIDIManager.h"
 #include "TessikKit/MIDI/MIDIWords.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"

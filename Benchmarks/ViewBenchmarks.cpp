@@ -25,17 +25,15 @@ using bench::Report;
 
 struct Desk {
     VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
-    ConsoleModel model;
-    MIDIManager manager{service, model, QStringLiteral("TessikAutomation Console")};
-    MIDIOutputManager output{service};
-    DeskEditor editor{model, output};
+    DeskLink link{service, QStringLiteral("TessikAutomation Console")};
+    ConsoleModel& model = link.model;
     ManualSettingsStore manualSettings;
     ChannelLabelStore labels;
     MasterSectionStore master;
     MTCClock mtcClock{service, QStringLiteral("TessikAutomation Timecode")};
     TransportManager transport{service};
     ThemeStore theme;
-    MainWindow window{{theme, model, manager, output, editor, mtcClock, transport, manualSettings, labels, master}};
+    MainWindow window{{theme, link, mtcClock, transport, manualSettings, labels, master}};
 
     explicit Desk(QSize size) {
         window.resize(size);
@@ -167,10 +165,10 @@ const Benchmark listOpen("list_open_ms", [](const Report& report) {
     QWidget& over = *desk.window.centralWidget();
     SymbolButton button(SymbolButton::Face::plate, QStringLiteral("passes"), {}, desk.window.drawing(), &over);
     SnapshotStore snapshots;
-    SnapshotRecall recall(desk.model, desk.manualSettings, desk.output);
+    SnapshotRecall recall(desk.model, desk.manualSettings, desk.link.output);
     SnapshotsPopover snapshotList(snapshots, recall, history, button, desk.window.drawing(), &over);
     PassStore passes;
-    PassEngine engine(desk.model, desk.mtcClock, desk.output, snapshots);
+    PassEngine engine(desk.model, desk.mtcClock, desk.link.output, snapshots);
     PassesPopover passList(engine, passes, history, button, desk.window.drawing(), &over);
     const auto measure = [&](const char* name, double goal, Popover& list, const std::function<void()>& fill) {
         report({name,
@@ -204,7 +202,7 @@ const Benchmark laneDraw("lane_draw_ms", [](const Report& report) {
     Desk desk({1600, 900});
     SnapshotStore snapshots;
     PassStore passes;
-    PassEngine engine(desk.model, desk.mtcClock, desk.output, snapshots);
+    PassEngine engine(desk.model, desk.mtcClock, desk.link.output, snapshots);
     AutomationPass pass{.id = QUuid::createUuid(), .name = QStringLiteral("Million"), .createdAt = currentSecond()};
     std::minstd_rand random(1);
     for (int i = 0; i < 1'000'000; ++i) {

@@ -2,8 +2,8 @@
 // own.
 #include "FarClient.h"
 #include "TessikAutomation/Automation/PassEngine.h"
+#include "TessikAutomation/Desk/DeskLink.h"
 #include "TessikAutomation/MIDI/TransportManager.h"
-#include "TessikKit/MIDI/MIDIManager.h"
 
 namespace tessik {
 namespace {
@@ -23,9 +23,6 @@ struct RigTest : ALSATest {
     void SetUp() override {
         ALSATest::SetUp();
         output.setupClient();
-        manager.onControlChange = [this](Uptime stamp, int cc, int value) {
-            return output.noteReceived(stamp, cc, value);
-        };
         const QString desk = QStringLiteral("Rig Console");
         const QString recorder = QStringLiteral("Rig Recorder");
         ASSERT_TRUE(eventually([&] {
@@ -52,9 +49,10 @@ struct RigTest : ALSATest {
     }
 
     RigProcess rig;
-    ConsoleModel model;
-    MIDIManager manager{service, model, QStringLiteral("Tessik Test")};
-    MIDIOutputManager output{service};
+    DeskLink link{service, QStringLiteral("Tessik Test")};
+    ConsoleModel& model = link.model;
+    MIDIManager& manager = link.input;
+    MIDIOutputManager& output = link.output;
     MTCClock clock{service, QStringLiteral("Tessik Test Timecode")};
     TransportManager transport{service};
 };

@@ -1,9 +1,8 @@
 // The way in, from the sequencer's events and from raw words to the model and the believed desk: whatever arrives is
 // survived, nothing is kept beyond its bounds, and what is counted is what came.
-#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+#include "TessikAutomation/Desk/DeskLink.h"
 #include "TessikKit/MIDI/ALSA/EventDecoder.h"
 #include "TessikKit/MIDI/ALSA/EventEncoder.h"
-#include "TessikKit/MIDI/MIDIManager.h"
 #include "TessikKit/MIDI/MIDIWords.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
 
@@ -36,10 +35,6 @@ public:
         _output.setupClient();
         _output.refreshDestinations();
         _output.selectDestination(_output.port.availableDestinations.value().at(0).uniqueID);
-        _manager.onControlChange = [this](Uptime stamp, int cc, int value) {
-            return _output.noteReceived(stamp, cc, value);
-        };
-        _manager.connection.setDataLostHandler([this] { _output.assertAgain(); });
         _manager.connection.refreshSources();
         _manager.connection.selectSource(_manager.connection.availableSources.value().at(0).uniqueID);
     }
@@ -74,9 +69,10 @@ public:
 
 private:
     VirtualMIDIService _service{VirtualMIDIService::Delivery::synchronous};
-    ConsoleModel _model;
-    MIDIManager _manager{_service, _model, QStringLiteral("Fuzz")};
-    MIDIOutputManager _output{_service};
+    DeskLink _link{_service, QStringLiteral("Fuzz")};
+    ConsoleModel& _model = _link.model;
+    MIDIManager& _manager = _link.input;
+    MIDIOutputManager& _output = _link.output;
     MIDIEndpointRef _source = 0;
     std::int64_t _lists = 0;
     std::int64_t _bytes = 0;

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "TessikAutomation/Automation/PassEngine.h"
-#include "TessikAutomation/MIDI/DeskEditor.h"
+#include "TessikAutomation/Desk/DeskLink.h"
 #include "TessikAutomation/Snapshots/SnapshotRecall.h"
-#include "TessikKit/MIDI/MIDIManager.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"
 #include "TessikRig/SimulatedConsole.h"
 #include "TessikRig/SimulatedRecorder.h"
@@ -16,10 +15,6 @@ namespace tessik::test {
 struct AutomationRig {
     explicit AutomationRig(const RecorderSettings& settings = {})
         : tape(service, settings, SimulatedRecorder::Drive::manual, uptime) {
-        input.onControlChange = [this](Uptime stamp, int cc, int value) {
-            return output.noteReceived(stamp, cc, value);
-        };
-        input.connection.setDataLostHandler([this] { output.assertAgain(); });
         input.connection.selectSource(idOf(service.sources(), SimulatedConsole::portName()));
         clock.connection.selectSource(idOf(service.sources(), SimulatedRecorder::portName));
         output.setupClient();
@@ -75,15 +70,16 @@ struct AutomationRig {
     VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous, uptime};
     SimulatedConsole desk{service, uptime};
     SimulatedRecorder tape;
-    ConsoleModel model{uptime};
-    MIDIManager input{service, model, QStringLiteral("Test Console")};
+    DeskLink link{service, QStringLiteral("Test Console"), uptime};
+    ConsoleModel& model = link.model;
+    MIDIManager& input = link.input;
+    MIDIOutputManager& output = link.output;
+    DeskEditor& screen = link.editor;
     MTCClock clock{service, QStringLiteral("Test Timecode"), uptime};
-    MIDIOutputManager output{service, uptime};
     SnapshotStore snapshots;
     ManualSettingsStore manualSettings;
     SnapshotRecall recall{model, manualSettings, output};
     PassStore passes;
-    DeskEditor screen{model, output};
     WallClock wallClock = [this] {
         return QDateTime::fromSecsSinceEpoch(uptime.now() / std::chrono::seconds(1), Qt::UTC);
     };

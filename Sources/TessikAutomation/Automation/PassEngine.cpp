@@ -37,11 +37,11 @@ PassEngine::PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutpu
         return take && !isComparing.value() ? take : selectedPass.value();
     });
     _playedNotifier = playedPass.addNotifier([this] { followPlayedPass(); });
-    _consoleModel.onChange = [this](const ConsoleChange& change) {
+    _consoleListener = _consoleModel.changed.connect([this](const ConsoleChange& change) {
         _changes.push_back(change);
         if (_mode == AutomationMode::off) consumeChanges();
-    };
-    _consoleModel.onScreenZeroed = [this] { noteScreenZeroed(); };
+    });
+    _zeroListener = _consoleModel.screenZeroed.connect([this] { noteScreenZeroed(); });
     _mtcClock.onFullFrame = [this] { noteFullFrame(); };
 }
 
@@ -193,17 +193,17 @@ ControllerValues PassEngine::baselineLanes() const {
 
 void PassEngine::applyBaselineToConsole() {
     const ControllerValues baseline = baselineLanes();
-    const Uptime now = _uptime.now();
     for (ChannelState* channel : _consoleModel.allVisibleChannels()) {
-        const std::optional<int> fader = baseline[std::size_t(MIDIChannelMapping::faderCC(channel->kind))];
-        const std::optional<int> switches = baseline[std::size_t(MIDIChannelMapping::switchCC(channel->kind))];
+        const int faderCC = MIDIChannelMapping::faderCC(channel->kind);
+        const int switchCC = MIDIChannelMapping::switchCC(channel->kind);
+        const std::optional<int> fader = baseline[std::size_t(faderCC)];
+        const std::optional<int> switches = baseline[std::size_t(switchCC)];
         if (!fader || !switches) continue;
-        channel->setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(*switches)));
-        channel->lastUpdate = now;
+        _consoleModel.played(switchCC, *switches, nullEnabled.value());
         if (nullEnabled.value())
-            channel->nullTarget = *fader;
+            _consoleModel.setNullTarget(*channel, *fader);
         else
-            channel->faderValue = *fader;
+            _consoleModel.shown(faderCC, *fader);
     }
 }
 

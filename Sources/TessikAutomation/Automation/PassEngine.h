@@ -1,13 +1,13 @@
 #pragma once
 
 #include "TessikAutomation/Automation/AutomationMode.h"
-#include "TessikAutomation/Automation/DeskHands.h"
 #include "TessikAutomation/Automation/PassIndex.h"
 #include "TessikAutomation/Automation/PassStore.h"
 #include "TessikAutomation/Automation/PlaybackOutput.h"
 #include "TessikAutomation/Automation/TakeRecorder.h"
 #include "TessikAutomation/Automation/TapeFollower.h"
 #include "TessikAutomation/Automation/UpdateRides.h"
+#include "TessikAutomation/Desk/DeskHands.h"
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Snapshots/SnapshotStore.h"
 
@@ -21,7 +21,7 @@ namespace tessik {
 /// place where the user compares, and when no take waits.
 ///
 /// While a mode is armed it looks, tick by tick, at the tape and at what has changed on the console since, records and
-/// plays. It takes the `onChange` of the console model and the `onFullFrame` of the clock. Main thread only.
+/// plays. It takes the `onFullFrame` of the clock. Main thread only.
 class PassEngine {
 public:
     PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutputManager& midiOutputManager,
@@ -112,7 +112,7 @@ private:
 
     std::optional<TimecodePosition> position() const;
     void refreshNullTargets();
-    void showHand(ChannelState& channel);
+    void showHand(int faderCC);
     void showHands();
     void noteScreenZeroed();
     void clearNullTargets();
@@ -153,6 +153,8 @@ private:
     QPropertyNotifier _destinationNotifier;
     QPropertyNotifier _sizeNotifier;
     QPropertyNotifier _playedNotifier;
+    Signal<const ConsoleChange&>::Connection _consoleListener;
+    Signal<>::Connection _zeroListener;
 };
 
 } // namespace tessik

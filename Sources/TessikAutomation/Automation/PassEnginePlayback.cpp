@@ -25,7 +25,7 @@ void PassEngine::consumeChanges() {
     for (const int cc : std::exchange(_owed, {}))
         if (isPlaying()) _output.putBack(cc, output(cc));
     for (const int cc : std::exchange(_covered, {}))
-        showHand(*_output.visibleChannel(cc));
+        showHand(cc);
 }
 
 void PassEngine::consume(ConsoleChange change) {
@@ -207,14 +207,13 @@ void PassEngine::setNullEnabled(bool enabled) {
 }
 
 /// On screen, where it is known.
-void PassEngine::showHand(ChannelState& channel) {
-    if (const std::optional<int> hand = _hands.value(MIDIChannelMapping::faderCC(channel.kind)))
-        channel.faderValue = *hand;
+void PassEngine::showHand(int faderCC) {
+    if (const std::optional<int> hand = _hands.value(faderCC)) _consoleModel.shown(faderCC, *hand);
 }
 
 void PassEngine::showHands() {
-    for (ChannelState* channel : _consoleModel.allVisibleChannels())
-        showHand(*channel);
+    for (const ChannelState* channel : _consoleModel.allVisibleChannels())
+        showHand(MIDIChannelMapping::faderCC(channel->kind));
 }
 
 /// It took the targets with it.
@@ -226,7 +225,7 @@ void PassEngine::noteScreenZeroed() {
 
 void PassEngine::clearNullTargets() {
     for (ChannelState* channel : _consoleModel.allVisibleChannels())
-        channel->nullTarget = std::nullopt;
+        _consoleModel.setNullTarget(*channel, std::nullopt);
 }
 
 /// Where the tape is, as a label: by the lock while it rolls, else as the clock says.
@@ -254,7 +253,7 @@ void PassEngine::refreshNullTargets() {
         const std::optional<int> value = automation[std::size_t(cc)];
         if (!value) continue;
         const int target = plays ? output(cc) : *value;
-        channel->nullTarget = target;
+        _consoleModel.setNullTarget(*channel, target);
         const std::optional<int> hand = _hands.value(cc);
         if (hand && ChannelState::nullMatch(*hand, target) == ChannelState::NullMatch::matched)
             _hasMet.set(std::size_t(cc));

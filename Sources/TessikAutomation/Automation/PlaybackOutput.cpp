@@ -12,9 +12,7 @@ constexpr Uptime echoWindow = 25ms;
 } // namespace
 
 ChannelState* PlaybackOutput::visibleChannel(int cc) const {
-    auto kind = MIDIChannelMapping::channelKindForFaderCC(cc);
-    if (!kind) kind = MIDIChannelMapping::channelKindForSwitchCC(cc);
-    ChannelState* channel = kind ? _consoleModel.channelState(*kind) : nullptr;
+    ChannelState* channel = _consoleModel.channelOf(cc);
     return channel && _consoleModel.isVisible(*channel) ? channel : nullptr;
 }
 
@@ -55,24 +53,15 @@ void PlaybackOutput::assertState(const ControllerValues& values) {
 }
 
 void PlaybackOutput::show(int cc, int value) {
-    ChannelState* channel = visibleChannel(cc);
-    if (!channel) return;
-    channel->lastUpdate = _clock.now();
-    if (cc >= MIDIChannelMapping::switchCCOffset) {
-        channel->setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(value)));
-    } else if (_isScreenHeld) {
-        channel->nullTarget = value;
-    } else {
-        channel->faderValue = value;
-        channel->nullTarget = std::nullopt; // what a dump or a recall left
-    }
+    if (visibleChannel(cc)) _consoleModel.played(cc, value, _isScreenHeld);
 }
 
 void PlaybackOutput::releaseScreen() {
     if (!std::exchange(_isScreenHeld, false)) return;
-    for (ChannelState* channel : _consoleModel.allVisibleChannels())
-        if (const std::optional<int> last = _last[std::size_t(MIDIChannelMapping::faderCC(channel->kind))])
-            channel->faderValue = *last;
+    for (const ChannelState* channel : _consoleModel.allVisibleChannels()) {
+        const int cc = MIDIChannelMapping::faderCC(channel->kind);
+        if (const std::optional<int> last = _last[std::size_t(cc)]) _consoleModel.shown(cc, *last);
+    }
 }
 
 } // namespace tessik

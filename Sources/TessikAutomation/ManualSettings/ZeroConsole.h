@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+#include "TessikAutomation/Desk/MIDIOutputManager.h"
 #include "TessikAutomation/ManualSettings/ChannelLabelStore.h"
 #include "TessikAutomation/ManualSettings/ManualSettingsStore.h"
 #include "TessikAutomation/ManualSettings/MasterSectionStore.h"

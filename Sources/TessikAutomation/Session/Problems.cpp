@@ -119,18 +119,18 @@ ProblemWatch::ProblemWatch(const Objects& objects) : _objects(objects) {
         watch(cable.refusal);
         watch(cable.isCut);
     };
-    for (MIDIInputConnection* input : {&objects.midiManager.connection, &objects.mtcClock.connection}) {
+    for (MIDIInputConnection* input : {&objects.desk.input.connection, &objects.mtcClock.connection}) {
         watch(input->availableSources);
         watch(input->connectedSourceID);
         watchCable(input->cable);
     }
-    for (MIDIDestinationPort* output : {&objects.midiOutput.port, &objects.transport.port}) {
+    for (MIDIDestinationPort* output : {&objects.desk.output.port, &objects.transport.port}) {
         watch(output->availableDestinations);
         watch(output->connectedDestinationID);
         watch(output->refusal);
         watchCable(output->cable);
     }
-    watch(objects.midiOutput.isLoop);
+    watch(objects.desk.output.isLoop);
     watch(objects.passEngine.hasFrameRateMismatch);
     watch(objects.passEngine.playedPass);
     watch(objects.session.leftOut);
@@ -138,7 +138,7 @@ ProblemWatch::ProblemWatch(const Objects& objects) : _objects(objects) {
     watch(SavedSettings::lastWrite());
     watch(noMIDI);
     // What was lost is made good by a desk that tells everything, or by another desk.
-    MIDIInputConnection& desk = objects.midiManager.connection;
+    MIDIInputConnection& desk = objects.desk.input.connection;
     const auto setInputLost = [this, &desk](bool isLost) {
         _isInputLost = isLost;
         if (!isLost) _overtakenBefore = desk.overtakenCount.value();
@@ -147,8 +147,8 @@ ProblemWatch::ProblemWatch(const Objects& objects) : _objects(objects) {
     watch(desk.overtakenCount);
     _observers.push_back(desk.dataLostCount.addNotifier([setInputLost] { setInputLost(true); }));
     _observers.push_back(desk.connectedSourceID.addNotifier([setInputLost] { setInputLost(false); }));
-    _observers.push_back(objects.consoleModel.isReceivingStateDump.addNotifier([this, setInputLost] {
-        if (_objects.consoleModel.isReceivingStateDump.value()) setInputLost(false);
+    _observers.push_back(objects.desk.model.isReceivingStateDump.addNotifier([this, setInputLost] {
+        if (_objects.desk.model.isReceivingStateDump.value()) setInputLost(false);
     }));
     lookSoon();
 }
@@ -166,9 +166,9 @@ void ProblemWatch::lookSoon() {
 
 ProblemState ProblemWatch::state() const {
     using namespace SavedSettings;
-    MIDIInputConnection& input = _objects.midiManager.connection;
+    MIDIInputConnection& input = _objects.desk.input.connection;
     MIDIInputConnection& timecode = _objects.mtcClock.connection;
-    MIDIDestinationPort& output = _objects.midiOutput.port;
+    MIDIDestinationPort& output = _objects.desk.output.port;
     MIDIDestinationPort& transport = _objects.transport.port;
     ProblemState state{
         .noMIDI = noMIDI.value(),
@@ -179,7 +179,7 @@ ProblemState ProblemWatch::state() const {
                             timecode.cable),
                   portState(QStringLiteral("Send To"), destinationChoice(Key::transportDestinationID, transport),
                             transport.cable, &transport)},
-        .isLoop = _objects.midiOutput.isLoop.value(),
+        .isLoop = _objects.desk.output.isLoop.value(),
         .isInputLost = _isInputLost,
         .overtaken = input.overtakenCount.value() - _overtakenBefore,
         .mismatch = {},

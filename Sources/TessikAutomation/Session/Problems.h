@@ -1,9 +1,9 @@
 #pragma once
 
 #include "TessikAutomation/Automation/PassEngine.h"
+#include "TessikAutomation/Desk/DeskLink.h"
 #include "TessikAutomation/MIDI/TransportManager.h"
 #include "TessikAutomation/Session/SessionController.h"
-#include "TessikKit/MIDI/MIDIManager.h"
 
 namespace tessik {
 
@@ -52,9 +52,7 @@ class ProblemWatch {
 public:
     /// All outlive it.
     struct Objects {
-        ConsoleModel& consoleModel;
-        MIDIManager& midiManager;
-        MIDIOutputManager& midiOutput;
+        DeskLink& desk;
         MTCClock& mtcClock;
         TransportManager& transport;
         PassEngine& passEngine;

@@ -41,7 +41,7 @@ void SnapshotRecall::putBack(const Former& former) {
     }
     recallChannels(states);
     for (const Former::Channel& each : former.channels)
-        if (each.state) each.channel->nullTarget = each.nullTarget;
+        if (each.state) _consoleModel.setNullTarget(*each.channel, each.nullTarget);
 }
 
 /// Screen and desk may differ, under NULL for one: it is the desk that is heard.
@@ -64,10 +64,9 @@ void SnapshotRecall::recallChannels(const QList<ChannelSnapshot>& channels) {
     for (const ChannelSnapshot& entry : channels) {
         ChannelState* channel = _consoleModel.channelState(entry.kind);
         if (!channel || !_consoleModel.isVisible(*channel)) continue;
-        channel->nullTarget = entry.faderPosition();
-        _consoleModel.apply(MIDIChannelMapping::faderCC(entry.kind), entry.faderPosition(), ChangeOrigin::recall);
-        _consoleModel.apply(MIDIChannelMapping::switchCC(entry.kind),
-                            MIDIChannelMapping::encodeSwitchByte(entry.switches()), ChangeOrigin::recall);
+        _consoleModel.recalled(MIDIChannelMapping::faderCC(entry.kind), entry.faderPosition());
+        _consoleModel.recalled(MIDIChannelMapping::switchCC(entry.kind),
+                               MIDIChannelMapping::encodeSwitchByte(entry.switches()));
         asserted.push_back({.kind = entry.kind, .faderValue = entry.faderPosition(), .switches = entry.switches()});
     }
     _output.assertState(asserted);

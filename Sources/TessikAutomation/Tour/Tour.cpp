@@ -104,18 +104,18 @@ void Tour::compareDesk() {
     const bool quiet = _guide.waitFor([&] {
         _rig.service.waitUntilDelivered();
         QCoreApplication::processEvents();
-        timesAtRest = _app.midiOutput.isBusy() || !_rig.desk.isQuiet() ? 0 : timesAtRest + 1;
+        timesAtRest = _app.desk.output.isBusy() || !_rig.desk.isQuiet() ? 0 : timesAtRest + 1;
         return timesAtRest == 3;
     });
     _guide.check(quiet, QStringLiteral("the cables are quiet"));
     QStringList differences;
     for (const ChannelKind kind : _rig.desk.channels()) {
-        const ChannelState& channel = *_app.consoleModel.channelState(kind);
+        const ChannelState& channel = *_app.desk.model.channelState(kind);
         const int vca = _rig.desk.vca(kind);
         if (vca != channel.faderValue.value())
             differences
                 << QStringLiteral("%1: VCA %2, screen %3").arg(kind.id()).arg(vca).arg(channel.faderValue.value());
-        if (_app.midiOutput.believedValue(MIDIChannelMapping::faderCC(kind)).value_or(vca) != vca)
+        if (_app.desk.output.believedValue(MIDIChannelMapping::faderCC(kind)).value_or(vca) != vca)
             differences << QStringLiteral("%1: VCA %2 is not what is believed").arg(kind.id()).arg(vca);
         if (_rig.desk.switches(kind) != channel.switches())
             differences << QStringLiteral("%1: switches differ").arg(kind.id());

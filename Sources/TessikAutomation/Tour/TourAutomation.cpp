@@ -342,7 +342,7 @@ void Tour::nullParked() {
         QStringList wrong;
         int led = 0;
         for (const ChannelKind kind : _rig.desk.channels()) {
-            const ChannelState& channel = *_app.consoleModel.channelState(kind);
+            const ChannelState& channel = *_app.desk.model.channelState(kind);
             const int target = automation.at(MIDIChannelMapping::faderCC(kind));
             const bool isRidden =
                 std::any_of(std::begin(rides), std::end(rides), [&](const Ride& ride) { return ride.kind == kind; });

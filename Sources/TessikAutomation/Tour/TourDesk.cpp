@@ -13,23 +13,23 @@ namespace tessik {
 
 void Tour::connect() {
     _guide.beginStep(QStringLiteral("Connect the desk"));
-    _guide.check(_app.midiOutput.port.statusText.value() == QLatin1String("Not connected"),
+    _guide.check(_app.desk.output.port.statusText.value() == QLatin1String("Not connected"),
                  QStringLiteral("nothing is connected at first"));
     _app.connectToRig();
-    _guide.check(_app.midiManager.connection.statusText.value() == QLatin1String("Connected: Rig Console"),
-                 QStringLiteral("MIDI In: ") + _app.midiManager.connection.statusText.value());
-    _guide.check(_app.midiOutput.port.statusText.value() == QLatin1String("Output: Rig Console"),
-                 QStringLiteral("MIDI Out: ") + _app.midiOutput.port.statusText.value());
+    _guide.check(_app.desk.input.connection.statusText.value() == QLatin1String("Connected: Rig Console"),
+                 QStringLiteral("MIDI In: ") + _app.desk.input.connection.statusText.value());
+    _guide.check(_app.desk.output.port.statusText.value() == QLatin1String("Output: Rig Console"),
+                 QStringLiteral("MIDI Out: ") + _app.desk.output.port.statusText.value());
 }
 
 void Tour::hearScene() {
     _guide.beginStep(QStringLiteral("Recall a scene on the desk, so that it tells what it holds"));
     _rig.desk.recallScene(0);
-    _guide.check(_guide.waitFor([this] { return _app.consoleModel.messageCount.value() == 2 * channelCount; }),
+    _guide.check(_guide.waitFor([this] { return _app.desk.model.messageCount.value() == 2 * channelCount; }),
                  QStringLiteral("all %1 messages of the scene arrived").arg(2 * channelCount));
     compareDesk();
     int matched = 0;
-    for (const ChannelState* channel : _app.consoleModel.allVisibleChannels())
+    for (const ChannelState* channel : _app.desk.model.allVisibleChannels())
         matched += channel->nullMatch() == ChannelState::NullMatch::matched;
     _guide.check(matched == channelCount, QStringLiteral("%1 of %2 channels matched").arg(matched).arg(channelCount));
     _guide.picture(_app.window, QStringLiteral("scene"));
@@ -53,7 +53,7 @@ void Tour::handMoves() {
     move(7, -18);
     compareDesk();
     const auto match = [this](int input) {
-        return _app.consoleModel.channelState(ChannelKind::input(input))->nullMatch();
+        return _app.desk.model.channelState(ChannelKind::input(input))->nullMatch();
     };
     _guide.check(match(2) == ChannelState::NullMatch::needsUp, QStringLiteral("channel 2 must go up"));
     _guide.check(match(4) == ChannelState::NullMatch::needsDown, QStringLiteral("channel 4 must go down"));
@@ -147,7 +147,7 @@ void Tour::writeDown() {
     _guide.check(_app.window.history().count() == channelCount, QStringLiteral("each label can be taken back"));
 
     std::mt19937 random(11);
-    for (const ChannelState* channel : _app.consoleModel.allVisibleChannels()) {
+    for (const ChannelState* channel : _app.desk.model.allVisibleChannels()) {
         ManualChannelSettings settings;
         turnKnobs(settings, ManualControls::channel(), random);
         settings.lineSource = settings.pad = settings.solo = settings.manualMute = settings.bypass = false;
@@ -177,18 +177,18 @@ void Tour::loseTheCable() {
     const QString port = SimulatedConsole::portName();
     _rig.service.unplug(port);
     _guide.check(_guide.waitFor([this] {
-        return _app.midiOutput.port.statusText.value() == QStringLiteral("Output: reconnecting…") &&
-               _app.midiManager.connection.statusText.value() == QStringLiteral("Source reconnecting…");
+        return _app.desk.output.port.statusText.value() == QStringLiteral("Output: reconnecting…") &&
+               _app.desk.input.connection.statusText.value() == QStringLiteral("Source reconnecting…");
     }),
                  QStringLiteral("both ports say that they are reconnecting"));
     dragFader(ChannelKind::group(1), 100, 60);
-    _guide.check(_rig.desk.vca(ChannelKind::group(1)) != _app.consoleModel.groups()[0]->faderValue.value(),
+    _guide.check(_rig.desk.vca(ChannelKind::group(1)) != _app.desk.model.groups()[0]->faderValue.value(),
                  QStringLiteral("the desk cannot follow now"));
     _guide.picture(_app.window, QStringLiteral("cable-out"));
     _rig.service.plug(port);
     _guide.check(_guide.waitFor([this] {
-        return _app.midiOutput.port.statusText.value() == QStringLiteral("Output: Rig Console") &&
-               _app.midiManager.connection.statusText.value() == QStringLiteral("Connected: Rig Console");
+        return _app.desk.output.port.statusText.value() == QStringLiteral("Output: Rig Console") &&
+               _app.desk.input.connection.statusText.value() == QStringLiteral("Connected: Rig Console");
     }),
                  QStringLiteral("both ports are found again"));
     compareDesk();
@@ -203,9 +203,9 @@ void Tour::settings() {
     if (!sheet) return;
     _guide.picture(*sheet, QStringLiteral("settings"));
     sheet->close();
-    _app.consoleModel.modelSize = ConsoleModel::ModelSize::ch24;
+    _app.desk.model.modelSize = ConsoleModel::ModelSize::ch24;
     _guide.picture(_app.window, QStringLiteral("24-channel"));
-    _app.consoleModel.modelSize = ConsoleModel::ModelSize::ch32;
+    _app.desk.model.modelSize = ConsoleModel::ModelSize::ch32;
 }
 
 void Tour::appearances() {

@@ -56,8 +56,8 @@ void Tour::problems() {
     SymbolButton& key = _app.window.problemsKey();
     _guide.check(key.isHidden(), QStringLiteral("nothing is wrong, so nothing is said"));
     const auto drag = [this] {
-        ChannelState& in1 = *_app.consoleModel.inputs().front();
-        _app.deskEditor.setFader(in1, (in1.faderValue.value() + 1) % 100);
+        ChannelState& in1 = *_app.desk.model.inputs().front();
+        _app.desk.editor.setFader(in1, (in1.faderValue.value() + 1) % 100);
     };
     _rig.desk.setEchoing(true);
     _guide.check(_guide.waitFor([&] {
@@ -69,7 +69,7 @@ void Tour::problems() {
     drag();
     _guide.check(_guide.waitFor([&key] { return key.isHidden(); }), QStringLiteral("an echo failed to come"));
     const QString port = SimulatedConsole::portName();
-    MIDIInputConnection& input = _app.midiManager.connection;
+    MIDIInputConnection& input = _app.desk.input.connection;
     _rig.service.cut(port);
     _guide.check(_guide.waitFor([&] { return input.dataLostCount.value() > 0 && key.isVisible(); }),
                  QStringLiteral("what another program disconnected is put back once"));
@@ -78,7 +78,7 @@ void Tour::problems() {
                  QStringLiteral("and then both ports say so, and that messages were lost"));
     inBothThemes([this](const QString& theme) { _guide.picture(_app.window, QStringLiteral("cut-") + theme); });
     _rig.service.unplug(port);
-    _app.midiManager.connection.dataLostCount = _app.midiManager.connection.dataLostCount.value() + 1;
+    _app.desk.input.connection.dataLostCount = _app.desk.input.connection.dataLostCount.value() + 1;
     _guide.check(_guide.waitFor([&key] { return key.isVisible() && key.accessibleName().startsWith(u'3'); }),
                  QStringLiteral("both ports are missing and messages were lost: %1").arg(key.accessibleName()));
     key.click();

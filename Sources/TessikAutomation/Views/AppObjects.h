@@ -1,12 +1,11 @@
 #pragma once
 
-#include "TessikAutomation/MIDI/DeskEditor.h"
+#include "TessikAutomation/Desk/DeskLink.h"
 #include "TessikAutomation/MIDI/TransportManager.h"
 #include "TessikAutomation/ManualSettings/ChannelLabelStore.h"
 #include "TessikAutomation/ManualSettings/ManualSettingsStore.h"
 #include "TessikAutomation/ManualSettings/MasterSectionStore.h"
 #include "TessikAutomation/Views/Theme/ThemeStore.h"
-#include "TessikKit/MIDI/MIDIManager.h"
 #include "TessikKit/MIDI/MTCClock.h"
 
 namespace tessik {
@@ -14,10 +13,7 @@ namespace tessik {
 /// The shared objects that the main window works on. All outlive it.
 struct AppObjects {
     ThemeStore& theme;
-    ConsoleModel& consoleModel;
-    MIDIManager& midiManager;
-    MIDIOutputManager& midiOutput;
-    DeskEditor& deskEditor;
+    DeskLink& desk;
     MTCClock& mtcClock;
     TransportManager& transport;
     ManualSettingsStore& manualSettings;

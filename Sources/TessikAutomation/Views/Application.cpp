@@ -1,6 +1,6 @@
 #include "TessikAutomation/Views/Application.h"
 
-#include "TessikAutomation/MIDI/StartupRestore.h"
+#include "TessikAutomation/Desk/StartupRestore.h"
 #include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Views/Automation/AutomationPanelView.h"
 #include "TessikAutomation/Views/Automation/PassLanesView.h"
@@ -83,28 +83,20 @@ private:
 };
 
 Application::Application(MIDIService& service, const QString& recoveryRoot)
-    : midiOutput(service),
+    : desk(service, QStringLiteral("TessikAutomation")),
       mtcClock(service, QStringLiteral("TessikAutomation Timecode")),
-      passEngine(consoleModel, mtcClock, midiOutput, snapshots),
+      passEngine(desk.model, mtcClock, desk.output, snapshots),
       transport(service),
-      midiManager(service, consoleModel, QStringLiteral("TessikAutomation")),
-      deskEditor(consoleModel, midiOutput),
-      snapshotRecall(consoleModel, manualSettings, midiOutput),
-      window({theme, consoleModel, midiManager, midiOutput, deskEditor, mtcClock, transport, manualSettings,
-              channelLabels, masterSection}),
+      snapshotRecall(desk.model, manualSettings, desk.output),
+      window({theme, desk, mtcClock, transport, manualSettings, channelLabels, masterSection}),
       dialogs(window),
       session({snapshots, passes, manualSettings, channelLabels, masterSection, locators}, dialogs, recoveryRoot),
-      problems({consoleModel, midiManager, midiOutput, mtcClock, transport, passEngine, session}),
-      _passFiles(passes, passEngine, window.history(), midiOutput, mtcClock, dialogs) {
-    midiOutput.setupClient();
-    midiOutput.refreshDestinations();
-    if (const auto rate = SavedSettings::midiOutMessagesPerSecond()) midiOutput.setMessagesPerSecond(*rate);
-    restoreModelSize(consoleModel);
-
-    midiManager.onControlChange = [this](Uptime stamp, int cc, int value) {
-        return midiOutput.noteReceived(stamp, cc, value);
-    };
-    midiManager.connection.setDataLostHandler([this] { midiOutput.assertAgain(); });
+      problems({desk, mtcClock, transport, passEngine, session}),
+      _passFiles(passes, passEngine, window.history(), desk.output, mtcClock, dialogs) {
+    desk.output.setupClient();
+    desk.output.refreshDestinations();
+    if (const auto rate = SavedSettings::midiOutMessagesPerSecond()) desk.output.setMessagesPerSecond(*rate);
+    restoreModelSize(desk.model);
 
     passEngine.onTakeSuperseded = [this](const AutomationPass& take) { passes.save(take); };
     session.pendingTake = [this] { return passEngine.pendingTake(); };
@@ -175,10 +167,10 @@ void Application::buildMenus() {
 }
 
 void Application::buildAutomation() {
-    auto* panel = new AutomationPanelView(passEngine, consoleModel, mtcClock, window.drawing());
+    auto* panel = new AutomationPanelView(passEngine, desk.model, mtcClock, window.drawing());
     window.setAutomationPanel(panel);
     panel->bindKeys(window.keys);
-    auto* zero = new ZeroConsoleMenu({consoleModel, midiOutput, manualSettings, channelLabels, masterSection},
+    auto* zero = new ZeroConsoleMenu({desk.model, desk.output, manualSettings, channelLabels, masterSection},
                                      window.history(), &window);
     setHelpContext(*zero, HelpContext::zeroConsole);
     PanelButton& zeroKey = panel->addKey(QStringLiteral("ZERO"), QStringLiteral("zero"));
@@ -266,7 +258,7 @@ void Application::leave(int status) {
 }
 
 void Application::restorePorts() {
-    restoreMIDIConnections(midiManager.connection, midiOutput, mtcClock.connection, transport);
+    restoreMIDIConnections(desk.input.connection, desk.output, mtcClock.connection, transport);
 }
 
 void Application::connectToRig() {
@@ -276,8 +268,8 @@ void Application::connectToRig() {
     const auto destination = [](MIDIDestinationPort& port, const QString& name) {
         port.selectDestination(portNamed(port.availableDestinations.value(), name));
     };
-    source(midiManager.connection, SimulatedConsole::portName());
-    destination(midiOutput.port, SimulatedConsole::portName());
+    source(desk.input.connection, SimulatedConsole::portName());
+    destination(desk.output.port, SimulatedConsole::portName());
     source(mtcClock.connection, SimulatedRecorder::portName);
     destination(transport.port, SimulatedRecorder::portName);
 }

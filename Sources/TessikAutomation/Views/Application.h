@@ -30,8 +30,7 @@ public:
     ~Application();
 
     ThemeStore theme;
-    ConsoleModel consoleModel;
-    MIDIOutputManager midiOutput;
+    DeskLink desk;
     MTCClock mtcClock;
     SnapshotStore snapshots;
     PassStore passes;
@@ -41,8 +40,6 @@ public:
     LocatorStore locators;
     PassEngine passEngine;
     TransportManager transport;
-    MIDIManager midiManager;
-    DeskEditor deskEditor;
     SnapshotRecall snapshotRecall;
     MainWindow window;
     WidgetSessionDialogs dialogs;

@@ -8,6 +8,14 @@ ChannelSwitches ChannelState::switches() const {
     return {monMuted.value(), auxMuted.value(), eqOn.value(), chanMuted.value()};
 }
 
+ChannelSwitches ChannelState::switchesWith(Switch which, bool on) const {
+    const auto state = [&](Switch each) { return each == which ? on : (this->*each).value(); };
+    return {.monMuted = state(&ChannelState::monMuted),
+            .auxMuted = state(&ChannelState::auxMuted),
+            .eqOn = state(&ChannelState::eqOn),
+            .chanMuted = state(&ChannelState::chanMuted)};
+}
+
 void ChannelState::setSwitches(ChannelSwitches switches) {
     monMuted = switches.monMuted;
     auxMuted = switches.auxMuted;

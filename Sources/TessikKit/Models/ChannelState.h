@@ -44,6 +44,9 @@ public:
     double normalizedFader() const { return faderValue.value() / 127.0; }
 
     ChannelSwitches switches() const;
+    using Switch = QProperty<bool> ChannelState::*;
+    /// The switches with one of them as told.
+    ChannelSwitches switchesWith(Switch which, bool on) const;
     /// Writes the switches in the order monitor, aux, EQ, channel; equal ones notify nobody.
     void setSwitches(ChannelSwitches switches);
 

@@ -1,7 +1,5 @@
 #include "TessikKit/Models/ConsoleModel.h"
 
-#include "TessikKit/Models/MIDIChannelMapping.h"
-
 namespace tessik {
 
 using namespace std::chrono_literals;
@@ -60,16 +58,20 @@ bool ConsoleModel::isVisible(const ChannelState& channel) const {
     return channel.kind.kind() != ChannelKind::Case::input || channel.kind.number() <= inputCount(modelSize.value());
 }
 
+ChannelState* ConsoleModel::channelOf(int cc) const {
+    auto kind = MIDIChannelMapping::channelKindForFaderCC(cc);
+    if (!kind) kind = MIDIChannelMapping::channelKindForSwitchCC(cc);
+    return kind ? channelState(*kind) : nullptr;
+}
+
 /// The channel written; null where the controller is none's.
 ChannelState* ConsoleModel::write(int cc, int value) {
-    ChannelState* channel = nullptr;
-    if (const auto faderKind = MIDIChannelMapping::channelKindForFaderCC(cc)) {
-        channel = channelState(*faderKind);
+    ChannelState* channel = channelOf(cc);
+    if (!channel) return nullptr;
+    if (cc < MIDIChannelMapping::switchCCOffset)
         channel->faderValue = value;
-    } else if (const auto switchKind = MIDIChannelMapping::channelKindForSwitchCC(cc)) {
-        channel = channelState(*switchKind);
+    else
         channel->setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(value)));
-    }
     return channel;
 }
 
@@ -86,16 +88,46 @@ void ConsoleModel::handle(Uptime stamp, int cc, int value) {
                       .arg(value);
     // The flag outlives its dump until the next fader message: a switch pressed later is a hand's.
     const bool isDump = isReceivingStateDump.value() && _clock.now() - lastFaderMessageAt.value() <= dumpWindow;
-    if (onChange) onChange({stamp, cc, value, isDump ? ChangeOrigin::dump : ChangeOrigin::desk});
+    changed({stamp, cc, value, isDump ? ChangeOrigin::dump : ChangeOrigin::desk});
 }
 
-void ConsoleModel::apply(int cc, int value, ChangeOrigin origin) {
+void ConsoleModel::edited(int cc, int value) {
+    if (write(cc, value)) tell(cc, value, ChangeOrigin::screen);
+}
+
+void ConsoleModel::recalled(int cc, int value) {
     ChannelState* channel = write(cc, value);
     if (!channel) return;
-    // A fader dragged on screen says nothing of the desk's other controls: the channel stays unheard.
-    if (origin != ChangeOrigin::screen) channel->lastUpdate = _clock.now();
-    if (onChange) onChange({_clock.now(), cc, value, origin});
+    if (cc < MIDIChannelMapping::switchCCOffset) channel->nullTarget = value;
+    channel->lastUpdate = _clock.now();
+    tell(cc, value, ChangeOrigin::recall);
 }
+
+ControllerValues ConsoleModel::zeroed(bool isSent) {
+    ControllerValues values;
+    for (ChannelState* channel : allVisibleChannels()) {
+        channel->nullTarget = std::nullopt;
+        channel->lastUpdate = _clock.now();
+        values[std::size_t(MIDIChannelMapping::faderCC(channel->kind))] = 0;
+        values[std::size_t(MIDIChannelMapping::switchCC(channel->kind))] = MIDIChannelMapping::encodeSwitchByte({});
+    }
+    for (std::size_t cc = 0; cc < values.size(); ++cc)
+        if (values[cc]) write(int(cc), *values[cc]);
+    if (!isSent) screenZeroed();
+    for (std::size_t cc = 0; isSent && cc < values.size(); ++cc)
+        if (values[cc]) tell(int(cc), *values[cc], ChangeOrigin::zero);
+    return values;
+}
+
+void ConsoleModel::played(int cc, int value, bool isHeld) {
+    const bool isFader = cc < MIDIChannelMapping::switchCCOffset;
+    ChannelState* channel = isFader && isHeld ? channelOf(cc) : write(cc, value);
+    if (!channel) return;
+    channel->lastUpdate = _clock.now();
+    if (isFader) channel->nullTarget = isHeld ? std::optional(value) : std::nullopt; // else what a dump or recall left
+}
+
+void ConsoleModel::setNullTarget(ChannelState& channel, std::optional<int> target) { channel.nullTarget = target; }
 
 void ConsoleModel::noteFaderMessage(ChannelState& channel, int value) {
     const Uptime now = _clock.now();

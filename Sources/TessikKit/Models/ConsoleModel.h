@@ -2,9 +2,10 @@
 
 #include "TessikKit/Models/ChannelState.h"
 #include "TessikKit/Models/ConsoleChange.h"
+#include "TessikKit/Models/MIDIChannelMapping.h"
+#include "TessikKit/Models/Signal.h"
 
 #include <deque>
-#include <functional>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -33,6 +34,8 @@ public:
     ChannelState& stereo() const { return *_channels.back(); }
     /// The channel of that identity, also where the console's size does not show it; null where none exists.
     ChannelState* channelState(ChannelKind kind) const;
+    /// The channel of a fader's or a switch byte's controller; null where it is none's.
+    ChannelState* channelOf(int cc) const;
     /// The inputs that the size shows.
     Channels visibleInputs() const;
     /// Visible inputs, groups, stereo: the order of everything that walks all channels.
@@ -42,15 +45,29 @@ public:
     QProperty<std::int64_t> messageCount{0}; ///< Control Changes handed over, understood or not
     QProperty<QString> lastMessage{QStringLiteral("No MIDI received yet")};
 
-    /// Applies one Control Change from the console: `cc` 0 to 127, `value` 0 to 127. In arrival order.
+    // ---- What happens to the console. `cc` and `value` are 0 to 127; a controller of no channel is ignored.
+
+    /// One Control Change came from the console. In arrival order.
     void handle(int cc, int value) { handle(_clock.now(), cc, value); }
     void handle(Uptime stamp, int cc, int value);
-    /// Writes what neither the console nor playback changes. Controllers of no channel are ignored.
-    void apply(int cc, int value, ChangeOrigin origin);
-    /// Called after each change made by `handle` and `apply`, also to an equal value.
-    std::function<void(const ConsoleChange&)> onChange;
-    /// Called after a Zero without send has changed the screen alone, NULL targets included.
-    std::function<void()> onScreenZeroed;
+    /// A hand moved a control on screen. That says nothing of the desk's other controls: the channel stays unheard.
+    void edited(int cc, int value);
+    /// A snapshot was recalled. A fader's value is its NULL target too.
+    void recalled(int cc, int value);
+    /// Every visible channel goes to zero: fader 0, switches off, no NULL target. Sent to the desk it is a change of
+    /// the console; otherwise the screen alone shows it. Returns the values.
+    ControllerValues zeroed(bool isSent);
+    /// Playback put a value on the desk, and the screen shows it: a fader as its NULL target while the faders on screen
+    /// are the hands' (`isHeld`).
+    void played(int cc, int value, bool isHeld);
+    /// The screen alone shows a value: a pass was chosen, or the faders on screen change hands.
+    void shown(int cc, int value) { write(cc, value); }
+    void setNullTarget(ChannelState& channel, std::optional<int> target);
+
+    /// After each change that the desk, the screen, a recall or a Zero made, also to an equal value.
+    Signal<const ConsoleChange&> changed;
+    /// After a Zero without send.
+    Signal<> screenZeroed;
 
     /// One fader message of the last half second.
     struct RecentFader {
@@ -66,6 +83,7 @@ public:
 
 private:
     ChannelState* write(int cc, int value);
+    void tell(int cc, int value, ChangeOrigin origin) { changed({_clock.now(), cc, value, origin}); }
     void noteFaderMessage(ChannelState& channel, int value);
     void forgetRecentFaders(Uptime before);
 

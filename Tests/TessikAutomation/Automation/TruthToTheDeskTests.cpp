@@ -33,7 +33,7 @@ public:
         for (const ChannelKind kind : desk.channels())
             for (const int cc : {MIDIChannelMapping::faderCC(kind), MIDIChannelMapping::switchCC(kind)})
                 _lanes.push_back(cc);
-        model.onChange = [this, told = model.onChange](const ConsoleChange& change) {
+        _consoleListener = model.changed.connect([this](const ConsoleChange& change) {
             Lane& lane = _lane[std::size_t(change.cc)];
             lane.isScreenAlone = false;
             if (change.origin == ChangeOrigin::dump) {
@@ -45,8 +45,7 @@ public:
                 lane.told = change.value;
             }
             if (change.origin == ChangeOrigin::dump) lane.isHeld = isUpdated(change.cc);
-            told(change);
-        };
+        });
         engine.onTakeSuperseded = [this](const AutomationPass& take) {
             checkTake(take);
             passes.save(take);
@@ -458,6 +457,7 @@ private:
     bool _tellsLocates = true; // the tape, by a full frame
     TakeCheck _takeCheck;
     QUuid _take; // recorded or waiting
+    Signal<const ConsoleChange&>::Connection _consoleListener;
     QPropertyNotifier _takeNotifier;
     QPropertyNotifier _rollNotifier;
 };

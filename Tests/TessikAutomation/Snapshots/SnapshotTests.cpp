@@ -106,7 +106,8 @@ TEST_F(RecallTest, PutsBackWhatWasCaptured) {
     manual.resetAll();
     clock.advance(5s);
     int told = 0;
-    model.onChange = [&](const ConsoleChange& change) { told += change.origin == ChangeOrigin::recall; };
+    const auto listener =
+        model.changed.connect([&](const ConsoleChange& change) { told += change.origin == ChangeOrigin::recall; });
     recall.recall(taken);
     EXPECT_EQ(told, 82);
     EXPECT_EQ(input.faderValue.value(), 96);

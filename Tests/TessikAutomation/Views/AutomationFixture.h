@@ -102,7 +102,7 @@ struct AutomationWindowTest : testing::Test, CleanSettings, AutomationRig {
     TransportManager transport{service};
     ChannelLabelStore labels;
     MasterSectionStore master;
-    MainWindow window{{theme, model, input, output, screen, clock, transport, manualSettings, labels, master}};
+    MainWindow window{{theme, link, clock, transport, manualSettings, labels, master}};
     AutomationPanelView* panel = new AutomationPanelView(engine, model, clock, window.drawing());
     SymbolButton& snapshotsButton = panel->addButton(QStringLiteral("snapshots"), QStringLiteral("Snapshots"));
     SymbolButton& passesButton = panel->addButton(QStringLiteral("passes"), {});

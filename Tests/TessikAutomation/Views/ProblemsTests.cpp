@@ -44,8 +44,8 @@ struct ProblemsTest : ApplicationTest {
     }
 
     FarDesk desk{service};
-    PortChoice in = sourceChoice(SavedSettings::Key::consoleSourceID, application.midiManager.connection);
-    PortChoice out = destinationChoice(SavedSettings::Key::midiOutDestinationID, application.midiOutput.port);
+    PortChoice in = sourceChoice(SavedSettings::Key::consoleSourceID, application.desk.input.connection);
+    PortChoice out = destinationChoice(SavedSettings::Key::midiOutDestinationID, application.desk.output.port);
 };
 
 TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
@@ -57,19 +57,19 @@ TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
 
     service.inject(desk.out, {.packets = {}, .dataLost = true});
     EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI In dropped messages")));
-    application.consoleModel.isReceivingStateDump = true;
+    application.desk.model.isReceivingStateDump = true;
     EXPECT_EQ(titles(), QStringList()) << "the desk has told everything since";
 
-    application.midiManager.connection.overtakenCount = 5;
+    application.desk.input.connection.overtakenCount = 5;
     EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI In comes too fast")));
-    application.consoleModel.isReceivingStateDump = false;
-    application.consoleModel.isReceivingStateDump = true;
+    application.desk.model.isReceivingStateDump = false;
+    application.desk.model.isReceivingStateDump = true;
     EXPECT_EQ(titles(), QStringList());
 
     service.failNext(VirtualMIDIService::Operation::send, -19);
-    application.midiOutput.sendFader(ChannelKind::input(1), 5);
+    application.desk.output.sendFader(ChannelKind::input(1), 5);
     EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI Out does not take messages")));
-    application.midiOutput.pump();
+    application.desk.output.pump();
     EXPECT_EQ(titles(), QStringList()) << "the value went out after all";
 
     for (const QString& port : {QStringLiteral("Desk Out"), QStringLiteral("Desk In")}) {
@@ -78,8 +78,8 @@ TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
             service.cut(port);
             settle();
         }
-        application.consoleModel.isReceivingStateDump = false;
-        application.consoleModel.isReceivingStateDump = true; // and tells what MIDI In missed
+        application.desk.model.isReceivingStateDump = false;
+        application.desk.model.isReceivingStateDump = true; // and tells what MIDI In missed
         EXPECT_EQ(titles(), QStringList(label + QStringLiteral(" was disconnected")));
         service.unplug(port);
         service.hold(port, true);
@@ -150,7 +150,7 @@ TEST_F(ProblemsTest, TheLampsLightWithWhatPasses) {
     service.transmit(desk.out, {&word, 1});
     QCoreApplication::sendPostedEvents(); // and no timers: they would put it out
     EXPECT_EQ(lit(), std::pair(true, false));
-    application.midiOutput.sendFader(ChannelKind::input(1), 5);
+    application.desk.output.sendFader(ChannelKind::input(1), 5);
     EXPECT_EQ(lit(), std::pair(true, true));
 }
 

@@ -21,8 +21,8 @@ struct WindowTest : testing::Test, CleanSettings {
     }
 
     void show(QSize size = {1366, 768}) {
-        window = std::make_unique<MainWindow>(
-            AppObjects{theme, model, manager, output, editor, mtcClock, transport, manualSettings, labels, master});
+        window =
+            std::make_unique<MainWindow>(AppObjects{theme, link, mtcClock, transport, manualSettings, labels, master});
         window->resize(size);
         window->show();
         QApplication::processEvents();
@@ -59,10 +59,11 @@ struct WindowTest : testing::Test, CleanSettings {
     FarDesk far{service};
     std::vector<std::pair<int, int>>& received = far.received;
     ThemeStore theme;
-    ConsoleModel model;
-    MIDIManager manager{service, model, QStringLiteral("TessikAutomation Console")};
-    MIDIOutputManager output{service, clock};
-    DeskEditor editor{model, output};
+    DeskLink link{service, QStringLiteral("TessikAutomation Console"), clock};
+    ConsoleModel& model = link.model;
+    MIDIManager& manager = link.input;
+    MIDIOutputManager& output = link.output;
+    DeskEditor& editor = link.editor;
     MTCClock mtcClock{service, QStringLiteral("TessikAutomation Timecode"), clock};
     TransportManager transport{service};
     ManualSettingsStore manualSettings;

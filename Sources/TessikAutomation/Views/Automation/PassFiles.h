@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/Automation/PassEngine.h"
-#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+#include "TessikAutomation/Desk/MIDIOutputManager.h"
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Session/BackgroundWriter.h"
 #include "TessikAutomation/Views/Session/WidgetSessionDialogs.h"

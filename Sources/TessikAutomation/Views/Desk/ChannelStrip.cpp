@@ -77,7 +77,7 @@ void paintPrintedFace(Canvas& canvas, QSize strip) {
 
 // ---- what the controls are bound to
 
-auto switchOf(const QString& fullName, DeskEditor::Switch which) {
+auto switchOf(const QString& fullName, ChannelState::Switch which) {
     return [fullName, which](const StripSubject& subject) { return bindSwitch(subject, fullName, which); };
 }
 

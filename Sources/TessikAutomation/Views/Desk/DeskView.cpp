@@ -38,7 +38,7 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
       _objects(objects),
       _history(history),
       _windowDrawing(drawing),
-      _scribbles(objects.consoleModel),
+      _scribbles(objects.desk.model),
       _clipboard(objects.manualSettings, history),
       _inputs(new HorizontalOnlyScrollView(this)),
       _moduleView(new VerticalOnlyScrollView(_inputs->content())),
@@ -55,7 +55,7 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
           drawing, this)) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     // Made in the order in which the keyboard goes over them.
-    for (ChannelState* channel : objects.consoleModel.inputs())
+    for (ChannelState* channel : objects.desk.model.inputs())
         addChannel(*channel);
     _masterView = new VerticalOnlyScrollView(this);
     _masterView->setWheelScrolls(true);
@@ -67,8 +67,8 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
         const QRect control = _master->controlRect(_master->focusedControl());
         _masterView->reveal(control.y(), control.height());
     });
-    addChannel(objects.consoleModel.stereo());
-    for (ChannelState* channel : objects.consoleModel.groups())
+    addChannel(objects.desk.model.stereo());
+    for (ChannelState* channel : objects.desk.model.groups())
         addChannel(*channel);
     std::rotate(_strips.begin() + maxInputs, _strips.begin() + maxInputs + 1, _strips.end());
 
@@ -109,14 +109,14 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
     showFold();
     if (const auto saved = SavedSettings::deskZoom()) _zoom = *saved;
     setZoom(_zoom);
-    _observers.push_back(objects.consoleModel.modelSize.addNotifier([this] { layOut(); }));
+    _observers.push_back(objects.desk.model.modelSize.addNotifier([this] { layOut(); }));
     _observers.push_back(drawing.look.addNotifier([this] { applyLook(); }));
     applyLook();
 }
 
 void DeskView::addChannel(ChannelState& channel) {
     const StripSubject subject{&channel,
-                               &_objects.deskEditor,
+                               &_objects.desk.editor,
                                &_objects.manualSettings.box(channel.id),
                                &_objects.channelLabels,
                                &_scribbles,
@@ -147,7 +147,7 @@ void DeskView::revealInput(const ControlHost& host) {
 }
 
 ControlHost* DeskView::strip(ChannelKind kind) const {
-    if (!_objects.consoleModel.channelState(kind)) return nullptr;
+    if (!_objects.desk.model.channelState(kind)) return nullptr;
     switch (kind.kind()) {
     case ChannelKind::Case::input: return _strips[std::size_t(kind.number() - 1)];
     case ChannelKind::Case::group: return _strips[std::size_t(maxInputs + kind.number() - 1)];
@@ -224,7 +224,7 @@ bool DeskView::event(QEvent* event) {
 }
 
 void DeskView::layOut() {
-    const int inputCount = ConsoleModel::inputCount(_objects.consoleModel.modelSize);
+    const int inputCount = ConsoleModel::inputCount(_objects.desk.model.modelSize);
     const int height = stripHeight();
     // The module comes first; when it is complete, the fader grows.
     const int whole = toGridUp(scaled(inputModuleHeight()));
@@ -315,7 +315,7 @@ QMenu* DeskView::stripMenu(const QString& channelID, QWidget* parent) {
     // A strip outside the selection is meant alone.
     QStringList targets;
     if (_selection.contains(channelID))
-        for (const ChannelState* channel : _objects.consoleModel.visibleInputs())
+        for (const ChannelState* channel : _objects.desk.model.visibleInputs())
             if (_selection.contains(channel->id)) targets.append(channel->id);
     if (targets.isEmpty()) targets.append(channelID);
     const QString what =

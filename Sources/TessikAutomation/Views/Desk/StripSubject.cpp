@@ -17,7 +17,7 @@ void nameControl(ControlBinding& binding, const QString& owner, const QString& f
     binding.history = history;
 }
 
-ControlBinding bindSwitch(const StripSubject& subject, const QString& fullName, DeskEditor::Switch which) {
+ControlBinding bindSwitch(const StripSubject& subject, const QString& fullName, ChannelState::Switch which) {
     ChannelState& channel = *subject.channel;
     ControlBinding binding{
         .read =

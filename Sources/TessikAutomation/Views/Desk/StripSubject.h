@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TessikAutomation/MIDI/DeskEditor.h"
+#include "TessikAutomation/Desk/DeskEditor.h"
 #include "TessikAutomation/ManualSettings/ChannelLabelStore.h"
 #include "TessikAutomation/ManualSettings/ManualChannelSettingsBox.h"
 #include "TessikAutomation/Views/Controls/ControlTable.h"
@@ -26,7 +26,7 @@ struct StripSubject {
 QString spokenName(ChannelKind kind);
 
 /// One of the channel's switches that the console sends.
-ControlBinding bindSwitch(const StripSubject& subject, const QString& fullName, DeskEditor::Switch which);
+ControlBinding bindSwitch(const StripSubject& subject, const QString& fullName, ChannelState::Switch which);
 /// One of its controls that are only written down.
 ControlBinding bindManual(const StripSubject& subject, const RecordControl<ManualChannelSettings>& control);
 

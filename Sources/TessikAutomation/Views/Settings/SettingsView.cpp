@@ -72,18 +72,18 @@ SettingsView::SettingsView(const AppObjects& objects, DrawingContext& drawing, Q
 
     QBoxLayout* console = addGroup(QStringLiteral("Console"));
     addPortPicker(console, QStringLiteral("MIDI In"), QStringLiteral("Receives fader/mute/EQ moves from the console"),
-                  sourceChoice(SavedSettings::Key::consoleSourceID, objects.midiManager.connection));
+                  sourceChoice(SavedSettings::Key::consoleSourceID, objects.desk.input.connection));
     addPortPicker(console, QStringLiteral("MIDI Out"),
                   QStringLiteral("Sends snapshot recall and Zero Console data to the console"),
-                  destinationChoice(SavedSettings::Key::midiOutDestinationID, objects.midiOutput.port));
+                  destinationChoice(SavedSettings::Key::midiOutDestinationID, objects.desk.output.port));
     addMIDIChannel(console);
     QStringList sizes;
     for (const ConsoleModel::ModelSize size : ConsoleModel::allModelSizes)
         sizes << ConsoleModel::rawValue(size);
     addPicker(console, QStringLiteral("Model"), QStringLiteral("Sets the channel count -- not a MIDI connection"),
-              sizes, int(objects.consoleModel.modelSize.value()), [this](int index) {
+              sizes, int(objects.desk.model.modelSize.value()), [this](int index) {
                   const ConsoleModel::ModelSize size = ConsoleModel::allModelSizes[std::size_t(index)];
-                  _objects.consoleModel.modelSize = size;
+                  _objects.desk.model.modelSize = size;
                   SavedSettings::setString(SavedSettings::Key::modelSize, ConsoleModel::rawValue(size));
               });
     addStatus(console);
@@ -208,7 +208,7 @@ void SettingsView::addDeviceID(QBoxLayout* group) {
 void SettingsView::addMIDIChannel(QBoxLayout* group) {
     static constexpr int first = 1;
     static constexpr int last = 16;
-    QProperty<int>& channel = _objects.midiOutput.midiChannel;
+    QProperty<int>& channel = _objects.desk.output.midiChannel;
     const QString help = QStringLiteral("Must match the console's own Basic Channel setting");
     auto* stepper = new QWidget(this);
     auto* layout = new QHBoxLayout(stepper);
@@ -244,7 +244,7 @@ void SettingsView::addMIDIChannel(QBoxLayout* group) {
 }
 
 void SettingsView::addStatus(QBoxLayout* group) {
-    QProperty<QString>& status = _objects.midiManager.connection.statusText;
+    QProperty<QString>& status = _objects.desk.input.connection.statusText;
     auto* text = new QLabel(this);
     text->setFont(Type::font(11, QFont::Normal));
     text->setWordWrap(true);

@@ -50,8 +50,8 @@ HeaderTools::HeaderTools(const AppObjects& objects, DrawingContext& drawing, QWi
         _observers.push_back(count.addNotifier([lamp] { lamp->flash(); }));
         return lamp;
     };
-    MIDIInputConnection& input = objects.midiManager.connection;
-    MIDIDestinationPort& output = objects.midiOutput.port;
+    MIDIInputConnection& input = objects.desk.input.connection;
+    MIDIDestinationPort& output = objects.desk.output.port;
     _in = addLamp(QStringLiteral("IN"), QStringLiteral("MIDI In"), input.rawPacketListCount, input.statusText);
     _out = addLamp(QStringLiteral("OUT"), QStringLiteral("MIDI Out"), output.sentCount, output.statusText);
     _settings->setToolTip(QStringLiteral("Settings  (Ctrl+,)"));

@@ -30,8 +30,8 @@ StatusView::StatusView(const AppObjects& objects, DrawingContext& drawing, QWidg
     setHelpContext(*this, HelpContext::settings);
     setCursor(Qt::PointingHandCursor);
     const auto changed = [this] { showStatus(); };
-    MIDIInputConnection& input = objects.midiManager.connection;
-    MIDIDestinationPort& output = objects.midiOutput.port;
+    MIDIInputConnection& input = objects.desk.input.connection;
+    MIDIDestinationPort& output = objects.desk.output.port;
     _observers.push_back(input.statusText.addNotifier(changed));
     _observers.push_back(input.availableSources.addNotifier(changed));
     _observers.push_back(output.statusText.addNotifier(changed));
@@ -51,8 +51,8 @@ std::array<StatusView::Path, 2> StatusView::paths() const {
         const bool isSound = cable.refusal.value() == 0 && !cable.isCut.value() && !choice.isAmbiguous();
         return Path{label + QStringLiteral(" — ") + status, id.has_value(), id && choice.isListed(*id), isSound};
     };
-    MIDIInputConnection& input = _objects.midiManager.connection;
-    MIDIDestinationPort& output = _objects.midiOutput.port;
+    MIDIInputConnection& input = _objects.desk.input.connection;
+    MIDIDestinationPort& output = _objects.desk.output.port;
     return {path(QStringLiteral("MIDI In"), input.statusText, sourceChoice(SavedSettings::Key::consoleSourceID, input),
                  input.cable),
             path(QStringLiteral("MIDI Out"), output.statusText,

@@ -1,4 +1,4 @@
-#include "TessikAutomation/MIDI/StartupRestore.h"
+#include "TessikAutomation/Desk/StartupRestore.h"
 
 #include "TessikAutomation/MIDI/PortChoice.h"
 

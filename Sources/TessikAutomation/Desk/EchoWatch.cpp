@@ -1,4 +1,4 @@
-#include "TessikAutomation/MIDI/EchoWatch.h"
+#include "TessikAutomation/Desk/EchoWatch.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "TessikAutomation/MIDI/DeskPacer.h"
+#include "TessikAutomation/Desk/DeskPacer.h"
 
 #include <algorithm>
 #include <utility>

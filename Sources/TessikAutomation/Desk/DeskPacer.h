@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TessikAutomation/MIDI/EchoWatch.h"
+#include "TessikAutomation/Desk/EchoWatch.h"
 #include "TessikKit/MIDI/MIDIService.h"
 #include "TessikKit/Models/MIDIChannelMapping.h"
 

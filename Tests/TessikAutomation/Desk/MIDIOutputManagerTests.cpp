@@ -1,7 +1,6 @@
 #include "Support/Events.h"
 #include "Support/FarDesk.h"
-#include "TessikAutomation/MIDI/MIDIOutputManager.h"
-#include "TessikKit/MIDI/MIDIManager.h"
+#include "TessikAutomation/Desk/DeskLink.h"
 #include "TessikKit/MIDI/MIDIWords.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +18,8 @@ struct OutputTest : testing::Test {
     VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous, clock};
     FarDesk desk{service};
     Sent& sent = desk.received;
-    MIDIOutputManager output{service, clock};
+    DeskLink link{service, QStringLiteral("Test"), clock};
+    MIDIOutputManager& output = link.output;
     const std::int32_t deskID = desk.inID();
 
     OutputTest() {
@@ -272,18 +272,13 @@ TEST_F(OutputTest, NeverPullsAHandInSteadyMotion) {
 
 /// What goes out comes in, as over a cable from Out to In.
 struct LoopTest : OutputTest {
-    ConsoleModel model{clock};
-    MIDIManager input{service, model, QStringLiteral("Test")};
+    ConsoleModel& model = link.model;
+    MIDIManager& input = link.input;
     Uptime delay = 1ms;
     bool isCut = false;
     std::int64_t count = 0;
 
-    LoopTest() {
-        input.connection.selectSource(desk.outID());
-        input.onControlChange = [this](Uptime stamp, int cc, int value) {
-            return output.noteReceived(stamp, cc, value);
-        };
-    }
+    LoopTest() { input.connection.selectSource(desk.outID()); }
     void run(Uptime time) {
         for (const Uptime end = clock.now() + time; clock.now() < end;) {
             clock.advance(1ms);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+#include "TessikAutomation/Desk/MIDIOutputManager.h"
 
 namespace tessik {
 
@@ -13,8 +13,7 @@ public:
     /// `value` is rounded and held to 0 to 127. Sent unless the desk is believed to stand there.
     void setFader(ChannelState& channel, double value);
 
-    using Switch = QProperty<bool> ChannelState::*;
-    void setSwitch(ChannelState& channel, Switch which, bool on);
+    void setSwitch(ChannelState& channel, ChannelState::Switch which, bool on);
 
 private:
     ConsoleModel& _consoleModel;

@@ -1,6 +1,6 @@
 #include "Support/CleanSettings.h"
 #include "Support/FarDesk.h"
-#include "TessikAutomation/MIDI/StartupRestore.h"
+#include "TessikAutomation/Desk/StartupRestore.h"
 #include "TessikAutomation/Persistence/SavedSettings.h"
 #include "TessikKit/MIDI/MIDIManager.h"
 #include "TessikKit/MIDI/MTCClock.h"

@@ -1,4 +1,4 @@
-#include "TessikAutomation/Automation/DeskHands.h"
+#include "TessikAutomation/Desk/DeskHands.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TessikAutomation/MIDI/DeskPacer.h"
+#include "TessikAutomation/Desk/DeskPacer.h"
 #include "TessikAutomation/MIDI/MIDIDestinationPort.h"
 #include "TessikKit/Models/ConsoleModel.h"
 

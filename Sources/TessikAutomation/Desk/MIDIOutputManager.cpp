@@ -1,4 +1,4 @@
-#include "TessikAutomation/MIDI/MIDIOutputManager.h"
+#include "TessikAutomation/Desk/MIDIOutputManager.h"
 
 #include "TessikKit/MIDI/MIDIWords.h"
 
@@ -68,22 +68,8 @@ void MIDIOutputManager::assertAgain() {
 }
 
 void MIDIOutputManager::resetChannels(ConsoleModel& consoleModel, bool sendToConsole) {
-    ControllerValues zeroed;
-    for (ChannelState* channel : consoleModel.allVisibleChannels()) {
-        channel->faderValue = 0;
-        channel->nullTarget = std::nullopt;
-        channel->setSwitches({});
-        channel->lastUpdate = _clock.now();
-        zeroed[std::size_t(MIDIChannelMapping::faderCC(channel->kind))] = 0;
-        zeroed[std::size_t(MIDIChannelMapping::switchCC(channel->kind))] = MIDIChannelMapping::encodeSwitchByte({});
-    }
-    if (!sendToConsole) {
-        if (consoleModel.onScreenZeroed) consoleModel.onScreenZeroed();
-        return;
-    }
-    for (std::size_t cc = 0; cc < zeroed.size(); ++cc)
-        if (zeroed[cc]) consoleModel.apply(int(cc), *zeroed[cc], ChangeOrigin::zero);
-    assertState(zeroed);
+    const ControllerValues zeroed = consoleModel.zeroed(sendToConsole);
+    if (sendToConsole) assertState(zeroed);
 }
 
 void MIDIOutputManager::ask(int cc, int value, Urgency urgency) {
