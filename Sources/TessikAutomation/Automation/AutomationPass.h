@@ -20,8 +20,8 @@ struct AutomationPass {
     /// The console when the take began; none in passes of older files, which start from the default snapshot.
     std::optional<QList<ChannelSnapshot>> initialState;
 
-    /// Frames from the start to a frame of the tape, whose labels begin again at midnight: within the day around what a
-    /// pass of that length fills, so that one may cross it.
+    /// Frames from the start to a frame of the tape, whose labels begin again at midnight: taken within the day around
+    /// a pass of that length, so that a pass may cross midnight.
     std::int64_t offsetOf(std::int64_t tapeFrame, std::int64_t length) const;
 
     /// Brings events into their order, once a take is finished.

@@ -8,8 +8,8 @@
 
 namespace tessik {
 
-/// A timed event as the desk's controllers carry it: every fader and every switch byte is a lane of its own, named by
-/// its controller.
+/// A timed event as the desk's controllers carry it: each fader and each switch byte is a lane, named by its
+/// controller.
 struct LaneEvent {
     std::int64_t frameOffset; ///< nominal frames since the pass's start timecode
     std::uint8_t cc;          ///< fader or switch controller of a channel that exists

@@ -17,8 +17,8 @@ namespace tessik {
 
 /// The automation of the session: which mode is armed, which pass is played, the take being recorded.
 ///
-/// A take that waits for its name is what plays, so that it is heard before it is kept; the selected pass plays in its
-/// place where the user compares, and when no take waits.
+/// A take waiting for its name is what plays, so that it is heard before it is kept. The selected pass plays when no
+/// take waits, and when the user compares.
 ///
 /// While a mode is armed it looks, tick by tick, at the tape and at what has changed on the console since, records and
 /// plays. It takes the `onFullFrame` of the clock. Main thread only.
@@ -35,7 +35,7 @@ public:
 
     QProperty<bool> nullEnabled{false}; ///< see `setNullEnabled`
     QProperty<std::optional<AutomationPass>> selectedPass{std::nullopt};
-    /// The take being recorded, yet without what it records, or a finished one that waits for its name.
+    /// The take being recorded, still without its events, or a finished one waiting for its name.
     QProperty<std::optional<AutomationPass>> recordingPass{std::nullopt};
     QProperty<bool> isComparing{false}; ///< see `compare`
     /// Follows from the others: the finished take that waits for its name.
@@ -47,34 +47,34 @@ public:
     /// An armed READ or UPDATE does nothing, because the played pass has another frame rate than the timecode.
     QProperty<bool> hasFrameRateMismatch{false};
 
-    /// Visible channels from which nothing was ever received or recalled.
+    /// Visible channels about which nothing was ever received or recalled.
     int unsyncedChannelCount() const;
     bool isRecording() const { return _isRecording.value(); }
 
-    /// NULL holds playback off the faders on screen, so that their arrows lead the hands to the automation. Acts in
-    /// READ and UPDATE; its effect runs on every call.
+    /// NULL keeps playback off the faders on screen, so that their arrows lead the hands to the automation. Acts in
+    /// READ and UPDATE; takes effect on every call, even with an equal value.
     void setNullEnabled(bool enabled);
-    /// Chooses the pass to play, also where a take waits, and puts its starting state on screen; none changes nothing
-    /// there, and leaves READ and UPDATE where nothing is left to play.
+    /// Selects the pass to play, even while a take waits, and shows its starting state. None leaves the screen alone,
+    /// and leaves READ and UPDATE if nothing is left to play.
     void select(const std::optional<AutomationPass>& pass);
-    /// Plays the selected pass in the place of a waiting take, or that take again.
+    /// Plays the selected pass in place of the waiting take, or the take again.
     void compare(bool withSelected);
-    /// Stores the take under that name, whatever it is, and selects it. Returns it; none where no take waits.
+    /// Stores the take under any name and selects it. Returns it; none if no take waits.
     std::optional<AutomationPass> finishRecording(const QString& name, PassStore& store);
-    /// Drops the take, also one being recorded. Leaves READ and UPDATE where nothing is left to play.
+    /// Drops the take, even one being recorded. Leaves READ and UPDATE if nothing is left to play.
     void discardTake();
-    /// Lets a take that was discarded wait again. False where another is recorded or waits.
+    /// Brings a discarded take back to wait again. False if another is being recorded or waits.
     bool restoreTake(const AutomationPass& take);
-    /// New or Open replaced the session: nothing is selected any more. A take stays, and waits.
+    /// New or Open replaced the session: clears the selection. A take stays, and waits.
     void noteSessionReplaced();
 
-    /// Called with a take that still waits under its proposed name when the next one begins; UPDATE over that take has
-    /// selected it before. Has to be set: it is to be stored.
+    /// Must be set, to store the take: called with one still waiting under its proposed name when the next begins. If
+    /// UPDATE rides over it, it has been selected already.
     std::function<void(const AutomationPass&)> onTakeSuperseded;
     /// The take being recorded or waiting, for recovery.
     std::optional<PendingTake> pendingTake() const;
 
-    /// One look at everything. The engine's own timers call it while a mode is armed; a test calls it instead.
+    /// Looks at everything once. The engine's own timers call it while a mode is armed; tests call it themselves.
     void tick();
 
 private:

@@ -8,8 +8,8 @@
 
 namespace tessik {
 
-/// The events of a pass, lane by lane, so that the state at any offset is found by binary search and costs the same in
-/// a pass of any length. Events of channels that do not exist are left out.
+/// The events of a pass, lane by lane, so that the state at any offset is found by binary search, at a cost that hardly
+/// grows with the pass. Events of channels that do not exist are left out.
 class PassIndex {
 public:
     PassIndex() = default;
@@ -26,7 +26,8 @@ public:
     std::int64_t lastOffset() const { return _events.empty() ? 0 : _events.back().frameOffset; }
     /// Position in `events` of the first one after that offset.
     std::size_t firstAfter(std::int64_t offset) const;
-    /// Writes the value of every lane's last event at or before that offset over `values`; lanes without one are left.
+    /// Overwrites `values` with each lane's last event at or before that offset; lanes without one are left as they
+    /// are.
     void applyUpTo(std::int64_t offset, ControllerValues& values) const;
 
 private:
@@ -51,7 +52,7 @@ public:
             visit(event);
         }
     }
-    /// None where neither the pass's start nor an event says anything yet.
+    /// None for a lane that neither the pass's start nor an event has set yet.
     const ControllerValues& values() const { return _values; }
 
 private:

@@ -7,7 +7,7 @@
 
 namespace tessik {
 
-/// A pass for looking at: which channels move in it, and what each was in any stretch of it.
+/// A pass prepared for drawing: which channels move in it, and what each was over any stretch.
 class PassLanes {
 public:
     explicit PassLanes(const AutomationPass& pass);
@@ -20,7 +20,7 @@ public:
     };
     /// In the desk's order, only those with events.
     const std::vector<Channel>& channels() const { return _channels; }
-    /// Of all events; at least 0, and never too far to be counted with.
+    /// Of all events; at least 0, and small enough to calculate with.
     std::int64_t lastOffset() const { return _lastOffset; }
 
     /// What a controller was in a stretch of the pass.

@@ -4,8 +4,8 @@
 
 namespace tessik {
 
-/// A pass as a Standard MIDI File that any sequencer shows and plays: its name, its start as an SMPTE offset, and each
-/// move as the controller that the desk itself would send.
+/// A pass as a Standard MIDI File that any sequencer can show and play: its name, its start as an SMPTE offset, and
+/// each move as the Control Change that the desk itself would send.
 ///
 /// The file is of type 0 and counts in beats, because many programs read no other time: 120 of them a minute, divided
 /// so that a frame is 100 ticks. At 29.97 drop a beat is the 15 frames that then take 500.5 ms; frames are those that

@@ -18,20 +18,20 @@ public:
     /// The channel of a lane; null where it is not shown.
     ChannelState* visibleChannel(int cc) const;
 
-    /// Whether the desk tells of no hand but of what it was sent: it reads a fader that a hand has moved once its cable
-    /// is free, and what came meanwhile is what it reads. To be asked before `noteChange`.
+    /// True if the desk merely echoes our own value: it reads a fader that a hand has moved once its cable is free, and
+    /// by then may read what we sent. Ask before `noteChange`.
     bool isEcho(const ConsoleChange& change) const;
-    /// Takes a change of the console. Returns what the lane was before, none where nothing was ever seen or sent.
+    /// Notes a change of the console. Returns what the lane was before; none if nothing was ever seen or sent.
     std::optional<int> noteChange(const ConsoleChange& change);
     /// One value to the desk and the screen.
     void play(int cc, int value, MIDIOutputManager::Urgency urgency);
-    /// The same after the console moved away from it, ahead of all else.
+    /// The same, ahead of all else, after the console moved away from the value.
     void putBack(int cc, int value);
     /// A whole state, or what is known of one, to the desk and the screen.
     void assertState(const ControllerValues& values);
 
     void holdScreen() { _isScreenHeld = true; }
-    /// Puts what the desk holds back on screen where that was held.
+    /// Shows what the desk holds again, if the screen was held.
     void releaseScreen();
     bool isScreenHeld() const { return _isScreenHeld; }
 

@@ -8,18 +8,18 @@
 
 namespace tessik {
 
-/// Grows one take: in chunks that copies share, and only with what a stop of the tape cannot take back.
+/// Grows one take, in chunks that copies share, and only by what a stop of the tape can no longer take back.
 ///
-/// A stop is noticed half a second late, so a move waits here until timecode has told that the tape still rolled when
-/// it was made. After its end the take can go on, with the moves made meanwhile, when the stop was none.
+/// A stop is noticed half a second late, so a move waits here until timecode shows that the tape was still rolling when
+/// it was made. A take that has ended can go on, with the moves made meanwhile, if the stop proves to be a dropout.
 class TakeRecorder {
 public:
     /// A new take, without chunks yet. `known` is what needs no event: the state that the take begins with.
     void begin(PendingTake take, const ControllerValues& known);
 
-    /// A move that was made at an instant, not yet known to be in the take.
+    /// Takes a move made at an instant; it is not yet certain that it belongs to the take.
     void move(Uptime stamp, int cc, int value);
-    /// Takes the moves in that were made up to `knownUntil`; `offsetAt(stamp)` tells their frame offsets.
+    /// Records the moves made up to `knownUntil`; `offsetAt(stamp)` gives their frame offsets.
     template <typename OffsetAt>
     void settle(Uptime knownUntil, OffsetAt offsetAt) {
         for (; !_moves.empty() && _moves.front().stamp <= knownUntil; _moves.pop_front())
@@ -28,9 +28,9 @@ public:
     /// A value at a frame offset. One equal to the lane's last is no event; an offset is never negative, nor before the
     /// lane's last.
     void record(std::int64_t offset, int cc, int value);
-    /// Whether the take, or a move that waits, has anything of a lane.
+    /// Whether the take, or a move still waiting, concerns a lane.
     bool has(int cc) const;
-    /// Drops of some lanes everything from an offset on.
+    /// Drops everything of some lanes from an offset on.
     void takeBack(std::int64_t fromOffset, std::span<const int> lanes);
 
     qsizetype eventCount() const { return _eventCount; }

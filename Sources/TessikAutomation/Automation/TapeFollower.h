@@ -4,8 +4,8 @@
 
 namespace tessik {
 
-/// Tells, from look to look at the timecode clock, when the tape starts, stops or jumps, and which frame it was at when
-/// a message arrived.
+/// Watches the timecode clock and says when the tape starts, stops or jumps, and which frame it was at when a message
+/// arrived.
 class TapeFollower {
 public:
     explicit TapeFollower(MTCClock& clock) : _clock(clock) {}
@@ -19,7 +19,7 @@ public:
     };
     /// Looks at the clock. While it rolls but cannot tell where, the last answer stands.
     Event follow(Uptime now);
-    /// Takes what rolls as not rolling until the next look, which finds it started.
+    /// Treats the tape as not rolling until the next look, which then reports a start.
     void interrupt();
     /// Whether a start now could be the end of a dropout.
     bool mayResume(Uptime now) const;
@@ -31,7 +31,7 @@ public:
     double frame() const { return _frame; }
     /// Absolute frame at an instant near the last look.
     double frameAt(Uptime stamp) const;
-    /// What arrived later than this may have arrived when the tape had stopped: two frames after the last quarter
+    /// Whatever arrived later than this may have arrived after the tape stopped: two frames after the last quarter
     /// frame before the last look.
     Uptime knownUntil() const { return _knownUntil; }
 

@@ -7,15 +7,15 @@
 
 namespace tessik {
 
-/// Where the physical faders stand, as far as hands have told. A dump tells what the desk's VCAs hold and so makes the
-/// faders of its channels unknown, also of those whose messages came before it could be told from hands.
+/// Where the physical faders stand, as far as hands have shown. A dump reports the desk's VCAs, not its faders, so it
+/// makes the faders of its channels unknown, including those reported before it was recognized as a dump.
 class DeskHands {
 public:
-    /// So long before its message that tells one a dump may have begun.
+    /// How long before the message that gives it away a dump may have begun.
     static constexpr Uptime dumpWindow = std::chrono::milliseconds(500);
 
-    /// Takes a hand's message; without a value where it does not tell where the hand is, who then counts as not moved.
-    /// Returns where the fader stood before; none where that was unknown.
+    /// Takes a hand's message; without a value, the hand counts as unmoved. Returns where the fader stood before, none
+    /// if that was unknown.
     std::optional<int> moved(Uptime stamp, int faderCC, std::optional<int> value);
     /// Takes a message of a dump.
     void dumped(Uptime stamp, int cc);

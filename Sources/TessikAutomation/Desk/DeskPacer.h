@@ -29,13 +29,13 @@ public:
 
     /// Asks for `value` (0 to 127) on a controller (0 to 127). While the desk is away the value is owed.
     void ask(int cc, int value, Urgency urgency);
-    /// Tells what came from the desk: that is what it holds, and it takes the place of what waits or is owed there,
-    /// unless it is the echo of something sent. Where it may have crossed another value of ours on the cable, it is
-    /// sent back once the hand rests, so that both ends agree. A `cc` above 127, as a malformed word has it, is
-    /// ignored. False for what comes back in a loop: nobody has moved anything.
+    /// Reports what came from the desk: that is what it now holds, and it replaces what waits or is owed there, unless
+    /// it echoes something sent. If it may have crossed a different value of ours on the cable, it is sent back once
+    /// the hand rests, so that both ends agree. A `cc` above 127, from a malformed word, is ignored. False for what
+    /// comes back in a loop: nobody has moved anything.
     bool noteReceived(Uptime stamp, int cc, int value);
 
-    /// Another desk than before: nothing is known or owed.
+    /// A different desk: nothing is known or owed.
     void forget();
     /// The desk went away: nothing waits or is believed any more, and what was asked of it is owed.
     void lose();
@@ -56,9 +56,9 @@ public:
     void noteSent(Uptime now, Message message);
 
     bool hasWaiting() const { return !_order.empty(); }
-    /// False while it cannot be told yet on which of two values that crossed the desk has ended.
+    /// False while two values have crossed and it is not yet clear which one the desk ended on.
     bool isSettled() const { return _doubtful.empty(); }
-    /// What is sent, and whether it comes back.
+    /// Whether what is sent comes back.
     const EchoWatch& echoes() const { return _echoes; }
     std::optional<int> believed(int cc) const { return _controllers[std::size_t(cc)].believed; }
     std::int64_t overtakenCount() const { return _overtaken; }

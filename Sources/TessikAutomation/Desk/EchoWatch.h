@@ -10,15 +10,15 @@ namespace tessik {
 /// row that come back, with nothing else between, are a loop, until one fails to come.
 class EchoWatch {
 public:
-    /// An echo comes so long after its message has landed at the latest.
+    /// The longest an echo takes after its message has landed.
     static constexpr Uptime latest = std::chrono::milliseconds(10);
     static constexpr int sendsToLoop = 10;
 
     /// `landsAt`: when the message is through the desk's cable.
     void noteSent(Uptime now, int cc, int value, Uptime landsAt);
-    /// Whether a message received equals one that is on its way, which then has come back.
+    /// Whether a received message is one of ours come back; it is then no longer awaited.
     bool take(Uptime stamp, int cc, int value);
-    /// Gives up what is long overdue, also for a thread that was slow to hand messages on.
+    /// Gives up on what is long overdue, with allowance for a thread slow to hand messages on.
     void giveUp(Uptime now);
 
     bool isLoop() const { return _isLoop; }

@@ -17,9 +17,9 @@ struct DeskChannelState {
 
 /// The path to the console's MIDI IN: the destination chosen, and what is believed to stand on the desk.
 ///
-/// Everything goes through one pacer, because the desk hangs on a 31,250-baud cable: of each controller only the latest
-/// value waits. The console does not echo, so what is sent is taken as landed; a desk that was away, or that listens on
-/// another channel than was thought, gets what it is owed when it can be reached. Main thread only.
+/// Everything goes through one pacer, because the desk is on a 31,250-baud cable: only the latest value of each
+/// controller waits. The console does not echo, so what is sent is assumed to have arrived; a desk that was away, or
+/// listening on another channel, gets what it is owed once it can be reached. Main thread only.
 class MIDIOutputManager {
 public:
     explicit MIDIOutputManager(MIDIService& service, const UptimeClock& clock = UptimeClock::system());
@@ -47,22 +47,22 @@ public:
 
     /// What the desk is believed to hold on a controller; none where nothing was ever sent or received.
     std::optional<int> believedValue(int cc) const { return _pacer.believed(cc); }
-    /// Tells what came from the desk. A value that crossed one of ours on the cable is sent back to it. False for what
-    /// comes back in a loop, which the model is not to hear of: nobody has moved anything.
+    /// Reports what came from the desk. A value that crossed one of ours on the cable is sent back. False for what
+    /// comes back in a loop and must not reach the model: nobody has moved anything.
     bool noteReceived(Uptime stamp, int cc, int value);
-    /// What is believed may be wrong, because messages of the desk were lost: believes nothing until heard or sent, and
-    /// sends once more what was asked.
+    /// Messages from the desk were lost, so what is believed may be wrong: forgets it, and sends once more what was
+    /// asked for.
     void assertAgain();
     /// What is sent comes back at once: the desk echoes, or Out is cabled to In.
     QProperty<bool> isLoop{false};
-    /// True while anything waits to be sent, or to be told after a hand and a message crossed.
+    /// True while anything waits to be sent, or a hand and a message have crossed and the outcome is open.
     bool isBusy() const { return _pacer.hasWaiting() || !_pacer.isSettled(); }
-    /// Values that a newer one of the same controller overtook before they were sent.
+    /// Values replaced by a newer one of the same controller before they were sent.
     std::int64_t overtakenCount() const { return _pacer.overtakenCount(); }
     /// Messages a second to the desk; the setting "midiOutMessagesPerSecond".
     void setMessagesPerSecond(int rate) { _pacer.setMessagesPerSecond(rate); }
 
-    /// Zeroes every visible channel of the model: fader 0, switches off, no NULL target; and, if told so, the desk.
+    /// Zeroes every visible channel of the model and, if asked to, the desk.
     void resetChannels(ConsoleModel& consoleModel, bool sendToConsole);
 
     /// Sends what is due now. The manager's own timer calls it while anything waits; a test calls it instead.

@@ -27,11 +27,11 @@ std::vector<std::uint8_t> command(std::uint8_t deviceID, MMCCommand command);
 std::vector<std::uint8_t> locate(std::uint8_t deviceID, const TimecodePosition& position);
 } // namespace MMCMessage
 
-/// Drives the recorder by MIDI Machine Control, on a port of its own. Nothing comes back: timecode alone tells what the
+/// Drives the recorder by MIDI Machine Control, on a port of its own. Nothing comes back: only timecode shows what the
 /// machine does. Main thread only.
 class TransportManager {
 public:
-    /// Every machine obeys it, or none.
+    /// Addresses every machine; some ignore it.
     static constexpr std::uint8_t allCall = 127;
 
     /// Creates the client "TessikAutomation Transport" and lists the destinations.
@@ -44,7 +44,7 @@ public:
     /// Availability, choice and status text of "Send To".
     MIDIDestinationPort port;
 
-    /// Whom the messages address; `allCall` until something else was chosen on this machine.
+    /// The machine addressed; `allCall` until another is chosen on this computer.
     std::uint8_t deviceID() const { return _deviceID; }
     /// Stores the choice, also an equal one.
     void setDeviceID(std::uint8_t deviceID);
@@ -55,7 +55,7 @@ public:
     /// seconds; what is lost shows as the port's `refusal`.
     void send(MMCCommand command);
     void locate(const TimecodePosition& position);
-    /// Sends what the port would not take yet. The manager's own timer calls it; a test calls it instead.
+    /// Sends what the port could not take before. The manager's own timer calls it; tests call it themselves.
     void pump();
 
 private:

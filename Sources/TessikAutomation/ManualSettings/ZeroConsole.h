@@ -9,12 +9,12 @@
 
 namespace tessik {
 
-/// How far a Zero Console goes; each tier does what the one before does, and more.
+/// How far Zero Console goes; each tier does all that the one before does.
 enum class ResetTier : std::uint8_t { channelsOnly, channelsAndMaster, channelsAndMasterSendToConsole };
 inline constexpr std::array allResetTiers{ResetTier::channelsOnly, ResetTier::channelsAndMaster,
                                           ResetTier::channelsAndMasterSendToConsole};
 
-/// What the user reads of a tier.
+/// A tier's texts.
 struct ResetTierTexts {
     QString menuTitle, dialogTitle, dialogMessage;
     QStringList resets;   ///< what goes back to its defaults here

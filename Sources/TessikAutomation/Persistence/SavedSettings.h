@@ -8,7 +8,7 @@
 
 namespace tessik {
 
-/// What belongs to the user's room and not to the mix: kept per machine and user, never in a session.
+/// What belongs to the room and not to the mix: kept per user on this computer, never in a session.
 /// A write that fails is logged; the program goes on with the value for this run. A write waits for the disk; every
 /// call may be made on any thread.
 namespace SavedSettings {

@@ -6,7 +6,7 @@
 
 namespace tessik {
 
-/// Tells the date and time as records hold it: UTC, in whole seconds, so that what is written reads back equal.
+/// Gives the date and time as records hold it: UTC, in whole seconds, so that what is written reads back equal.
 using WallClock = std::function<QDateTime()>;
 
 QDateTime currentSecond();

@@ -10,8 +10,8 @@
 
 namespace tessik {
 
-/// A thread that waits for the disk in the main thread's place. Jobs run one after another, in the order posted; what a
-/// job returns runs on the main thread, in the same order. Posting and finishing are the main thread's.
+/// A thread that waits for the disk so that the main thread need not. Jobs run one at a time, in the order posted; what
+/// a job returns then runs on the main thread, in the same order. Post and finish on the main thread.
 class BackgroundWriter {
 public:
     using Completion = std::function<void()>;
@@ -22,7 +22,7 @@ public:
     ~BackgroundWriter();
 
     void post(Job job);
-    /// Waits until every job has run, and runs their completions; also of jobs that those post.
+    /// Waits until every job has run and runs the completions, including those of jobs posted by completions.
     void finish();
 
 private:

@@ -9,7 +9,7 @@ struct stat;
 
 namespace tessik {
 
-/// Tells whether a file is still the one that was read or written: another writer changes at least one of these.
+/// Identifies a file as it was read or written: another writer changes at least one of these.
 struct FileStamp {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;

@@ -60,10 +60,10 @@ public:
     template <SavedRecord Record>
     bool decodeField(std::size_t index, Value value, Record& out);
 
-    /// Reads a value that nobody wants, to see that it is JSON.
+    /// Reads an unwanted value, to check that it is JSON.
     bool walk(Value value);
 
-    /// Calls `visit(key, value)` for each member, and fails where it returns false or the object is no JSON. The key
+    /// Calls `visit(key, value)` for each member, and fails if it returns false or the object is not JSON. The key
     /// stays valid until the next text is read. `expected()` names the key that mostly comes next.
     template <typename Expected, typename Visit>
     bool members(simdjson::ondemand::object object, Expected expected, Visit visit);

@@ -9,7 +9,7 @@
 
 namespace tessik {
 
-/// The session's two locate points, each of them or none. Main thread only.
+/// The session's two locate points, either of which may be unset. Main thread only.
 class LocatorStore {
 public:
     using Locator = std::optional<TimecodePosition>;

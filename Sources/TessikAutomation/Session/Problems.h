@@ -7,7 +7,7 @@
 
 namespace tessik {
 
-/// Something that keeps the program from doing its work: what it is and what the user can do, in plain words.
+/// Something that keeps the program from doing its job: what it is and what the user can do about it, in plain words.
 struct Problem {
     /// What the program itself can do about it.
     enum class Offer : std::uint8_t { nothing, settings, rig };
@@ -47,7 +47,7 @@ struct ProblemState {
 /// The worst first.
 std::vector<Problem> problemsIn(const ProblemState& state);
 
-/// Keeps the list of problems as things are now. It follows a change by a moment, when all that belongs to it is done.
+/// Keeps the list of problems up to date, a moment after each change, once everything that belongs to it is done.
 class ProblemWatch {
 public:
     /// All outlive it.
@@ -60,7 +60,7 @@ public:
     };
     explicit ProblemWatch(const Objects& objects);
 
-    QProperty<QString> noMIDI; ///< to be set by who knows
+    QProperty<QString> noMIDI; ///< set by whoever made the MIDI service
     QProperty<std::vector<Problem>> problems;
 
 private:

@@ -15,7 +15,7 @@ namespace tessik {
 /// crashed. A folder without recovery files and journals goes with its lock.
 class RecoveryFolder {
 public:
-    /// Where recovery files are kept: in the user's state folder, which a path that is empty or relative does not name.
+    /// Where recovery files are kept: in the user's state folder. An empty or relative XDG_STATE_HOME does not count.
     static QString defaultRoot();
     /// A new folder below `root`, which is made where it is missing; null where that fails.
     static std::shared_ptr<RecoveryFolder> create(const QString& root);
@@ -25,7 +25,7 @@ public:
     RecoveryFolder(const RecoveryFolder&) = delete;
     RecoveryFolder& operator=(const RecoveryFolder&) = delete;
 
-    /// Whether it still lies at its path. Somebody may clear it away.
+    /// Whether it is still at its path. Someone may have cleared it away.
     bool isThere() const;
 
     const QString path;

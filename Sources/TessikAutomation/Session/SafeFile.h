@@ -16,8 +16,8 @@ struct SafeFileResult {
 enum class PreviousFile : std::uint8_t { drop, keep };
 
 /// Replaces the file at `path` by what `write` produces (it returns why it failed, or nothing): written beside it,
-/// flushed to the disk, then renamed over it, so that whatever goes wrong or is killed, the old file or the new one is
-/// there, whole. The one replaced is kept, where asked for, under its name with "~" behind it. Blocks on the disk.
+/// flushed to the disk, then renamed over it, so that whatever goes wrong, the old file or the new one is there,
+/// whole. The replaced one is kept, if asked for, under its name with "~" appended. Blocks on the disk.
 SafeFileResult writeFileSafely(const QString& path, PreviousFile previous,
                                const std::function<QString(QIODevice&)>& write);
 

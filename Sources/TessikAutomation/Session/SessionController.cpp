@@ -127,7 +127,7 @@ void SessionController::newSession() {
 }
 
 void SessionController::open() {
-    if (const std::optional<QString> path = _dialogs.chooseSessionToOpen(QStringLiteral("Open an Tessik session")))
+    if (const std::optional<QString> path = _dialogs.chooseSessionToOpen(QStringLiteral("Open a Tessik session")))
         open(QUrl::fromLocalFile(*path));
 }
 

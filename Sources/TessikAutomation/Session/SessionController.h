@@ -18,7 +18,7 @@
 
 namespace tessik {
 
-/// The stores that make up a session. They belong to the application and live longer than the controller.
+/// The stores that make up a session. They belong to the application and outlive the controller.
 struct SessionStores {
     SnapshotStore& snapshots;
     PassStore& passes;
@@ -54,15 +54,15 @@ public:
     void open(const QUrl& url);
     void save();
     void saveAs();
-    /// Waits for the disk, and tells the user of failures as if time had gone by.
+    /// Waits for the disk, and reports failures to the user as they would have been in time.
     void finishSaving();
 
-    /// What New and Open replaced unsaved, the last first.
+    /// What New and Open replaced unsaved, latest first.
     std::vector<ReplacedSession> replacedSessions() const { return _replaced.list(_clock()); }
     /// Puts one of them back, as an unsaved session.
     void reopen(const ReplacedSession& session);
 
-    /// Asks where something would be lost. True: the program may end, and its recovery files are gone.
+    /// Asks if anything would be lost. True: the program may end, and its recovery files are gone.
     bool prepareToQuit();
 
     /// Called after a document was moved into the stores, before the session counts as clean.
@@ -70,7 +70,7 @@ public:
 
     /// Writes the recovery file at once and waits for it, where anything is unsaved that the user has not given up.
     void keepUnsaved();
-    /// The same for a program that ends, which asks nothing and tells nothing any more.
+    /// The same for a program about to end: nothing more is asked or reported.
     void leave();
 
     /// The take that is in no store yet.
@@ -95,8 +95,8 @@ public:
     void journalTick();
     /// Why recovery files cannot be written; empty while they can.
     QProperty<QString> recoveryProblem;
-    /// What the session's file held when it was opened and could not be read, and so is not in the session; empty where
-    /// nothing is left out.
+    /// What the session's file held that could not be read, and so is not in the session; empty if nothing was left
+    /// out.
     QProperty<QString> leftOut;
 
 private:

@@ -9,8 +9,8 @@
 
 namespace tessik {
 
-/// What came of reading a session. The top level is lenient: a key that is missing or does not decode falls back to
-/// its default, alone. Everything inside a key is strict. What is no JSON object opens nothing.
+/// The outcome of reading a session. The top level is lenient: a key that is missing or does not decode falls back to
+/// its default by itself. Everything inside a key is strict. What is not a JSON object does not open.
 struct SessionReadResult {
     std::optional<SessionDocument> document; ///< none where the file cannot be opened
     QString error;                           ///< why not, as a sentence; empty where there is a document
@@ -24,7 +24,7 @@ struct SessionReadResult {
     QStringList unknownKeys;         ///< of the top level
     FileStamp stamp;                 ///< of the file that was read
 
-    /// What the file holds and `document` does not, in words with the lines; empty where nothing is left out.
+    /// What of the file is not in `document`, in words, with line numbers; empty if nothing was left out.
     QString leftOut() const;
 };
 

@@ -7,13 +7,13 @@
 
 namespace tessik {
 
-/// The journal of a take being recorded: a file that only grows, so that a kill costs what was not yet appended and
-/// nothing before.
+/// The journal of a take being recorded: a file that only grows, so that a kill costs no more than what was not yet
+/// appended.
 ///
 /// It is a row of records: a line "take FROM END LENGTH" and a session's text of that length with one pass. The first
 /// holds the take as it began, and for rides their baseline as a snapshot; each later one the moves that follow the
-/// first FROM of those before, and where rides end by now. What does not decode ends the row, such as a record that
-/// was cut.
+/// first FROM of those before, and where rides end by now. Whatever does not decode, such as a
+/// truncated record, ends the row.
 ///
 /// All of it blocks on the disk. Calls come from one thread at a time.
 class TakeJournal {

@@ -19,16 +19,16 @@ public:
             ChannelState* channel;
             std::optional<int> nullTarget;
             std::optional<ManualChannelSettings> manualSettings; ///< where the recall replaces them
-            /// What the desk held, or may have held where it never told; none where nothing was known of the channel.
+            /// What the desk held, or probably held if it never reported; none if nothing was known of the channel.
             std::optional<ChannelSnapshot> state;
         };
         std::vector<Channel> channels;
     };
     /// Puts back every channel that the console's size shows. The desk gets the whole state as one assertion.
     Former recall(const Snapshot& snapshot);
-    /// Takes a recall back, on the desk too. Of a channel of which nothing was known nothing can be had back.
+    /// Undoes a recall, on the desk too. A channel of which nothing was known stays as recalled.
     void putBack(const Former& former);
-    /// The same without the manual settings, for the session's default snapshot where it has one: after an open.
+    /// Recalls the session's default snapshot, if it has one, without manual settings: after an open.
     void recallDefault(const SnapshotStore& store);
 
 private:

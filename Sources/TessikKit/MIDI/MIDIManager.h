@@ -7,7 +7,7 @@
 
 namespace tessik {
 
-/// Receives the console: hands its Control Changes, on whatever MIDI channel, to the model on the main thread.
+/// Receives from the console: passes its Control Changes, on any MIDI channel, to the model on the main thread.
 class MIDIManager {
 public:
     MIDIManager(MIDIService& service, ConsoleModel& consoleModel, const QString& clientName);
@@ -19,7 +19,7 @@ public:
     /// model.
     std::function<bool(Uptime stamp, int cc, int value)> onControlChange;
 
-    /// Writes every Control Change to standard error as it arrives. One for the whole process.
+    /// Writes every Control Change to standard error as it arrives. Process-wide.
     static inline std::atomic<bool> logIncomingCC = false;
 
 private:

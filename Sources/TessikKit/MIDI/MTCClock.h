@@ -9,7 +9,7 @@
 namespace tessik {
 
 /// Receives MIDI Time Code on a connection of its own: publishes the last position that a run of quarter frames or a
-/// full frame told, whether timecode runs, and, through the lock, where the tape is between them. Main thread only.
+/// full frame gave, whether timecode is running and, through the lock, where the tape is in between. Main thread only.
 class MTCClock {
 public:
     MTCClock(MIDIService& service, const QString& clientName, const UptimeClock& clock = UptimeClock::system());
@@ -22,11 +22,11 @@ public:
 
     MTCDecoder decoder;
 
-    /// Where the tape is at an instant while timecode runs, in frames; none where that is not known.
+    /// Where the tape is at an instant while timecode runs, in frames; none if unknown.
     std::optional<double> frame(Uptime at) { return _lock.frame(at); }
-    /// When the tape will be at a frame; none where that is not known.
+    /// When the tape will be at a frame; none if unknown.
     std::optional<Uptime> instant(double frame) const { return _lock.instant(frame); }
-    /// Whether it is known where the tape is; while it stands still after a silence, it is not.
+    /// Whether the tape's position is known; while it stands still after a silence, it is not.
     bool isTelling() const { return _lock.isTelling(); }
     /// The rate of these answers.
     std::optional<MTCFrameRate> rate() const { return _lock.rate(); }

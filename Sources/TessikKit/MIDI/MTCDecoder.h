@@ -7,8 +7,8 @@
 
 namespace tessik {
 
-/// Puts the eight quarter-frame pieces of a position together. Only a run of pieces in ascending order completes one,
-/// so reverse play yields none.
+/// Assembles the eight quarter-frame pieces of a position. Only a run in ascending order completes one, so reverse play
+/// yields none.
 struct MTCDecoder {
     std::array<std::uint8_t, 8> pieces{}; ///< the four bits last received for each piece
     int expectedNextPiece = 0;            ///< 0 to 7

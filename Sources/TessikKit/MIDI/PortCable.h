@@ -6,9 +6,8 @@
 
 namespace tessik {
 
-/// The connection between an own port and the one that the user chose. It may be refused, as by a program that holds
-/// that port for itself alone, and others may take it out, as patch bays do: then it is put back once. Main thread
-/// only.
+/// The connection between a port of ours and the one the user chose. It may be refused, for one by a program that has
+/// that port to itself, and others may remove it, as patch bays do: then it is restored once. Main thread only.
 class PortCable {
 public:
     /// `connect` makes the connection, `isConnected` tells whether it is still there.
@@ -16,9 +15,9 @@ public:
         : _connect(std::move(connect)), _isConnected(std::move(isConnected)) {}
 
     MIDIStatus lay(MIDIEndpointRef endpoint);
-    /// Nothing is chosen, or what is chosen is not there.
+    /// Nothing is chosen, or the chosen port is missing.
     void leave();
-    /// After any change of the setup: whether it has to be laid again, because it was refused or taken out.
+    /// After any setup change: whether it must be made again, because it was refused or removed.
     bool isDue();
 
     QProperty<MIDIStatus> refusal{0}; ///< why the last attempt failed; 0 where it did not

@@ -36,7 +36,7 @@ public:
     QProperty<bool> auxMuted{false};
     QProperty<bool> eqOn{false};
     QProperty<bool> chanMuted{false};
-    /// When a message or a recall last told this channel's state; the distant past means never.
+    /// When this channel's state last became known; the distant past means never.
     QProperty<Uptime> lastUpdate{distantPast};
     /// The fader value that the physical fader should be brought to.
     QProperty<std::optional<int>> nullTarget{std::nullopt};
@@ -45,7 +45,7 @@ public:
 
     ChannelSwitches switches() const;
     using Switch = QProperty<bool> ChannelState::*;
-    /// The switches with one of them as told.
+    /// The switches, with one of them as given.
     ChannelSwitches switchesWith(Switch which, bool on) const;
     /// Writes the switches in the order monitor, aux, EQ, channel; equal ones notify nobody.
     void setSwitches(ChannelSwitches switches);

@@ -4,8 +4,8 @@
 
 namespace tessik {
 
-/// Who changed an automatable field. What playback puts on screen, and what selecting a pass or a Zero without send
-/// does to the screen alone, is no change of the console and is not told.
+/// Who changed an automatable field. What playback shows, and what selecting a pass or a Zero without send does to the
+/// screen alone, is not a change of the console and is not reported.
 enum class ChangeOrigin : std::uint8_t {
     desk,   ///< a hand at the desk
     dump,   ///< the desk transmitting its whole state

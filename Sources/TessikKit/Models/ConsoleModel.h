@@ -32,9 +32,9 @@ public:
     const Channels& inputs() const { return _inputs; }
     const Channels& groups() const { return _groups; }
     ChannelState& stereo() const { return *_channels.back(); }
-    /// The channel of that identity, also where the console's size does not show it; null where none exists.
+    /// The channel with that identity, even if the console's size does not show it; null if there is none.
     ChannelState* channelState(ChannelKind kind) const;
-    /// The channel of a fader's or a switch byte's controller; null where it is none's.
+    /// The channel whose fader or switch byte the controller carries; null if it carries neither.
     ChannelState* channelOf(int cc) const;
     /// The inputs that the size shows.
     Channels visibleInputs() const;
@@ -47,10 +47,10 @@ public:
 
     // ---- What happens to the console. `cc` and `value` are 0 to 127; a controller of no channel is ignored.
 
-    /// One Control Change came from the console. In arrival order.
+    /// A Control Change came from the console. Call in order of arrival.
     void handle(int cc, int value) { handle(_clock.now(), cc, value); }
     void handle(Uptime stamp, int cc, int value);
-    /// A hand moved a control on screen. That says nothing of the desk's other controls: the channel stays unheard.
+    /// A hand moved a control on screen. That says nothing about the desk: the channel stays unsynced.
     void edited(int cc, int value);
     /// A snapshot was recalled. A fader's value is its NULL target too.
     void recalled(int cc, int value);
@@ -60,16 +60,16 @@ public:
     /// Playback put a value on the desk, and the screen shows it: a fader as its NULL target while the faders on screen
     /// are the hands' (`isHeld`).
     void played(int cc, int value, bool isHeld);
-    /// The screen alone shows a value: a pass was chosen, or the faders on screen change hands.
+    /// Only the screen changes: a pass was selected, or NULL came or went.
     void shown(int cc, int value) { write(cc, value); }
     void setNullTarget(ChannelState& channel, std::optional<int> target);
 
-    /// After each change that the desk, the screen, a recall or a Zero made, also to an equal value.
+    /// After each change made by the desk, the screen, a recall or a Zero, even to an equal value.
     Signal<const ConsoleChange&> changed;
     /// After a Zero without send.
     Signal<> screenZeroed;
 
-    /// One fader message of the last half second.
+    /// A fader message of the last half second.
     struct RecentFader {
         QString id; ///< of the channel
         Uptime at;

@@ -3,16 +3,15 @@
 #include <algorithm>
 #include <cstdint>
 
-/// 29.97 drop: labels run ahead of the frames that really go by, because two are left out at the start of each minute
-/// but for every tenth. Both are counted since 00:00:00:00, labels as `TimecodePosition::totalFrames` does, neither
-/// negative.
+/// 29.97 drop: labels run ahead of real frames, because two are skipped at the start of every minute except each tenth.
+/// Both are counted from 00:00:00:00, labels as `TimecodePosition::totalFrames` does; neither is negative.
 namespace tessik::DropFrame {
 
 inline constexpr std::int64_t labelsPerMinute = 60 * 30;
 inline constexpr std::int64_t framesPerMinute = labelsPerMinute - 2;
 inline constexpr std::int64_t framesPerTenMinutes = 10 * labelsPerMinute - 9 * 2;
 
-/// The frame with that label. A label that is left out counts as the next one that is not.
+/// The frame with that label. A skipped label counts as the next one that is not.
 constexpr std::int64_t frameOfLabel(std::int64_t label) {
     const std::int64_t minutes = label / labelsPerMinute;
     if (minutes % 10 != 0) label = std::max(label, minutes * labelsPerMinute + 2);

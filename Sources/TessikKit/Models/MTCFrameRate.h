@@ -15,7 +15,7 @@ constexpr std::optional<MTCFrameRate> mtcFrameRateFromRawValue(std::int64_t raw)
     return raw >= 0 && raw <= 3 ? std::optional(MTCFrameRate(raw)) : std::nullopt;
 }
 
-/// Nominal whole frames a second, by which all arithmetic goes: 30 at 29.97 drop too.
+/// Nominal whole frames a second, used for all arithmetic: 30 at 29.97 drop too.
 constexpr int framesPerSecond(MTCFrameRate rate) {
     switch (rate) {
     case MTCFrameRate::fps24: return 24;
@@ -26,7 +26,7 @@ constexpr int framesPerSecond(MTCFrameRate rate) {
     return 30;
 }
 
-/// Frames that really go by in a second: 30/1.001 at 29.97 drop.
+/// Real frames a second: 30/1.001 at 29.97 drop.
 constexpr double realFramesPerSecond(MTCFrameRate rate) {
     return rate == MTCFrameRate::fps30Drop ? 30.0 / 1.001 : framesPerSecond(rate);
 }

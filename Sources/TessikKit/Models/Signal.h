@@ -8,9 +8,9 @@
 
 namespace tessik {
 
-/// Something that happens, told to whoever listens, first come first served. Main thread only.
+/// An event that several may listen to; they are called in the order in which they connected. Main thread only.
 ///
-/// A listener may connect and disconnect while it is told; the signal has to outlive that.
+/// Listeners may connect and disconnect during a call. The signal must outlive the call.
 template <typename... Args>
 class Signal {
     struct Slot {
@@ -19,7 +19,7 @@ class Signal {
     };
 
 public:
-    /// Ends with this object.
+    /// The listener is connected as long as this object lives.
     class [[nodiscard]] Connection {
     public:
         Connection() = default;
@@ -53,7 +53,7 @@ public:
 
 private:
     mutable std::vector<std::shared_ptr<Slot>> _slots;
-    mutable int _depth = 0; // a listener may have it happen again
+    mutable int _depth = 0; // a listener may trigger it again
 };
 
 } // namespace tessik

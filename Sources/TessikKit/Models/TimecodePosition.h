@@ -4,11 +4,11 @@
 
 namespace tessik {
 
-/// A timecode label with the rate under which it was read. Nothing is validated: a label keeps the fields that it was
-/// given until it is moved.
+/// A timecode label with the rate it was read at. Nothing is validated: a label keeps the fields it was given until it
+/// is moved.
 ///
 /// There is no drop-frame arithmetic: 29.97 drop counts as 30, so count and label are exact inverses at every rate.
-/// Which of two positions is earlier is asked of `totalFrames`.
+/// Compare `totalFrames` to learn which of two positions is earlier.
 struct TimecodePosition {
     MTCFrameRate frameRate = MTCFrameRate::fps30;
     std::int64_t hours = 0; ///< not wrapped at 24
@@ -24,13 +24,13 @@ struct TimecodePosition {
     /// Moves by `n` frames, back where negative but never below 0, and leaves every field in its range.
     void addFrames(std::int64_t n);
 
-    /// The same label as a machine tells it, whose hours begin again at 24.
+    /// The same label with its hours wrapped at 24, as a machine expects it.
     TimecodePosition withinDay() const;
 
-    /// Farther from zero is no frame that comes from outside, be it a label's or a distance: such labels and distances
-    /// can be added and subtracted a few times without an overflow.
+    /// The farthest from zero that a frame or a distance from outside may be: within it, a few can be added and
+    /// subtracted without overflow.
     static constexpr std::int64_t farthest = std::int64_t(1) << 60;
-    /// With every field held to where the label is no farther than that, at any rate.
+    /// With every field clamped so that the label stays within that, at any rate.
     TimecodePosition bounded() const;
 
     /// "01:02:03:04", with colons at every rate.

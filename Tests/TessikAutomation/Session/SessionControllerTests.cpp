@@ -48,7 +48,7 @@ TEST_F(SessionControllerTest, OpensAndSavesEveryStore) {
     };
     program->dialogs.toOpen = path;
     program->controller.open();
-    EXPECT_EQ(program->dialogs.taken(), QStringList(QStringLiteral("Open an Tessik session")));
+    EXPECT_EQ(program->dialogs.taken(), QStringList(QStringLiteral("Open a Tessik session")));
     EXPECT_TRUE(wasDirty);
     EXPECT_FALSE(program->isDirty()); // what loading causes does not count
     EXPECT_EQ(program->controller.displayName(), QStringLiteral("Mix 3"));

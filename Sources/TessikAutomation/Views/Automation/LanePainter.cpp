@@ -58,7 +58,7 @@ QColor plotColor(const Look& look) {
 }
 QColor curveColor(const Look& look) { return look.isDark() ? look.tints.display : look.tints.warning; }
 
-/// What happens of the pass outside it is nothing.
+/// Shades the time outside the pass.
 void shadeOutside(Canvas& canvas, const QRect& plot, const PassLanes& lanes, const LaneTimeline& timeline) {
     const int start = std::clamp(canvas.px(plot.x() + std::clamp(timeline.xOf(0), -1e6, 1e6)), canvas.px(plot.x()),
                                  canvas.px(plot.x() + plot.width()));

@@ -65,7 +65,7 @@ WelcomeView::WelcomeView(const Look& look, const QString& noMIDI, QWidget* paren
     layout->addLayout(top);
 
     addChoice(*layout, setUpMIDI, QStringLiteral("Set up MIDI"),
-              QStringLiteral("Choose the ports on which your desk and your recorder hang."), hasMIDI);
+              QStringLiteral("Choose the ports that your desk and your recorder are connected to."), hasMIDI);
     addChoice(*layout, useRig, QStringLiteral("Try it with the rig"),
               QStringLiteral("A simulated desk and recorder, with no hardware at all."), !hasMIDI);
     addChoice(*layout, readManual, QStringLiteral("Read the manual"),
