@@ -1,6 +1,7 @@
 // A MIDI file of any bytes: it is a pass or it is told why not, and a pass that came out of one goes back into one and
 // comes out the same.
 #include "TessikAutomation/Automation/PassMIDIFile.h"
+#include "TessikAutomation/Persistence/WallClock.h"
 
 using namespace tessik;
 
@@ -14,7 +15,7 @@ void require(bool holds) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const QByteArrayView file(bytes, qsizetype(size));
-    const QDateTime now = QDateTime::fromSecsSinceEpoch(0, Qt::UTC);
+    const QDateTime now = dateOfSecond(0);
     const auto rate = MTCFrameRate(size % 4);
     PassMIDIFile::Imported read = PassMIDIFile::read(file, 1, rate, now);
     require(read.pass.has_value() == read.error.isEmpty());

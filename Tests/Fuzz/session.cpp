@@ -1,5 +1,6 @@
 // A whole session file of any bytes: it opens exactly where it is JSON with an object on top, and what was opened is
 // written and reads back equal. Its labels can be counted with.
+#include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Session/SessionReader.h"
 #include "TessikAutomation/Session/SessionWriter.h"
@@ -34,7 +35,7 @@ Validity validity(QByteArrayView bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const QByteArrayView text(bytes, qsizetype(size));
-    const QDateTime now = QDateTime::fromSecsSinceEpoch(0, Qt::UTC);
+    const QDateTime now = dateOfSecond(0);
     const SessionReadResult result = parseSession(text, now);
     require(result.document.has_value() == result.error.isEmpty());
     const Validity valid = validity(text);

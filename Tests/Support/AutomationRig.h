@@ -80,9 +80,7 @@ struct AutomationRig {
     ManualSettingsStore manualSettings;
     SnapshotRecall recall{model, manualSettings, output};
     PassStore passes;
-    WallClock wallClock = [this] {
-        return QDateTime::fromSecsSinceEpoch(uptime.now() / std::chrono::seconds(1), Qt::UTC);
-    };
+    WallClock wallClock = [this] { return dateOfSecond(uptime.now() / std::chrono::seconds(1)); };
     PassEngine engine{model, clock, output, snapshots, uptime, wallClock};
     std::function<void()> tick = [this] { engine.tick(); };
 };

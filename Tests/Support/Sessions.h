@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Session/SessionDocument.h"
 
 #include <QFile>
@@ -21,7 +22,7 @@ inline bool writeFile(const QString& path, const QByteArray& text) {
 }
 
 /// A date of a session, as records hold them.
-inline QDateTime second(qint64 seconds) { return QDateTime::fromSecsSinceEpoch(1'767'621'802 + seconds, Qt::UTC); }
+inline QDateTime second(qint64 seconds) { return dateOfSecond(1'767'621'802 + seconds); }
 
 /// A session with every kind of record and every field away from its default, another one for each seed.
 inline SessionDocument sampleSession(unsigned seed, int passes = 2, int eventsAPass = 5) {

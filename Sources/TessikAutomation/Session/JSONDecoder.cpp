@@ -1,5 +1,7 @@
 #include "TessikAutomation/Session/JSONDecoder.h"
 
+#include "TessikAutomation/Persistence/WallClock.h"
+
 #include <cmath>
 
 namespace tessik {
@@ -119,7 +121,8 @@ bool JSONDecoder::decode(Value value, QDateTime& out) {
     const QDate date(at(0, 4), at(5, 2), at(8, 2));
     const QTime time(at(11, 2), at(14, 2), at(17, 2));
     if (!date.isValid() || !time.isValid()) return fail("not a date of the calendar");
-    out = QDateTime(date, time, Qt::UTC).addSecs(-offset);
+    static const qint64 epochDay = QDate(1970, 1, 1).toJulianDay();
+    out = dateOfSecond((date.toJulianDay() - epochDay) * 86'400 + time.msecsSinceStartOfDay() / 1000 - offset);
     return out.date().year() >= 1 && out.date().year() <= 9999 ? true : fail("not a date of the years 1 to 9999");
 }
 

@@ -1,5 +1,7 @@
 #include "TessikAutomation/Session/ReplacedSessions.h"
 
+#include "TessikAutomation/Persistence/WallClock.h"
+
 #include <QDir>
 
 #include <algorithm>
@@ -35,7 +37,7 @@ std::vector<ReplacedSession> ReplacedSessions::all() const {
         if (isOurs)
             found.push_back({.file = {.folder = {}, .path = info.filePath()},
                              .origin = {},
-                             .replacedAt = QDateTime::fromSecsSinceEpoch(replacedAt, Qt::UTC)});
+                             .replacedAt = dateOfSecond(replacedAt)});
     }
     std::stable_sort(found.begin(), found.end(), [](const ReplacedSession& a, const ReplacedSession& b) {
         return a.replacedAt > b.replacedAt; // in the same second as the files were written

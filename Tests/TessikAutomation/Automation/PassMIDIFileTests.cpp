@@ -1,11 +1,12 @@
 #include "TessikAutomation/Automation/PassMIDIFile.h"
+#include "TessikAutomation/Persistence/WallClock.h"
 
 #include <gtest/gtest.h>
 
 namespace tessik {
 namespace {
 
-const QDateTime date = QDateTime::fromSecsSinceEpoch(1'700'000'000, Qt::UTC);
+const QDateTime date = dateOfSecond(1'700'000'000);
 
 TimedEvent fader(std::int64_t offset, ChannelKind kind, int value) {
     return {offset, kind, PassEventValue::fader(value)};

@@ -59,7 +59,7 @@ TEST(SessionReader, ReadsEveryRecordAndWritesTheSameBack) {
     EXPECT_EQ(pass.initialState->first().faderValue, 64);
     EXPECT_FALSE(session.passes[1].initialState);
     EXPECT_EQ(session.snapshots[1].name, QStringLiteral("Refrain “groß” \\ \"2\""));
-    EXPECT_EQ(session.snapshots[1].createdAt, QDateTime(QDate(2026, 1, 7), QTime(15, 0), Qt::UTC));
+    EXPECT_EQ(session.snapshots[1].createdAt, dateOfSecond(1'767'798'000));
     EXPECT_EQ(session.snapshots[0].channels[0].manualSettings->micTrim, -16.25);
     EXPECT_EQ(session.defaultSnapshotID, session.snapshots[0].id);
     EXPECT_EQ(session.channelLabels.value(QStringLiteral("group-3")).colorHex, QStringLiteral("123ABC"));

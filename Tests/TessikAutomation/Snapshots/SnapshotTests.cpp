@@ -56,7 +56,7 @@ TEST(SnapshotStore, SortsOnLoadAloneAndFollowsTheDefault) {
 
 TEST(ProposedName, IsTheLocalTimeOfTwelveHours) {
     const auto name = [](int hour, int minute) {
-        return proposedName(QDateTime(QDate(2026, 3, 4), QTime(hour, minute), Qt::LocalTime).toUTC());
+        return proposedName(QDateTime(QDate(2026, 3, 4), QTime(hour, minute)).toUTC());
     };
     EXPECT_EQ(name(21, 5), QStringLiteral("Mar 4, 9:05 PM"));
     EXPECT_EQ(name(0, 30), QStringLiteral("Mar 4, 12:30 AM"));

@@ -86,7 +86,7 @@ struct AutomationWindowTest : testing::Test, CleanSettings, AutomationRig {
                                MTCFrameRate rate = MTCFrameRate::fps25) {
         AutomationPass made{.id = QUuid::createUuid(),
                             .name = QLatin1String(name),
-                            .createdAt = QDateTime::fromSecsSinceEpoch(1'800'000'000 - age, Qt::UTC),
+                            .createdAt = dateOfSecond(1'800'000'000 - age),
                             .frameRate = rate,
                             .startTimecode = TimecodePosition::fromTotalFrames(rate, 0),
                             .events = {},
@@ -108,7 +108,7 @@ struct AutomationWindowTest : testing::Test, CleanSettings, AutomationRig {
     SymbolButton& passesButton = panel->addButton(QStringLiteral("passes"), {});
     SnapshotsPopover& snapshotsPopover = *new SnapshotsPopover(
         snapshots, recall, window.history(), snapshotsButton, window.drawing(), window.centralWidget(),
-        [] { return QDateTime(QDate(2026, 3, 4), QTime(21, 5), Qt::LocalTime).toUTC(); });
+        [] { return QDateTime(QDate(2026, 3, 4), QTime(21, 5)).toUTC(); });
     PassesPopover& passesPopover =
         *new PassesPopover(engine, passes, window.history(), passesButton, window.drawing(), window.centralWidget());
 };
