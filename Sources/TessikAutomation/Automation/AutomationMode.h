@@ -7,7 +7,7 @@
 
 namespace tessik {
 
-/// What the pass engine does while timecode runs. NULL is no mode: it is a switch beside update and read.
+/// What the pass engine does while timecode runs. NULL is not a mode but a switch alongside update and read.
 enum class AutomationMode : std::uint8_t { off, write, update, read };
 inline constexpr std::array allAutomationModes{AutomationMode::off, AutomationMode::write, AutomationMode::update,
                                                AutomationMode::read};

@@ -17,7 +17,7 @@ struct AutomationPass {
     MTCFrameRate frameRate = MTCFrameRate::fps30;
     TimecodePosition startTimecode; ///< frame 0 of every event's offset
     QList<TimedEvent> events;       ///< ascending by frame offset, and in recorded order at the same frame
-    /// The console when the take began; none in passes of older files, which start from the default snapshot.
+    /// The console when the take began; absent in passes from older files, which start from the default snapshot.
     std::optional<QList<ChannelSnapshot>> initialState;
 
     /// Frames from the start to a frame of the tape, whose labels begin again at midnight: taken within the day around

@@ -5,7 +5,7 @@
 namespace tessik {
 namespace {
 
-/// A number in a file may be any; the controller map knows only those of the console.
+/// A file may hold any number; the controller map knows only the console's.
 std::optional<int> faderLane(ChannelKind kind) {
     const std::int64_t n = kind.number();
     const bool exists = kind.kind() == ChannelKind::Case::stereo ||

@@ -15,12 +15,12 @@ struct LaneEvent {
     std::uint8_t cc;          ///< fader or switch controller of a channel that exists
     std::uint8_t value;       ///< 0 to 127
 
-    /// None for an event of a channel that does not exist.
+    /// None if the channel does not exist.
     static std::optional<LaneEvent> of(const TimedEvent& event);
     TimedEvent timedEvent() const;
 };
 
-/// A console state lane by lane; lanes of channels that it leaves out have none.
+/// A console state lane by lane; lanes of channels that it omits have no value.
 ControllerValues laneValues(const QList<ChannelSnapshot>& state);
 
 } // namespace tessik

@@ -26,8 +26,8 @@ PassEngine::PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutpu
     _timer.setInterval(std::chrono::duration_cast<std::chrono::milliseconds>(tickInterval));
     _edgeTimer.setSingleShot(true);
     _modeNotifier = mode.addNotifier([this] { noteModeChange(); });
-    // A desk chosen while the tape rolls has been told nothing yet, nor have channels that came with the console's
-    // size.
+    // A desk chosen while the tape rolls has been told nothing yet; nor have channels that appeared with another
+    // console size.
     const auto assertAnew = [this] { _isAssertionDue = _nullsStale = true; };
     _destinationNotifier = midiOutputManager.port.connectedDestinationID.addNotifier(assertAnew);
     _sizeNotifier = consoleModel.modelSize.addNotifier(assertAnew);
@@ -72,7 +72,7 @@ void PassEngine::tick() {
     const std::optional<AutomationPass>& pass = playedPass.value();
     hasFrameRateMismatch = needsPass(_mode) && pass && at && at->frameRate != pass->frameRate;
     if (_tape.isRolling()) {
-        settleTake(); // before what is played, where timecode was silent until now
+        settleTake(); // before the playback below, in case timecode was silent until now
         play(now);
     }
     if (isRecording()) recordedEventCount = _recorder.eventCount();
@@ -81,7 +81,7 @@ void PassEngine::tick() {
     armEdgeTimer(now);
 }
 
-/// The playback half of the lateness is the wait for the next tick: so one comes with the frame's edge.
+/// Waiting for the next tick is half of playback's lateness, so one comes exactly at the frame's edge.
 void PassEngine::armEdgeTimer(Uptime now) {
     if (!_tape.isRolling() || !needsPass(_mode)) return;
     const std::optional<Uptime> edge = _mtcClock.instant(std::floor(_tape.frame()) + 1);
@@ -92,7 +92,7 @@ void PassEngine::armEdgeTimer(Uptime now) {
 // ---- modes and selection
 
 void PassEngine::noteModeChange() {
-    if (mode.value() == _mode) return; // the engine's own doing
+    if (mode.value() == _mode) return; // the engine's own change
     consumeChanges();
     settleTake();
     if (isRecording()) endTake();
@@ -109,12 +109,12 @@ void PassEngine::noteModeChange() {
     applyNull();
 }
 
-/// As far as the mode lets it.
+/// As far as the mode allows.
 void PassEngine::applyNull() {
     if (nullEnabled.value()) setNullEnabled(needsPass(_mode));
 }
 
-/// What rolls is taken up anew at the next tick, from the start of a roll on.
+/// The next tick takes up a tape that rolls as if it had just started.
 void PassEngine::abandonRoll() {
     _tape.interrupt();
     _suspendedMode.reset();
@@ -129,7 +129,7 @@ void PassEngine::noteFullFrame() {
     abandonRoll();
 }
 
-/// A take that gets its name plays on.
+/// A take that is given its name plays on.
 void PassEngine::followPlayedPass() {
     const std::optional<AutomationPass>& pass = playedPass.value();
     const bool playsOn = pass && _indexed && pass->id == _indexed->id && pass->events.isSharedWith(_indexed->events);
@@ -219,19 +219,19 @@ void PassEngine::beginRoll() {
     if (records(_mode)) beginTake();
 }
 
-/// A dropout of the timecode is no stop: the take that it ended goes on.
+/// A dropout of the timecode is not a stop: the take that it ended continues.
 void PassEngine::resumeRoll() {
     if (!_suspendedMode) return beginRoll();
     _mode = *std::exchange(_suspendedMode, std::nullopt);
     mode = _mode;
     _isRecording = true;
     recordingPass = _recorder.takeAt(_offset).pass;
-    if (isPlayable()) { // as far as it had come
+    if (isPlayable()) { // up to where it had got
         _cursor.seek(baselineLanes(), _offset);
         _hasAssertedInitialState = true;
     }
     _isAssertionDue = true;
-    if (!needsPass(_mode)) applyNull(); // it was pressed meanwhile
+    if (!needsPass(_mode)) applyNull(); // it was pressed in the meantime
 }
 
 void PassEngine::endRoll() {
@@ -295,7 +295,7 @@ std::optional<AutomationPass> PassEngine::finishRecording(const QString& name, P
     pass->name = name;
     pass->sortEvents();
     store.save(*pass);
-    if (isComparing.value()) abandonRoll(); // else it plays on
+    if (isComparing.value()) abandonRoll(); // otherwise it keeps playing
     selectedPass = pass;
     recordingPass = std::nullopt;
     isComparing = false;

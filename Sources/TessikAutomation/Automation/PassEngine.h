@@ -15,7 +15,7 @@
 
 namespace tessik {
 
-/// The automation of the session: which mode is armed, which pass is played, the take being recorded.
+/// The session's automation: the armed mode, the pass being played and the take being recorded.
 ///
 /// A take waiting for its name is what plays, so that it is heard before it is kept. The selected pass plays when no
 /// take waits, and when the user compares.
@@ -28,7 +28,7 @@ public:
                const SnapshotStore& snapshotStore, const UptimeClock& uptime = UptimeClock::system(),
                WallClock wallClock = currentSecond);
 
-    /// A take under way ends when its mode is left.
+    /// Leaving the mode ends a take under way.
     QProperty<AutomationMode> mode{AutomationMode::off};
 
     // ---- Written by the engine alone
@@ -38,13 +38,13 @@ public:
     /// The take being recorded, still without its events, or a finished one waiting for its name.
     QProperty<std::optional<AutomationPass>> recordingPass{std::nullopt};
     QProperty<bool> isComparing{false}; ///< see `compare`
-    /// Follows from the others: the finished take that waits for its name.
+    /// Derived: the finished take that waits for its name.
     QProperty<std::optional<AutomationPass>> waitingTake;
-    /// Follows from the others: what READ plays, UPDATE rides over and NULL leads to.
+    /// Derived: what READ plays, UPDATE rides over and NULL leads to.
     QProperty<std::optional<AutomationPass>> playedPass;
-    QProperty<qsizetype> recordedEventCount{0}; ///< of the take being recorded, or of the last one
+    QProperty<qsizetype> recordedEventCount{0}; ///< of the take being recorded, or the last one
     QProperty<bool> isRolling{false};           ///< timecode runs and a mode is armed
-    /// An armed READ or UPDATE does nothing, because the played pass has another frame rate than the timecode.
+    /// An armed READ or UPDATE does nothing because the played pass and the timecode differ in frame rate.
     QProperty<bool> hasFrameRateMismatch{false};
 
     /// Visible channels about which nothing was ever received or recalled.
@@ -124,11 +124,11 @@ private:
     const UptimeClock& _uptime;
     const WallClock _wallClock;
 
-    AutomationMode _mode = AutomationMode::off; // as the engine acts; `mode` may be ahead while its notice runs
+    AutomationMode _mode = AutomationMode::off; // as the engine acts; `mode` may be ahead while its observers run
     TapeFollower _tape;
     std::vector<ConsoleChange> _changes; // since the last tick
-    std::vector<int> _owed;              // lanes that the last of these changes took from the automation
-    std::vector<int> _covered;           // faders whose hand it covered on a held screen
+    std::vector<int> _owed;              // lanes that the last of these changes took over from the automation
+    std::vector<int> _covered;           // faders for which it hid the hand on a held screen
     DeskHands _hands;
     PlaybackOutput _output;
     PassIndex _index; // of the played pass
@@ -138,10 +138,10 @@ private:
     std::bitset<MIDIChannelMapping::controllerCount> _hasMet; // faders whose hand has met its NULL target
     TakeRecorder _recorder;
     QProperty<bool> _isRecording{false};
-    std::optional<AutomationMode> _suspendedMode; // of a take ended by a stop that may yet be a dropout
+    std::optional<AutomationMode> _suspendedMode; // of a take ended by a stop that may yet prove a dropout
 
-    bool _hasAssertedInitialState = false; // and so the cursor is where the pass plays
-    bool _isAssertionDue = false;          // once more, for what came between
+    bool _hasAssertedInitialState = false; // and thus the cursor is where the pass plays
+    bool _isAssertionDue = false;          // again, for what happened in between
     std::int64_t _offset = 0;              // into the take or the pass at the last tick of the roll
     std::optional<Uptime> _dumpAt;         // the last message of a dump during the roll
     bool _nullsStale = false;

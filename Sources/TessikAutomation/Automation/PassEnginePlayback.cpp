@@ -29,7 +29,7 @@ void PassEngine::consumeChanges() {
 }
 
 void PassEngine::consume(ConsoleChange change) {
-    if (!isFader(change.cc)) // without the bits that mean nothing
+    if (!isFader(change.cc)) // without the meaningless bits
         change.value =
             MIDIChannelMapping::encodeSwitchByte(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(change.value)));
     const bool isEcho = _output.isEcho(change);
@@ -44,7 +44,7 @@ void PassEngine::consume(ConsoleChange change) {
 
     const AutomationMode taking = isRecording() ? _mode : _suspendedMode.value_or(AutomationMode::off);
     const bool hasAutomation = _cursor.values()[std::size_t(change.cc)].has_value();
-    // What UPDATE has no automation to put back on, it leaves as it was put, by a dump too.
+    // Where UPDATE has no automation to restore, it leaves what was set, even by a dump.
     if (taking == AutomationMode::write || (taking == AutomationMode::update && !hasAutomation))
         _recorder.move(change.stamp, change.cc, change.value);
     switch (change.origin) {
@@ -57,7 +57,7 @@ void PassEngine::consume(ConsoleChange change) {
         break;
     case ChangeOrigin::recall:
     case ChangeOrigin::zero:
-        // It holds until the channel's next event, and is heard so long.
+        // It holds, and is heard, until the channel's next event.
         if (_mode == AutomationMode::update && isPlaying() && hasAutomation) {
             _rides.replace(change.stamp, change.cc, change.value);
             _recorder.move(change.stamp, change.cc, change.value);
@@ -68,7 +68,7 @@ void PassEngine::consume(ConsoleChange change) {
     _nullsStale = true;
 }
 
-/// A hand took the desk away from the automation. In UPDATE that is a ride; under NULL it is a hand that looks for the
+/// A hand took the desk away from the automation. In UPDATE that is a ride; under NULL the hand is looking for the
 /// automation, so the desk is put back; in plain READ the hand has the channel until its next event.
 void PassEngine::answerHand(const ConsoleChange& change, std::optional<int> faderBefore,
                             std::optional<int> laneBefore) {
@@ -94,8 +94,8 @@ void PassEngine::answerHand(const ConsoleChange& change, std::optional<int> fade
     _owed.push_back(cc);
 }
 
-/// Where the hand's movement begins to count, none where it does not yet. Under NULL the way to the target is no ride:
-/// who meets it stands there, who passes it began there.
+/// Where the hand's movement begins to count, or none if it does not yet. Under NULL, the way to the target is no ride:
+/// a hand that meets the target is there, one that passes it began there.
 std::optional<int> PassEngine::rideStart(int faderCC, std::optional<int> faderBefore) {
     const std::size_t lane = std::size_t(faderCC);
     const std::optional<int> hand = _hands.value(faderCC);
@@ -115,7 +115,7 @@ void PassEngine::takeBackRides(Uptime dumpStamp) {
     if (lanes.empty() || !isRecording()) return;
     const std::int64_t from = offsetOf(_tape.frameAt(begunAt));
     _recorder.takeBack(from + 1, lanes);
-    // What was true of it comes again: rides that the take did not have yet, and the automation under earlier ones.
+    // Values that it reported truly will come again: rides that the take lacks, and the automation under earlier ones.
     std::erase_if(lanes, [this](int cc) { return !_recorder.has(cc) && !_rides.isRidden(cc); });
     PassCursor again(_index);
     again.seek(baselineLanes(), from);
@@ -141,14 +141,14 @@ bool PassEngine::isPlayable() const {
     return needsPass(_mode) && pass && pass->frameRate == _tape.rate();
 }
 
-/// Into the pass that plays, or into the take where none does.
+/// Into the pass that plays, or into the take if none does.
 std::int64_t PassEngine::offsetOf(double frame) const {
     const std::optional<AutomationPass>& pass = needsPass(_mode) ? playedPass.value() : recordingPass.value();
     const std::int64_t length = needsPass(_mode) ? _index.lastOffset() : _offset;
     return pass ? pass->offsetOf(std::int64_t(std::floor(frame)), length) : 0;
 }
 
-/// Of a lane for which the automation has a value.
+/// Only for a lane for which the automation has a value.
 int PassEngine::output(int cc) const { return _rides.output(cc, *_cursor.values()[std::size_t(cc)]); }
 
 void PassEngine::play(Uptime now) {
@@ -170,7 +170,7 @@ void PassEngine::play(Uptime now) {
     if (_isAssertionDue) assertOutputs();
 }
 
-/// The state with which the pass starts and every event up to here, as one assertion.
+/// Sends the state with which the pass starts plus every event up to here, as one assertion.
 void PassEngine::assertOutputs() {
     _isAssertionDue = false;
     ControllerValues outputs;
@@ -183,7 +183,7 @@ void PassEngine::assertOutputs() {
     _nullsStale = true;
 }
 
-/// A lane that is ridden in this take goes on with the output, also where only the automation moves.
+/// A lane ridden in this take keeps recording the output, even where only the automation moves.
 void PassEngine::recordRide(std::int64_t offset, int cc) {
     if (isRecording() && _recorder.has(cc)) _recorder.record(offset, cc, output(cc));
 }
@@ -200,7 +200,7 @@ void PassEngine::setNullEnabled(bool enabled) {
     }
     if (!needsPass(_mode)) return;
     _output.holdScreen();
-    _isAssertionDue = true; // a fader that a hand has taken goes back to the automation
+    _isAssertionDue = true; // a fader that a hand has taken returns to the automation
     _hasMet.reset();
     showHands();
     refreshNullTargets();
@@ -216,7 +216,7 @@ void PassEngine::showHands() {
         showHand(MIDIChannelMapping::faderCC(channel->kind));
 }
 
-/// It took the targets with it.
+/// It cleared the targets too.
 void PassEngine::noteScreenZeroed() {
     consumeChanges();
     if (_output.isScreenHeld()) showHands();
@@ -228,7 +228,7 @@ void PassEngine::clearNullTargets() {
         _consoleModel.setNullTarget(*channel, std::nullopt);
 }
 
-/// Where the tape is, as a label: by the lock while it rolls, else as the clock says.
+/// Where the tape is, as a label: from the lock while it rolls, else from the clock.
 std::optional<TimecodePosition> PassEngine::position() const {
     if (_tape.isRolling())
         return TimecodePosition::fromTotalFrames(_tape.rate(), std::int64_t(std::floor(_tape.frame())));

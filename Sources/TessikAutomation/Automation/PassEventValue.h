@@ -9,7 +9,7 @@ class PassEventValue {
 public:
     enum class Case : std::uint8_t { fader, switches };
 
-    /// `position` is kept as it is; the console's scale is 0 to 127, and a file may hold any number.
+    /// `position` is kept unchanged: the console's scale is 0 to 127, but a file may hold any number.
     static constexpr PassEventValue fader(std::int64_t position) { return {position, {}, Case::fader}; }
     static constexpr PassEventValue switches(ChannelSwitches switches) { return {0, switches, Case::switches}; }
 

@@ -13,13 +13,13 @@ namespace tessik {
 class PassIndex {
 public:
     PassIndex() = default;
-    /// In order of their offsets, whatever the order in the list; those of one frame in the list's order.
+    /// Ordered by offset, whatever the order in the list; events of one frame keep the list's order.
     explicit PassIndex(const QList<TimedEvent>& events);
 
     std::span<const LaneEvent> events() const { return _events; }
     /// The events of one controller.
     struct Lane {
-        std::vector<std::int64_t> offsets; // apart from the values: a search reads nothing else
+        std::vector<std::int64_t> offsets; // separate from the values: a search reads nothing else
         std::vector<std::uint8_t> values;
     };
     const Lane& lane(int cc) const { return _lanes[std::size_t(cc)]; }
@@ -35,14 +35,14 @@ private:
     std::array<Lane, MIDIChannelMapping::controllerCount> _lanes;
 };
 
-/// Follows a pass through its index: holds what each lane is at the offset reached.
+/// Follows a pass through its index: holds the value of every lane at the offset reached.
 class PassCursor {
 public:
     explicit PassCursor(const PassIndex& index) : _index(index) {}
 
-    /// Goes to an offset, over the state with which the pass starts.
+    /// Goes to an offset, on top of the state with which the pass starts.
     void seek(const ControllerValues& baseline, std::int64_t offset);
-    /// Goes on to a later offset and calls `visit(const LaneEvent&)` for each event on the way, in order.
+    /// Advances to a later offset and calls `visit(const LaneEvent&)` for each event on the way, in order.
     template <typename Visit>
     void advance(std::int64_t offset, Visit visit) {
         const std::span<const LaneEvent> events = _index.events();

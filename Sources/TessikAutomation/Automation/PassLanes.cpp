@@ -3,7 +3,7 @@
 namespace tessik {
 namespace {
 
-/// The switches that are not the same in all of these bytes, which begin with `start` where that is known.
+/// The switches that differ between these bytes, which begin with `start` if known.
 ChannelSwitches changing(const std::vector<std::uint8_t>& bytes, std::optional<int> start) {
     if (bytes.empty()) return {};
     std::uint8_t changed = 0;

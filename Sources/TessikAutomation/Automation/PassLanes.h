@@ -23,14 +23,14 @@ public:
     /// Of all events; at least 0, and small enough to calculate with.
     std::int64_t lastOffset() const { return _lastOffset; }
 
-    /// What a controller was in a stretch of the pass.
+    /// A controller's values over a stretch of the pass.
     struct Extent {
         std::uint8_t low, high;
-        std::uint8_t common; ///< the bits that were set all the time; of a switch byte, what was off all the time
+        std::uint8_t common; ///< the bits that were set throughout; of a switch byte, what was off throughout
         friend bool operator==(const Extent&, const Extent&) = default;
     };
-    /// Goes through `columns` stretches of `framesPerColumn` from an offset on and calls `visit(column, Extent)` for
-    /// each in which anything is known. Looks at each event on the way once.
+    /// Goes through `columns` stretches of `framesPerColumn` each, starting at an offset, and calls `visit(column,
+    /// Extent)` for each in which anything is known. Looks at each event once.
     template <typename Visit>
     void visitColumns(int cc, double from, double framesPerColumn, int columns, Visit visit) const {
         const PassIndex::Lane& lane = _index.lane(cc);
@@ -51,7 +51,7 @@ public:
             if (extent.low <= extent.high) visit(column, extent);
         }
     }
-    /// None where nothing is known yet.
+    /// None if nothing is known yet.
     std::optional<int> valueAt(int cc, std::int64_t offset) const;
 
 private:

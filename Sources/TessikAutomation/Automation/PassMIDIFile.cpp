@@ -16,7 +16,7 @@ constexpr std::int64_t hoursPerDay = 24;
 constexpr qsizetype maxNameLength = 200;
 const QByteArray startMarker = QByteArrayLiteral("Take");
 
-/// Frames that really went by since 00:00:00:00, and the count of labels that a pass keeps.
+/// Converts the label count that a pass keeps to frames elapsed since 00:00:00:00.
 std::int64_t realFrame(MTCFrameRate rate, std::int64_t label) {
     return rate == MTCFrameRate::fps30Drop ? DropFrame::frameOfLabel(label) : label;
 }
@@ -24,10 +24,10 @@ std::int64_t labelOf(MTCFrameRate rate, std::int64_t realFrame) {
     return rate == MTCFrameRate::fps30Drop ? DropFrame::labelOfFrame(realFrame) : realFrame;
 }
 
-/// What a division in frames says of 29.97 drop.
+/// How a division in frames denotes 29.97 drop.
 constexpr int dropDivision = 29;
 
-/// A beat of what is written is half a second of nominal frames.
+/// In the files written, a beat is half a second of nominal frames.
 int ticksPerQuarter(MTCFrameRate rate) { return framesPerSecond(rate) * ticksPerFrame / 2; }
 int microsecondsPerQuarter(MTCFrameRate rate) { return rate == MTCFrameRate::fps30Drop ? 500'500 : 500'000; }
 
@@ -37,7 +37,7 @@ bool isLabel(const TimecodePosition& label) {
            isInRange(label.frames, framesPerSecond(label.frameRate));
 }
 
-/// The label of an SMPTE offset; none where it is no timecode.
+/// The label of an SMPTE offset; none if it is not a valid timecode.
 std::optional<TimecodePosition> toldStart(const std::array<std::uint8_t, 5>& offset) {
     const auto [hours, minutes, seconds, frames, subframes] = offset;
     const TimecodePosition told{*mtcFrameRateFromRawValue(hours >> 5 & 3), hours & 0x1F, minutes, seconds, frames};
@@ -48,12 +48,12 @@ QString counted(std::int64_t count, const QString& one, const QString& many) {
     return count == 1 ? one : many.arg(count);
 }
 
-/// Turns ticks, asked for in ascending order, into frames that really go by.
+/// Converts ticks, given in ascending order, to elapsed frames.
 class FrameCounter {
 public:
     FrameCounter(const StandardMIDIFile& file, MTCFrameRate rate) : _file(file), _rate(rate) {}
 
-    /// The nearest frame; none past 24 hours. Counts what does not fall on one.
+    /// The nearest frame; none past 24 hours. Counts events that do not fall on a frame.
     std::optional<std::int64_t> frameAt(std::int64_t tick) {
         const Time time = timeAt(tick);
         if (time.numerator > hoursPerDay * 3600 * framesPerSecond(_rate) * time.denominator) return std::nullopt;
@@ -64,7 +64,7 @@ public:
     std::int64_t betweenFrames() const { return _betweenFrames; }
 
 private:
-    __extension__ using Wide = __int128; // ticks times microseconds of a day's events pass 64 bits
+    __extension__ using Wide = __int128; // a day's events in ticks times microseconds exceed 64 bits
     /// In frames, as a fraction.
     struct Time {
         Wide numerator, denominator;
@@ -88,7 +88,7 @@ private:
     const MTCFrameRate _rate;
     std::size_t _nextTempo = 0;
     std::int64_t _tempoTick = 0;
-    int _microsecondsPerQuarter = 500'000; // until the file says otherwise
+    int _microsecondsPerQuarter = 500'000; // unless the file says otherwise
     Wide _elapsed = 0;                     // up to `_tempoTick`, in microseconds times ticks a quarter
     std::int64_t _betweenFrames = 0;
 };
@@ -98,7 +98,7 @@ bool isDeskController(const StandardMIDIFile::Event& event) {
                                         MIDIChannelMapping::channelKindForSwitchCC(event.data1));
 }
 
-/// Makes a pass of what a file holds, and keeps account of what it cannot use.
+/// Makes a pass from a file's contents, and keeps track of what it cannot use.
 class Importer {
 public:
     Importer(const StandardMIDIFile& file, int midiChannel, MTCFrameRate rateForBeats)
@@ -133,7 +133,7 @@ public:
     }
 
 private:
-    /// The desk's channel, or the only other one with controllers of the desk.
+    /// The desk's channel, or the only other one that has the desk's controllers.
     bool chooseChannel() {
         std::array<bool, 16> has{};
         for (const StandardMIDIFile::Event& event : _file.events)
@@ -200,7 +200,7 @@ private:
         return true;
     }
 
-    /// What came up to here is the state with which the pass starts, where it tells whole channels.
+    /// Everything up to here is the state with which the pass starts, for channels given in full.
     void takeState() {
         QList<ChannelSnapshot> state;
         const QList<TimedEvent>& told = _pass->events;
@@ -249,7 +249,7 @@ private:
     const int _asked; // both counted from 0
     int _channel;
     MTCFrameRate _rate;
-    std::optional<TimecodePosition> _told; // where the file says that it starts
+    std::optional<TimecodePosition> _told; // where the file says it starts
     std::optional<AutomationPass> _pass;
     QStringList _notes;
     std::int64_t _otherChannels = 0, _otherControllers = 0, _notesPlayed = 0, _otherMessages = 0;

@@ -4,7 +4,7 @@
 
 namespace tessik {
 
-/// The session's passes, newest first, at most one for each id. Main thread only.
+/// The session's passes, newest first, at most one per id. Main thread only.
 class PassStore {
 public:
     QProperty<QList<AutomationPass>> passes;
@@ -13,9 +13,9 @@ public:
 
     /// Adds the pass, or replaces the one with the same id.
     void save(const AutomationPass& pass);
-    /// The place in the list stays.
+    /// Keeps its place in the list.
     void rename(const QUuid& id, const QString& name);
-    /// A pass that the engine has selected stays selected there.
+    /// A pass that the engine has selected stays selected in the engine.
     void remove(const QUuid& id);
     /// Replaces all passes.
     void load(QList<AutomationPass> loaded);

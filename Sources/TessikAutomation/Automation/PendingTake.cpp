@@ -5,7 +5,7 @@
 namespace tessik {
 namespace {
 
-/// What the rides of a take are, lane by lane.
+/// The rides of a take, lane by lane.
 struct RiddenLanes {
     std::array<std::optional<std::int64_t>, MIDIChannelMapping::controllerCount> touchedAt;
     ControllerValues last;
@@ -20,7 +20,7 @@ struct RiddenLanes {
     }
 };
 
-/// The pass with its ridden lanes replaced while they are ridden, and put back at the end.
+/// The pass with its ridden lanes replaced for the length of the ride, and restored at its end.
 QList<TimedEvent> merged(const PendingTake& take) {
     const RiddenLanes ridden(take.chunks);
     ControllerValues old = laneValues(take.rides->baseline); // at the end

@@ -7,7 +7,7 @@ namespace tessik {
 using namespace std::chrono_literals;
 
 namespace {
-// Both ways over the cables, and twenty faders between that the desk has to tell of as well.
+// Both ways over the cables, plus twenty faders in between that the desk must also report.
 constexpr Uptime echoWindow = 25ms;
 } // namespace
 

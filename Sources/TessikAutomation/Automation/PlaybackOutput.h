@@ -6,8 +6,8 @@
 
 namespace tessik {
 
-/// Puts automation on the desk and on screen. While the screen is held (NULL) its faders stay with the hands and the
-/// automation shows as NULL targets. Channels that the console's size does not show are left alone.
+/// Sends automation to the desk and the screen. While the screen is held (NULL), its faders stay with the hands and the
+/// automation appears as NULL targets. Leaves alone channels that the console's size does not show.
 class PlaybackOutput {
 public:
     PlaybackOutput(ConsoleModel& consoleModel, MIDIOutputManager& desk, const UptimeClock& clock)
@@ -15,7 +15,7 @@ public:
         _sentAt.fill(distantPast);
     }
 
-    /// The channel of a lane; null where it is not shown.
+    /// The channel of a lane; null if not shown.
     ChannelState* visibleChannel(int cc) const;
 
     /// True if the desk merely echoes our own value: it reads a fader that a hand has moved once its cable is free, and
@@ -23,11 +23,11 @@ public:
     bool isEcho(const ConsoleChange& change) const;
     /// Notes a change of the console. Returns what the lane was before; none if nothing was ever seen or sent.
     std::optional<int> noteChange(const ConsoleChange& change);
-    /// One value to the desk and the screen.
+    /// Sends one value to the desk and the screen.
     void play(int cc, int value, MIDIOutputManager::Urgency urgency);
     /// The same, ahead of all else, after the console moved away from the value.
     void putBack(int cc, int value);
-    /// A whole state, or what is known of one, to the desk and the screen.
+    /// Sends a whole state, or what is known of one, to the desk and the screen.
     void assertState(const ControllerValues& values);
 
     void holdScreen() { _isScreenHeld = true; }

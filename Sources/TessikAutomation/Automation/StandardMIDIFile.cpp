@@ -10,7 +10,7 @@ namespace {
 constexpr int maxLengthBytes = 4; // of a variable-length quantity
 constexpr qsizetype maxMarkers = 1 << 16;
 
-/// Reads bytes in their order, and knows after each step whether there were enough.
+/// Reads bytes in order, and knows after each step whether there were enough.
 class Reader {
 public:
     explicit Reader(QByteArrayView bytes) : _bytes(bytes) {}
@@ -39,10 +39,10 @@ private:
     qsizetype _at = 0;
 };
 
-/// Reads one track into the file. Stops at the first thing wrong.
+/// Reads one track into the file. Stops at the first error.
 class TrackReader {
 public:
-    /// `start` is where the track lies in the file, for messages.
+    /// `start` is the track's position in the file, for messages.
     TrackReader(StandardMIDIFile& file, QByteArrayView track, qsizetype start)
         : _file(file), _reader(track), _start(start) {}
 
@@ -133,7 +133,7 @@ private:
             _file.smpteOffset.emplace();
             std::copy(data->begin(), data->end(), _file.smpteOffset->begin());
             break;
-        default: break; // words, keys and the like: nothing that a pass could keep
+        default: break; // lyrics, key signatures and the like: nothing that a pass could keep
         }
     }
 

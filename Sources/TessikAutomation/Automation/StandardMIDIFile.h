@@ -11,11 +11,11 @@
 
 namespace tessik {
 
-/// What a Standard MIDI File of type 0 or 1 holds, its tracks merged.
+/// The contents of a Standard MIDI File of type 0 or 1, its tracks merged.
 struct StandardMIDIFile {
-    /// A tick is a part of a quarter note, or of a frame where the file counts in frames.
-    int ticksPerQuarter = 0; ///< 0 where it counts in frames
-    int framesPerSecond = 0; ///< 24, 25, 29 (29.97 drop) or 30; 0 where it counts in quarters
+    /// A tick is a fraction of a quarter note, or of a frame if the file counts in frames.
+    int ticksPerQuarter = 0; ///< 0 if it counts in frames
+    int framesPerSecond = 0; ///< 24, 25, 29 (29.97 drop) or 30; 0 if it counts in quarters
     int ticksPerFrame = 0;
 
     struct Event {
@@ -25,20 +25,20 @@ struct StandardMIDIFile {
     };
     static constexpr std::uint8_t sysEx = 0xF0;
     static constexpr std::uint8_t marker = 0xFF; ///< its data is the index in `markers`, high byte first
-    std::vector<Event> events;                   ///< in order of time
+    std::vector<Event> events;                   ///< in time order
     QList<QByteArray> markers;
 
     struct Tempo {
         std::int64_t tick;
         int microsecondsPerQuarter;
     };
-    std::vector<Tempo> tempos;                              ///< in order of time
+    std::vector<Tempo> tempos;                              ///< in time order
     QByteArray name;                                        ///< the first track name
     std::optional<std::array<std::uint8_t, 5>> smpteOffset; ///< hours with rate, minutes, seconds, frames, subframes
 
     /// Larger files are refused.
     static constexpr qsizetype maxBytes = 32 << 20;
-    /// Fills this, which is new. Returns why the bytes cannot be read; empty where they can.
+    /// Fills this object, which must be new. Returns why the bytes cannot be read; empty on success.
     QString parse(QByteArrayView bytes);
 };
 
@@ -54,9 +54,9 @@ public:
     };
 
     void addMeta(Meta type, const QByteArray& data);
-    /// At a tick, none earlier than those before and less than 2^28 later.
+    /// `tick` is no earlier than those before, and less than 2^28 later.
     void addMessage(std::int64_t tick, std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
-    /// The whole file. Nothing may be added after it.
+    /// The whole file. Add nothing after this.
     QByteArray file(int ticksPerQuarter);
 
 private:

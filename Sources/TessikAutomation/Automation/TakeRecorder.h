@@ -14,7 +14,7 @@ namespace tessik {
 /// it was made. A take that has ended can go on, with the moves made meanwhile, if the stop proves to be a dropout.
 class TakeRecorder {
 public:
-    /// A new take, without chunks yet. `known` is what needs no event: the state that the take begins with.
+    /// Begins a new take, without chunks yet. `known` needs no events: it is the state in which the take begins.
     void begin(PendingTake take, const ControllerValues& known);
 
     /// Takes a move made at an instant; it is not yet certain that it belongs to the take.
@@ -25,8 +25,8 @@ public:
         for (; !_moves.empty() && _moves.front().stamp <= knownUntil; _moves.pop_front())
             record(offsetAt(_moves.front().stamp), _moves.front().cc, _moves.front().value);
     }
-    /// A value at a frame offset. One equal to the lane's last is no event; an offset is never negative, nor before the
-    /// lane's last.
+    /// Records a value at a frame offset. A value equal to the lane's last is not an event; an offset is never
+    /// negative, nor before the lane's last.
     void record(std::int64_t offset, int cc, int value);
     /// Whether the take, or a move still waiting, concerns a lane.
     bool has(int cc) const;

@@ -10,10 +10,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Uptime resumeWithin = 2s;
-constexpr Uptime toldWithin = 1s;        // it takes two runs and a part of one to know where a tape is, a slow one too
+constexpr Uptime toldWithin = 1s; // finding a tape's position takes two runs and part of a third, on a slow tape too
 constexpr double resumeTolerance = 0.25; // seconds before where it stood, or beyond where it would be at full speed
 constexpr double jumpBack = 2;           // frames
-constexpr double jumpAhead = 1;          // seconds beyond the time gone by
+constexpr double jumpAhead = 1;          // seconds beyond the elapsed time
 
 double seconds(Uptime time) { return std::chrono::duration<double>(time).count(); }
 
@@ -59,7 +59,7 @@ void TapeFollower::take(Uptime now, double frame) {
     _knownUntil = _clock.toldUntil() + Uptime(std::llround(2e9 / realFramesPerSecond(_rate)));
     _isStanding = now > _knownUntil;
     _at = std::min(now, _knownUntil);
-    // The clock's answers never run back; what it predicts of the frame's two edges is nearer the truth.
+    // The clock's answers never run backwards; its predictions of the frame's two edges are more accurate.
     const double edge = std::floor(frame);
     const Uptime from = *_clock.instant(edge);
     const Uptime to = *_clock.instant(edge + 1);
@@ -68,7 +68,7 @@ void TapeFollower::take(Uptime now, double frame) {
     _framesPerNanosecond = 1 / double((to - from).count());
 }
 
-/// The answer of the clock, which begins again at midnight, on the scale of the roll.
+/// The clock's answer, which starts over at midnight, on the scale of the roll.
 double TapeFollower::unwrapped(double frame, MTCFrameRate rate) const {
     const double day = double(labelsPerDay(rate));
     return rate == _rate ? frame + day * std::round((_frame - frame) / day) : frame;

@@ -13,23 +13,23 @@ public:
     enum class Event : std::uint8_t {
         none,
         started,
-        resumed, ///< started again within two seconds of a stop, where the tape stood or would be had it gone on
+        resumed, ///< started again within two seconds of a stop, where the tape stood or would be had it kept rolling
         stopped, ///< noticed half a second late
-        jumped   ///< back by two frames, or ahead by more than a second beyond the time gone by, or to another rate
+        jumped   ///< back by two frames, or ahead by more than a second beyond the elapsed time, or to another rate
     };
-    /// Looks at the clock. While it rolls but cannot tell where, the last answer stands.
+    /// Looks at the clock. While the clock rolls without knowing where, the last answer stands.
     Event follow(Uptime now);
     /// Treats the tape as not rolling until the next look, which then reports a start.
     void interrupt();
-    /// Whether a start now could be the end of a dropout.
+    /// Whether a start now could end a dropout.
     bool mayResume(Uptime now) const;
 
     bool isRolling() const { return _isRolling; }
-    /// Of the roll, or of the last one.
+    /// Of this roll, or the last one.
     MTCFrameRate rate() const { return _rate; }
-    /// Absolute frame at the last look, or at the last one of the last roll. Goes on past 24 hours where a roll does.
+    /// Absolute frame at the last look, or the last look of the last roll. Keeps counting past 24 hours within a roll.
     double frame() const { return _frame; }
-    /// Absolute frame at an instant near the last look.
+    /// Absolute frame at an instant close to the last look.
     double frameAt(Uptime stamp) const;
     /// Whatever arrived later than this may have arrived after the tape stopped: two frames after the last quarter
     /// frame before the last look.
@@ -47,8 +47,8 @@ private:
     double _frame = 0; // at `_at`
     Uptime _at = distantPast;
     Uptime _knownUntil = distantPast;
-    bool _isStanding = false; // at the last look nothing was known of where it is, or timecode was silent
-    double _stood = 0;        // frames up to here were told before that
+    bool _isStanding = false; // at the last look its position was unknown, or timecode was silent
+    double _stood = 0;        // frames up to here were reported before that
     double _anchorFrame = 0;  // at `_anchorAt`
     Uptime _anchorAt{};
     double _framesPerNanosecond = 0;

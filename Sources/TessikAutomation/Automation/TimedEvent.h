@@ -5,7 +5,7 @@
 
 namespace tessik {
 
-/// One recorded change of one channel. A pass holds tens of thousands of them, so the record stays small.
+/// One recorded change of one channel. A pass holds tens of thousands, so the record stays small.
 struct TimedEvent {
     std::int64_t frameOffset = 0; ///< nominal frames since the pass's start timecode
     ChannelKind kind = ChannelKind::stereo();

@@ -12,14 +12,14 @@ namespace tessik {
 /// or a Zero put in its place until its next event. Remembers half a second, to take back what proves to be a dump.
 class UpdateRides {
 public:
-    /// The output for an automation value: faders trimmed and clamped to 0 to 127, held switches as they are held; the
-    /// value that stands in its place, if any.
+    /// The output for an automation value: faders trimmed and clamped to 0 to 127, held switches as held, or the value
+    /// that replaces it, if any.
     int output(int cc, int automation) const;
     /// The fader was moved by that much.
     void moveBy(Uptime stamp, int faderCC, int difference);
     /// Sets the trim so that the output is `value` while the automation says `automation`.
     void setOutput(Uptime stamp, int faderCC, int value, int automation);
-    /// The switches that differ between two bytes are held as `now` says.
+    /// Holds the switches that differ between two bytes as `now` has them.
     void press(Uptime stamp, int switchCC, int before, int now);
     /// Makes the output `value`, whatever the automation says, until a hand rides the fader or `release` is called.
     void replace(Uptime stamp, int cc, int value);

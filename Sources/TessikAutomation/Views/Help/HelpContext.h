@@ -8,7 +8,7 @@ class QWidget;
 
 namespace tessik {
 
-/// The parts of the program that have a chapter of their own.
+/// The parts of the program that have their own chapter.
 enum class HelpContext : std::uint8_t {
     mainWindow,
     welcome,
@@ -30,10 +30,10 @@ enum class HelpContext : std::uint8_t {
 
 QString chapterTitle(HelpContext context);
 
-/// Says which chapter explains `part` and all that stands in it.
+/// Sets the chapter that explains `part` and everything in it.
 void setHelpContext(QWidget& part, HelpContext context);
 bool hasHelpContext(const QWidget* where);
-/// The chapter for the widget where the user is: that of the nearest part around it, else "The Main Window".
+/// The chapter for the widget that the user is at: that of the nearest part around it, else "The Main Window".
 QString chapterTitle(const QWidget* where);
 
 } // namespace tessik

@@ -59,8 +59,8 @@ std::vector<Block> blocks(const QString& text) {
 }
 
 std::vector<Run> inlineRuns(const QString& text) {
-    // Qt parses whole documents. A comma ahead keeps what begins like a list or heading from becoming one, and, being
-    // punctuation, lets emphasis open right behind it.
+    // Qt parses whole documents. A leading comma keeps text that looks like a list or heading from becoming one and,
+    // being punctuation, lets emphasis open right after it.
     constexpr QLatin1Char guard(',');
     QTextDocument document;
     document.setMarkdown(guard + text, QTextDocument::MarkdownFeatures(QTextDocument::MarkdownNoHTML));

@@ -6,8 +6,8 @@
 #include <variant>
 #include <vector>
 
-/// The small Markdown of the manual. It is line-based: every source line is a block of its own, only the lines of a
-/// table belong together.
+/// The manual's small Markdown. It is line-based: every source line is its own block; only the lines of a table belong
+/// together.
 namespace tessik::HelpMarkdown {
 
 struct Heading {
@@ -32,7 +32,7 @@ struct Quote {
     bool operator==(const Quote&) const = default;
 };
 struct Table {
-    std::vector<QStringList> rows; ///< the header row first; the divider is none of them
+    std::vector<QStringList> rows; ///< the header row first, without the divider
     bool operator==(const Table&) const = default;
 };
 struct Spacer {
@@ -54,7 +54,7 @@ struct Run {
 
 /// The text of one block, parsed as inline Markdown; unstyled where it cannot be parsed.
 std::vector<Run> inlineRuns(const QString& text);
-/// What a reader sees of it.
+/// The text as the reader sees it.
 QString plainText(const QString& text);
 
 } // namespace tessik::HelpMarkdown

@@ -32,10 +32,10 @@ void HelpMenu::openManual(const QString& title) {
     if (!_view) {
         _view = new HelpView(*_drawing.look.value());
         _view->setAttribute(Qt::WA_DeleteOnClose);
-        _view->winId(); // makes the window behind it
+        _view->winId(); // creates the underlying window
     }
     if (!title.isEmpty()) _view->showTopic(title);
-    // Only what belongs to a dialog can be used beside it.
+    // While a dialog is open, only its own children can be used.
     const QWidget* dialog = QApplication::activeModalWidget();
     _view->windowHandle()->setTransientParent(dialog ? dialog->windowHandle() : nullptr);
     _view->show();
@@ -43,8 +43,8 @@ void HelpMenu::openManual(const QString& title) {
     _view->activateWindow();
 }
 
-/// The menu or list that is open; else what has the keyboard; and where that is nothing in particular, what is under
-/// the pointer.
+/// The menu or list that is open, else the widget with the keyboard, or, if that is nothing in particular, the one
+/// under the pointer.
 const QWidget* HelpMenu::whereTheUserIs() const {
     if (const QWidget* menu = QApplication::activePopupWidget()) return menu;
     const QWidget* active = QApplication::activeWindow();

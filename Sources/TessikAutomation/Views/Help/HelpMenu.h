@@ -8,8 +8,8 @@
 
 namespace tessik {
 
-/// The Help menu, and F1 in every window, dialog and menu of the program: it opens the chapter that explains where the
-/// user is. The manual has one window, which does not block and is not blocked, and begins afresh when it was closed.
+/// The Help menu, and F1 in every window, dialog and menu: opens the chapter that explains where the user is. The
+/// manual has one window, which neither blocks nor is blocked, and starts afresh after being closed.
 class HelpMenu final : public QMenu {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ public:
     HelpMenu(DrawingContext& drawing, QWidget& window);
     ~HelpMenu() override;
 
-    /// Opens the manual, or brings it to the front; at that chapter, or for an empty title where it is.
+    /// Opens the manual or brings it to the front: at that chapter, or where it is if the title is empty.
     void openManual(const QString& title = {});
     /// The manual's window while it is open.
     HelpView* view() const { return _view; }

@@ -18,7 +18,7 @@ namespace tessik {
 
 namespace {
 
-/// Where the layout of a block has its origin, in a table too.
+/// The origin of a block's layout, even in a table.
 QPointF origin(const QTextBlock& block) {
     return block.document()->documentLayout()->blockBoundingRect(block).topLeft();
 }
@@ -160,7 +160,7 @@ QTextCursor HelpPage::nextMatch(const QTextCursor& after) const {
 }
 
 QMimeData* HelpPage::createMimeDataFromSelection() const {
-    auto* const copied = new QMimeData; // plain: the colours of the page are for the page
+    auto* const copied = new QMimeData; // plain: the page's colours are for the page only
     copied->setText(textCursor().selection().toPlainText().replace(HelpTypesetter::unbrokenHyphen, QLatin1Char('-')));
     return copied;
 }

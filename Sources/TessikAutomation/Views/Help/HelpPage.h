@@ -9,10 +9,10 @@
 
 namespace tessik {
 
-/// One chapter, typeset: a column of readable width that can be selected, copied and searched.
+/// One chapter, typeset: a column of readable width, selectable, searchable and with text that can be copied.
 class HelpPage final : public QTextBrowser {
 public:
-    /// `chapters`: the titles that can be linked to.
+    /// `chapters`: the titles that links can name.
     HelpPage(const HelpColors& colors, QStringList chapters, QWidget* parent = nullptr);
 
     /// A link to this chapter was followed.
@@ -20,9 +20,9 @@ public:
 
     /// Shows the chapter from its top.
     void show(const HelpTopic& topic);
-    /// Marks every place where `query` stands; none for an empty one.
+    /// Marks every occurrence of `query`; none if it is empty.
     void markMatches(const QString& query);
-    /// Goes to the next marked place, from the last one back to the first. False where there is none.
+    /// Goes to the next marked place, from the last back to the first. False if there is none.
     bool goToNextMatch();
     void setColors(const HelpColors& colors);
 

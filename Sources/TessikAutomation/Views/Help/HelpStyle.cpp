@@ -11,7 +11,8 @@ namespace tessik {
 HelpColors HelpColors::of(const Look& look) {
     const bool dark = look.isDark();
     const QColor ground = look.palette.appBackground;
-    // A page is read for long: in the light theme it is lighter than the desk, and its ink warmer than black.
+    // Pages are read for a long time: in the light theme they are lighter than the desk, and their ink warmer than
+    // black.
     const QColor page = look.tints.page;
     const QColor accent = dark ? look.tints.display : look.tints.warning;
     return {.page = page,
@@ -35,7 +36,7 @@ namespace HelpStyle {
 
 namespace {
 
-/// Draws `Shape` in one colour at whatever size and resolution is asked for.
+/// Draws `Shape` in one colour at any size and resolution.
 class LineIcon final : public QIconEngine {
 public:
     enum class Shape { magnifier, cross };
@@ -120,7 +121,7 @@ QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 )");
     const std::pair<const char*, const QColor&> names[] = {
-        {"@selectionText", colors.selectionText}, // before the name that it begins with
+        {"@selectionText", colors.selectionText}, // before the name that it starts with
         {"@selection", colors.selection},
         {"@page", colors.page},
         {"@sidebar", colors.sidebar},

@@ -32,7 +32,7 @@ namespace HelpStyle {
 
 inline constexpr int sidebarWidth = 312;
 inline constexpr int measure = 560;     ///< the widest column of text, about 70 characters
-inline constexpr int pageMargin = 40;   ///< the least room beside the text
+inline constexpr int pageMargin = 40;   ///< minimum beside the text
 inline constexpr int spacerHeight = 10; ///< of an empty line
 inline constexpr int quoteBarWidth = 3;
 inline constexpr int chipPadding = 4; ///< beside the text of a piece of code

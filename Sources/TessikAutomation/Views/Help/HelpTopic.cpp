@@ -6,14 +6,14 @@
 
 #include <algorithm>
 
-// Outside of every namespace, as Qt wants it; without it the linker leaves the chapters out of the program.
+// Outside every namespace, as Qt requires; without this the linker leaves the chapters out of the program.
 static void registerChapters() { Q_INIT_RESOURCE(manual); }
 
 namespace tessik {
 
 namespace {
 
-/// A chapter's file: the title as a heading of the first level in the first line, the body below it.
+/// A chapter's file: the title as a first-level heading on the first line, then the body.
 HelpTopic chapter(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) qFatal("%s is not built in", qUtf8Printable(path));
@@ -25,7 +25,7 @@ HelpTopic chapter(const QString& path) {
 bool contains(const HelpTopic& topic, const QString& query) {
     const auto has = [&](const QString& text) { return text.contains(query, Qt::CaseInsensitive); };
     if (has(topic.title) || has(topic.body)) return true;
-    // A reader sees no marks, so marks in the middle of a phrase must not hide it.
+    // Readers see no marks, so marks inside a phrase must not hide it.
     static const QRegularExpression marks(QStringLiteral("[*`]"));
     return has(QString(topic.body).remove(marks));
 }

@@ -19,11 +19,10 @@ using HelpTopics = std::vector<HelpTopic>;
 /// The chapters built into the program, in the order of the manual.
 const HelpTopics& manual();
 
-/// The topics whose title or text contains `query` in any case, in their order; all of them for an empty query.
+/// The topics whose title or text contains `query` in any case, in order; all of them for an empty query.
 HelpTopics visibleTopics(const HelpTopics& topics, const QString& query);
 
-/// The topic to show: that of the title `selection` where it is among the visible ones, else the first. Null where none
-/// is visible.
+/// The topic to show: the one titled `selection` if visible, else the first. Null if none is visible.
 const HelpTopic* shownTopic(const HelpTopics& visible, const QString& selection);
 
 } // namespace tessik

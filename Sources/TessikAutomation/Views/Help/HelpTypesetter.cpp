@@ -21,7 +21,7 @@ QTextCharFormat charFormat(const QFont& font, const QColor& color) {
     return format;
 }
 
-/// With room behind it for the edge of a chip.
+/// Leaves room after it for the edge of a chip.
 QTextCharFormat spaced(QTextCharFormat format) {
     format.setFontLetterSpacingType(QFont::AbsoluteSpacing);
     format.setFontLetterSpacing(HelpStyle::chipPadding);
@@ -51,11 +51,11 @@ HelpTypesetter::Form HelpTypesetter::textForm() const {
     return form;
 }
 
-/// Starts a block below what is there and the empty lines since.
+/// Starts a block below the existing text and any empty lines since.
 void HelpTypesetter::begin(QTextBlockFormat format) {
     format.setTopMargin(format.topMargin() + _gap);
     _gap = 0;
-    if (_above) { // Qt leaves out the margin of what follows a table
+    if (_above) { // Qt ignores the margin of what follows a table
         QTextTableFormat table = _above->format();
         table.setBottomMargin(format.topMargin());
         _above->setFormat(table);
@@ -177,7 +177,7 @@ void HelpTypesetter::draw(const HelpMarkdown::Table& table) {
         for (int column = 0; column < grid->columns(); ++column) {
             QTextTableCell cell = grid->cellAt(row, column);
             cellFormat.setLeftPadding(column == 0 ? HelpStyle::chipPadding : 2 * cellPadding);
-            // Code is set smaller: alone in its cell it would stand above the line of the others.
+            // Code is set smaller: alone in its cell it would sit above the line of the other cells.
             const auto runs = HelpMarkdown::inlineRuns(cells.value(column));
             const bool isCode = runs.size() == 1 && runs.front().code;
             cellFormat.setVerticalAlignment(isCode ? QTextCharFormat::AlignMiddle : QTextCharFormat::AlignTop);
@@ -191,7 +191,7 @@ void HelpTypesetter::draw(const HelpMarkdown::Table& table) {
         }
     }
     _cursor = grid->lastCursorPosition();
-    _cursor.movePosition(QTextCursor::NextBlock); // the one that stands below a table
+    _cursor.movePosition(QTextCursor::NextBlock); // the block below a table
     _reuseBlock = true;
     _above = grid;
 }

@@ -9,16 +9,16 @@ class QTextTable;
 
 namespace tessik {
 
-/// Writes blocks of the manual into a text document, each form in its own style.
+/// Writes blocks of the manual into a text document, each kind in its own style.
 class HelpTypesetter {
 public:
-    /// What the page draws behind the text by itself: property of the block format, or of the character format.
+    /// What the page itself draws behind the text, as a property of the block or character format.
     enum Property : int { quoteProperty = QTextFormat::UserProperty + 1, codeProperty };
 
-    /// Stands for each hyphen in code, so that no line ends inside of an option's name.
+    /// Replaces each hyphen in code, so that no line breaks inside an option's name.
     static constexpr QChar unbrokenHyphen{0x2011};
 
-    /// What is set in italics and is one of `chapters` becomes a link to it.
+    /// Text in italics that names one of `chapters` becomes a link to it.
     HelpTypesetter(QTextDocument& document, const HelpColors& colors, const QStringList& chapters);
 
     void title(const QString& text);
@@ -48,7 +48,7 @@ private:
     const HelpColors& _colors;
     const QStringList& _chapters;
     bool _reuseBlock = true;      ///< the block at the cursor is empty and waits for text
-    QTextTable* _above = nullptr; ///< the table right above, which takes over the margin of what follows
+    QTextTable* _above = nullptr; ///< the table directly above, which takes over the margin of what follows
     int _gap = 0;                 ///< of the empty lines since the last block
 };
 

@@ -183,13 +183,13 @@ void HelpView::select(const QString& title) {
     refresh();
 }
 
-/// Brings list and page to what query and selection ask for.
+/// Brings list and page in line with the query and the selection.
 void HelpView::refresh() {
     const HelpTopics visible = visibleTopics(_topics, _query);
     const HelpTopic* const topic = shownTopic(visible, _selection);
     _clear->setVisible(!_query.isEmpty());
     {
-        const QSignalBlocker quiet(_list); // the list follows the selection here, it does not make one
+        const QSignalBlocker quiet(_list); // here the list follows the selection instead of making one
         const auto isListed = [&](const HelpTopic& t) {
             const auto row = static_cast<int>(&t - visible.data());
             return _list->item(row) && _list->item(row)->text() == t.title;
@@ -213,7 +213,7 @@ void HelpView::refresh() {
     _detail->setCurrentIndex(topic ? 0 : 1);
 }
 
-/// From the search field, the keys that move through a list move through the chapters.
+/// In the search field, the keys that move through a list move through the chapters.
 bool HelpView::eventFilter(QObject* watched, QEvent* event) {
     if (watched == _search && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();

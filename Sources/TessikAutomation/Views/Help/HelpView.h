@@ -15,17 +15,17 @@ namespace tessik {
 
 class HelpPage;
 
-/// The manual: a list of chapters with a search field at the left, the chosen chapter at the right.
+/// The manual: a list of chapters with a search field on the left, the chosen chapter on the right.
 class HelpView final : public QWidget {
 public:
     explicit HelpView(const Look& look, HelpTopics topics = manual(), QWidget* parent = nullptr);
 
-    /// Chooses the chapter of that title and ends a search that hides it. An unknown title changes nothing.
+    /// Chooses the chapter with that title and ends a search that hides it. An unknown title changes nothing.
     void showTopic(const QString& title);
     void setQuery(const QString& query);
     void setLook(const Look& look);
 
-    /// The title of the chapter on show; empty where the search found none.
+    /// The title of the chapter shown; empty if the search found none.
     QString shownTitle() const { return _shown.title; }
     /// The titles in the list, in its order.
     QStringList visibleTitles() const;
@@ -43,7 +43,7 @@ private:
 
     const HelpTopics _topics;
     QString _query;
-    QString _selection; ///< the title that was chosen last, also while the search hides it
+    QString _selection; ///< the title chosen last, even while the search hides it
     HelpTopic _shown;
 
     QLineEdit* _search;
