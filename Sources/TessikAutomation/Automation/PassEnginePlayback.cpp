@@ -115,7 +115,7 @@ void PassEngine::takeBackRides(Uptime dumpStamp) {
     if (lanes.empty() || !isRecording()) return;
     const std::int64_t from = offsetOf(_tape.frameAt(begunAt));
     _recorder.takeBack(from + 1, lanes);
-    // Values that it reported truly will come again: rides that the take lacks, and the automation under earlier ones.
+    // Restore what was true of it: rides that the take lacks, and the automation under earlier ones.
     std::erase_if(lanes, [this](int cc) { return !_recorder.has(cc) && !_rides.isRidden(cc); });
     PassCursor again(_index);
     again.seek(baselineLanes(), from);

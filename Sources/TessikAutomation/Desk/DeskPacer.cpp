@@ -10,12 +10,13 @@ using namespace std::chrono_literals;
 namespace {
 // Three bytes at 31,250 baud.
 constexpr Uptime messageTime = 960us;
-// What arrives until so long after a message of ours has landed may have left the desk before: the cable back, the
-// desk's and the interface's own delays.
+// What arrives until this long after a message of ours has landed may have left the desk before it: the return cable,
+// and the desk's and interface's own delays.
 constexpr Uptime crossingMargin = 4ms;
-// By then a hand in motion has been heard again, and an echo has come.
+// By then a hand in motion has been heard again, and an echo has arrived.
 constexpr Uptime quiet = EchoWatch::latest;
-// A hand that was sent back to and goes on, at whatever pace, is not followed: that would pull it all the way.
+// If a hand moves on after its value was sent back, at whatever pace, it is not followed: that would drag it all the
+// way.
 constexpr Uptime rest = 250ms;
 } // namespace
 
@@ -57,7 +58,7 @@ bool DeskPacer::noteReceived(Uptime stamp, int cc, int value) {
     const bool mayHaveCrossed = isEcho || stamp < controller.landsAt + crossingMargin;
     if (!mayHaveCrossed || (!controller.waiting && value == controller.sent)) return true;
     controller.believed.reset();
-    if (!_present) { // which of the two the desk ended on cannot be told, nor mended now
+    if (!_present) { // there is no telling, or mending, which of the two the desk holds
         controller.asked = value;
         return true;
     }
@@ -67,7 +68,7 @@ bool DeskPacer::noteReceived(Uptime stamp, int cc, int value) {
     return true;
 }
 
-/// Sends back what was heard where no later message, of the desk or to it, has told which value it holds.
+/// Sends back what was heard unless a later message, to or from the desk, has settled which value it holds.
 void DeskPacer::settle(Uptime now) {
     std::erase_if(_doubtful, [&](int cc) {
         Controller& controller = _controllers[std::size_t(cc)];
@@ -76,7 +77,7 @@ void DeskPacer::settle(Uptime now) {
             now < controller.heardAt + (controller.isResend ? rest : quiet))
             return false;
         const int value = *controller.heard;
-        const bool isMended = value == controller.sent; // by what waited then
+        const bool isMended = value == controller.sent; // by what waited at the time
         if (!isMended) ask(cc, value, Urgency::assertion);
         controller.heard.reset();
         controller.isResend = !isMended;

@@ -11,18 +11,18 @@
 
 namespace tessik {
 
-/// Decides what goes to the desk next: of each of the 128 controllers the latest value asked for waits, first come
-/// first served, and a token bucket keeps the rate to what the cable carries. Knows no ports and no timers.
+/// Decides what goes to the desk next: for each of the 128 controllers only the latest value waits, first come first
+/// served, and a token bucket limits the rate to what the cable carries. Knows no ports and no timers.
 class DeskPacer {
 public:
     enum class Urgency : std::uint8_t {
         playback,  ///< skipped where the desk is believed to hold the value already
-        assertion, ///< always sent, behind everything that waits
+        assertion, ///< always sent, after everything that waits
         correction ///< always sent, ahead of everything that waits
     };
 
     static constexpr int defaultMessagesPerSecond = 1000;
-    static constexpr int maxBurst = 16; ///< messages saved up by a pause
+    static constexpr int maxBurst = 16; ///< messages saved up during a pause
 
     /// At least 1.
     void setMessagesPerSecond(int rate);
@@ -39,19 +39,19 @@ public:
     void forget();
     /// The desk went away: nothing waits or is believed any more, and what was asked of it is owed.
     void lose();
-    /// The desk is there: everything owed is asked for again, in the order that is safe to the ear.
+    /// The desk is back: everything owed is asked for again, in the order that is safe for the ears.
     void regain();
 
-    /// Controllers in the order in which a whole state goes out: the switch bytes of channels that end muted, all
-    /// faders, the other switch bytes. `valueOf` gives a controller's value, or none to leave it out.
+    /// Controllers in the order in which a whole state is sent: the switch bytes of channels that end muted, all
+    /// faders, the other switch bytes. `valueOf` returns a controller's value, or none to leave it out.
     static std::vector<int> safeOrder(const std::function<std::optional<int>(int cc)>& valueOf);
 
     struct Message {
         int cc;
         int value;
     };
-    /// The next message that the rate allows at `now`; none where nothing waits or it is not yet time. It counts as
-    /// sent when `noteSent` follows.
+    /// The next message that the rate allows at `now`; none if nothing waits or it is not yet time. It counts as sent
+    /// once `noteSent` is called.
     std::optional<Message> next(Uptime now);
     void noteSent(Uptime now, Message message);
 
@@ -66,19 +66,19 @@ public:
 private:
     struct Controller {
         std::optional<int> waiting;
-        std::optional<int> asked; ///< the last value asked for that no hand has changed since
+        std::optional<int> asked; ///< the last value asked for, unless a hand has changed it since
         std::optional<int> believed;
-        std::optional<int> heard; ///< from the desk, which may have ended on another value; asks take its place
+        std::optional<int> heard; ///< from the desk, which may hold another value by now; the next ask replaces it
         Uptime heardAt = distantPast;
         int sent = 0;                 ///< the last value
-        Uptime landsAt = distantPast; ///< when it is through the desk's cable
-        bool isResend = false;        ///< what waits or was sent last: a hand's value sent back
+        Uptime landsAt = distantPast; ///< when it has passed the desk's cable
+        bool isResend = false;        ///< what waits or was last sent is a hand's value sent back
     };
     void settle(Uptime now);
 
     std::array<Controller, MIDIChannelMapping::controllerCount> _controllers;
-    std::deque<int> _order;     // controllers with a waiting value, each once
-    std::vector<int> _doubtful; // controllers with a value heard, each once
+    std::deque<int> _order;     // controllers with a waiting value, once each
+    std::vector<int> _doubtful; // controllers with a value heard, once each
     EchoWatch _echoes;
     double _perSecond = defaultMessagesPerSecond;
     double _tokens = maxBurst;

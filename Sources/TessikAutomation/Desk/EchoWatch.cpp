@@ -5,7 +5,7 @@
 namespace tessik {
 
 namespace {
-// The main thread may be busy for so long while an echo waits to be handed to it.
+// The main thread may be busy this long while an echo waits to be handed to it.
 constexpr Uptime patience = std::chrono::milliseconds(250);
 } // namespace
 
@@ -24,7 +24,7 @@ bool EchoWatch::take(Uptime stamp, int cc, int value) {
         _inARow = 0;
         return false;
     }
-    // A desk that reads a fader when its cable is free for it tells of the last of several values alone.
+    // A desk that reads a fader when its cable is free reports only the last of several values.
     const auto later = found + 1;
     const auto gone = std::remove_if(_onTheirWay.begin(), later, [cc](const Sent& sent) { return sent.cc == cc; });
     _onTheirWay.erase(gone, later);

@@ -83,7 +83,7 @@ void MIDIOutputManager::pump() {
         const std::uint32_t word =
             MIDIWords::controlChange(std::clamp(midiChannel.value(), 1, 16), message->cc, message->value);
         if (const MIDIStatus status = port.send({&word, 1})) {
-            if (status != midiWouldBlock) pause = 50ms; // the port refuses: the value stays owed, without haste
+            if (status != midiWouldBlock) pause = 50ms; // the port refuses: the value stays owed, retry slowly
             break;
         }
         _pacer.noteSent(now, *message);

@@ -8,14 +8,14 @@
 
 namespace tessik {
 
-/// One channel's automatable state, as it is asserted to the desk.
+/// One channel's automatable state, as asserted to the desk.
 struct DeskChannelState {
     ChannelKind kind;
     int faderValue = 0; ///< 0 to 127
     ChannelSwitches switches;
 };
 
-/// The path to the console's MIDI IN: the destination chosen, and what is believed to stand on the desk.
+/// The path to the console's MIDI IN: the chosen destination, and what the desk is believed to hold.
 ///
 /// Everything goes through one pacer, because the desk is on a 31,250-baud cable: only the latest value of each
 /// controller waits. The console does not echo, so what is sent is assumed to have arrived; a desk that was away, or
@@ -31,21 +31,21 @@ public:
 
     /// Availability, choice and status text of "MIDI Out".
     MIDIDestinationPort port;
-    /// MIDI channel of every message sent, as the console counts them: 1 to 16. Held to that range where it is used.
+    /// MIDI channel of every message sent, numbered as on the console: 1 to 16. Clamped to that range where used.
     QProperty<int> midiChannel{1};
 
     /// How a value is meant: playback skips what the desk is believed to hold, an assertion skips nothing, and a
-    /// correction goes ahead of everything that waits.
+    /// correction overtakes everything that waits.
     using Urgency = DeskPacer::Urgency;
     void sendFader(ChannelKind kind, int value, Urgency urgency = Urgency::assertion);
     void sendSwitches(ChannelKind kind, ChannelSwitches switches, Urgency urgency = Urgency::assertion);
     void send(int cc, int value, Urgency urgency);
-    /// A whole state, or what is known of one, in the order that is safe to the ear: the switches of channels that end
-    /// muted, all faders, the other switches.
+    /// Sends a whole state, or what is known of one, in the order that is safe for the ears: the switches of channels
+    /// that end muted, all faders, the other switches.
     void assertState(std::span<const DeskChannelState> channels);
     void assertState(const ControllerValues& values);
 
-    /// What the desk is believed to hold on a controller; none where nothing was ever sent or received.
+    /// What the desk is believed to hold on a controller; none if nothing was ever sent or received.
     std::optional<int> believedValue(int cc) const { return _pacer.believed(cc); }
     /// Reports what came from the desk. A value that crossed one of ours on the cable is sent back. False for what
     /// comes back in a loop and must not reach the model: nobody has moved anything.
@@ -53,7 +53,7 @@ public:
     /// Messages from the desk were lost, so what is believed may be wrong: forgets it, and sends once more what was
     /// asked for.
     void assertAgain();
-    /// What is sent comes back at once: the desk echoes, or Out is cabled to In.
+    /// What is sent comes straight back: the desk echoes, or Out is cabled to In.
     QProperty<bool> isLoop{false};
     /// True while anything waits to be sent, or a hand and a message have crossed and the outcome is open.
     bool isBusy() const { return _pacer.hasWaiting() || !_pacer.isSettled(); }
@@ -65,7 +65,7 @@ public:
     /// Zeroes every visible channel of the model and, if asked to, the desk.
     void resetChannels(ConsoleModel& consoleModel, bool sendToConsole);
 
-    /// Sends what is due now. The manager's own timer calls it while anything waits; a test calls it instead.
+    /// Sends what is due now. The manager's own timer calls it while anything waits; tests call it directly.
     void pump();
 
 private:

@@ -6,8 +6,8 @@
 
 namespace tessik {
 
-/// Selects the remembered ports, each only where it is listed at this moment, and sets the remembered channel.
-/// Once, at the start.
+/// Selects the remembered ports, each only if listed at this moment, and sets the remembered channel. Call once, at
+/// startup.
 void restoreMIDIConnections(MIDIInputConnection& console, MIDIOutputManager& output, MIDIInputConnection& timecode,
                             TransportManager& transport);
 

@@ -9,32 +9,32 @@
 namespace tessik {
 
 /// A MIDI client with one output port and the destination that the user chose for it, found by its unique id whenever
-/// it is there. Main thread only.
+/// it is present. Main thread only.
 class MIDIDestinationPort {
 public:
-    /// `clientName` names the client, and with " Port" behind it the port; `label` begins the status line.
+    /// `clientName` names the client and, with " Port" appended, the port; `label` begins the status line.
     MIDIDestinationPort(MIDIService& service, QString clientName, QString label);
     ~MIDIDestinationPort();
 
-    /// Creates client and port, once. The port's status is returned; a client failure shows as port failure.
+    /// Creates client and port, once. Returns the port's status; a client failure appears as a port failure.
     MIDIStatus setupClient();
-    /// Lists the destinations anew and derives the status line from the choice.
+    /// Lists the destinations again and derives the status line from the choice.
     void refreshDestinations();
-    /// Records the choice, also one that is not listed.
+    /// Records the choice, even of a destination that is not listed.
     void selectDestination(std::optional<std::int32_t> uniqueID);
 
     /// Whether the chosen destination is listed now.
     bool isReachable() const { return destination() != nullptr; }
-    /// Sends words to the chosen destination: `midiUnknownHandle` where it is absent, why there is no cable to it, else
-    /// the service's status.
+    /// Sends words to the chosen destination. Returns `midiUnknownHandle` if it is absent, else why there is no cable
+    /// to it, else the service's status.
     MIDIStatus send(std::span<const std::uint32_t> words);
 
     enum class Change : std::uint8_t {
         chosen, ///< another destination, or none; reachable or not
         gone,   ///< the chosen destination vanished
-        back    ///< it came back, also where it was gone for too short a time to be missed
+        back    ///< it came back, perhaps before it was missed
     };
-    /// Called after a choice or a refresh, when `isReachable` tells the new state.
+    /// Called after a choice or a refresh, when `isReachable` gives the new state.
     std::function<void(Change)> onChange;
 
     QProperty<std::vector<MIDIDestinationInfo>> availableDestinations;
@@ -42,11 +42,11 @@ public:
     /// "Not connected"; label + ": " + name; label + ": reconnecting…".
     QProperty<QString> statusText{QStringLiteral("Not connected")};
 
-    /// To the chosen destination. What happens to it is not in `statusText`.
+    /// The cable to the chosen destination. Its state is not in `statusText`.
     PortCable cable;
 
     QProperty<std::int64_t> sentCount{0}; ///< calls of `send` that went out
-    /// Why the destination refused what was sent last; 0 where it did not, or is not there.
+    /// Why the destination refused the last send; 0 if it did not, or is absent.
     QProperty<MIDIStatus> refusal{0};
 
     MIDIClientRef client() const { return _client; }

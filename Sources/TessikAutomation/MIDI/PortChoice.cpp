@@ -9,7 +9,7 @@ bool PortChoice::isAmbiguous() const {
 }
 
 void PortChoice::choose(std::optional<std::int32_t> uniqueID) const {
-    SavedSettings::setUniqueID(key, uniqueID); // first: who watches the selection looks at both
+    SavedSettings::setUniqueID(key, uniqueID); // first: observers of the selection look at both
     select(uniqueID);
 }
 

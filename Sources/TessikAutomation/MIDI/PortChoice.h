@@ -6,19 +6,19 @@
 
 namespace tessik {
 
-/// One of the MIDI paths that the user chooses from a list and this machine remembers. What it refers to outlives it.
+/// One of the MIDI paths that the user picks from a list and this machine remembers. What it refers to must outlive it.
 struct PortChoice {
     QLatin1String key; ///< of SavedSettings
     QProperty<std::vector<MIDIPortInfo>>& available;
-    QProperty<std::optional<std::int32_t>>& selected; ///< also while the port is missing
+    QProperty<std::optional<std::int32_t>>& selected; ///< kept while the port is missing
     std::function<void(std::optional<std::int32_t>)> select;
 
     bool isListed(std::int32_t uniqueID) const { return findPort(available.value(), uniqueID); }
-    /// Whether the port selected may have changed places with another of its name.
+    /// Whether the selected port may have swapped places with another of the same name.
     bool isAmbiguous() const;
-    /// Selects and remembers; none forgets the key.
+    /// Selects and remembers; none removes the key.
     void choose(std::optional<std::int32_t> uniqueID) const;
-    /// Selects the remembered port where it is listed now; else nothing changes.
+    /// Selects the remembered port if it is listed now; else does nothing.
     void restore() const;
 };
 

@@ -10,7 +10,7 @@
 
 namespace tessik {
 
-/// The commands of MIDI Machine Control that a recorder is driven with, by their codes (MMC 1.0, RP-013).
+/// The MIDI Machine Control commands that drive a recorder, by their codes (MMC 1.0, RP-013).
 enum class MMCCommand : std::uint8_t {
     stop = 0x01,
     play = 0x02,
@@ -21,7 +21,7 @@ enum class MMCCommand : std::uint8_t {
     pause = 0x09,
 };
 
-/// The bytes between F0 and F7, each of seven bits whatever was given.
+/// The bytes between F0 and F7, each reduced to seven bits.
 namespace MMCMessage {
 std::vector<std::uint8_t> command(std::uint8_t deviceID, MMCCommand command);
 std::vector<std::uint8_t> locate(std::uint8_t deviceID, const TimecodePosition& position);
@@ -46,13 +46,13 @@ public:
 
     /// The machine addressed; `allCall` until another is chosen on this computer.
     std::uint8_t deviceID() const { return _deviceID; }
-    /// Stores the choice, also an equal one.
+    /// Stores the choice, even if unchanged.
     void setDeviceID(std::uint8_t deviceID);
-    /// For watching; the setter is the way to write.
+    /// For observing; write through the setter.
     QBindable<std::uint8_t> bindableDeviceID() const { return QBindable<std::uint8_t>(&_deviceID); }
 
-    /// Nothing happens while the destination is not there. A port that is full for the moment is tried again, for two
-    /// seconds; what is lost shows as the port's `refusal`.
+    /// Does nothing while the destination is absent. A port that is momentarily full is retried for two seconds; what
+    /// is lost shows as the port's `refusal`.
     void send(MMCCommand command);
     void locate(const TimecodePosition& position);
     /// Sends what the port could not take before. The manager's own timer calls it; tests call it themselves.
@@ -69,7 +69,7 @@ private:
 
     const UptimeClock& _clock;
     QProperty<std::uint8_t> _deviceID;
-    std::deque<Waiting> _waiting; // messages, in their order
+    std::deque<Waiting> _waiting; // messages, in order
     QTimer _timer;
 };
 

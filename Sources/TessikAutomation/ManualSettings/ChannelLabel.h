@@ -7,7 +7,7 @@ namespace tessik {
 /// A channel's name and colour on its scribble strip.
 struct ChannelLabel {
     QString name;     ///< may be empty
-    QString colorHex; ///< "RRGGBB" in upper-case hexadecimal digits; any other text of a file is kept
+    QString colorHex; ///< "RRGGBB" in upper-case hexadecimal; any other text from a file is kept
 
     friend bool operator==(const ChannelLabel&, const ChannelLabel&) = default;
 };

@@ -4,8 +4,8 @@
 
 namespace tessik {
 
-/// The controls of one channel that have no MIDI: a written record of where they stand, in the units of their knobs.
-/// The defaults are a zeroed channel. Nothing is clamped here.
+/// One channel's controls that have no MIDI: a written record of their positions, in the units of their knobs. The
+/// defaults are a zeroed channel. Nothing is clamped here.
 struct ManualChannelSettings {
     bool phantomPower = false;
     bool pad = false;

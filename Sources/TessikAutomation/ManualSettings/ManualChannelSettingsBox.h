@@ -9,8 +9,8 @@
 
 namespace tessik {
 
-/// One channel's manual settings as observable properties, one for each field, so that turning one knob redraws only
-/// what shows it. A field is named by its member in the record.
+/// One channel's manual settings as observable properties, one per field, so that turning one knob redraws only what
+/// shows it. A field is named by its member in the record.
 class ManualChannelSettingsBox {
 public:
     explicit ManualChannelSettingsBox(const ManualChannelSettings& settings = {}) { setSettings(settings); }
@@ -19,13 +19,12 @@ public:
     Value value(Value ManualChannelSettings::*member) const {
         return find(*this, member).value();
     }
-    /// For watching one field; `edit` is the way to write.
+    /// For observing one field; write through `edit`.
     template <typename Value>
     QBindable<Value> bindable(Value ManualChannelSettings::*member) const {
         return QBindable<Value>(&find(*this, member));
     }
-    /// A user's edit: writes one field and, where that changes it, calls `onEdit`. A value that is no number is
-    /// ignored.
+    /// A user's edit: writes one field and, if that changes it, calls `onEdit`. Ignores NaN and infinities.
     template <typename Value>
     void edit(Value ManualChannelSettings::*member, Value value) {
         if constexpr (std::is_same_v<Value, double>)
@@ -41,7 +40,7 @@ public:
         forEach(*this, [&record](auto member, const auto& field) { record.*member = field.value(); });
         return record;
     }
-    /// Replaces all fields; those that stay equal notify nobody, and `onEdit` is not called.
+    /// Replaces all fields; unchanged ones notify nobody, and `onEdit` is not called.
     void setSettings(const ManualChannelSettings& settings) {
         forEach(*this, [&settings](auto member, auto& field) { field = settings.*member; });
     }

@@ -9,14 +9,14 @@
 
 namespace tessik {
 
-/// The manual settings of all channels, by channel id. Local only: nothing is ever sent. Main thread only.
+/// The manual settings of all channels, by channel id. Local only: never sent. Main thread only.
 class ManualSettingsStore {
 public:
-    /// The channel's box, made with the defaults where there is none. It lives as long as the store.
+    /// The channel's box, created with the defaults if missing. It lives as long as the store.
     ManualChannelSettingsBox& box(const QString& channelID);
-    /// The channel's record, the defaults where it has no box. Makes no box.
+    /// The channel's record, or the defaults if it has no box. Does not create one.
     ManualChannelSettings settings(const QString& channelID) const;
-    /// Stores a channel's whole record, and calls `onChange` where that changes it.
+    /// Stores a channel's whole record, and calls `onChange` if that changes it.
     void store(const QString& channelID, const ManualChannelSettings& settings);
     /// Every channel that has a box.
     QMap<QString, ManualChannelSettings> contents() const;
@@ -26,7 +26,7 @@ public:
     /// Sets every channel to the defaults and calls `onChange` once.
     void resetAll();
 
-    /// Called after `resetAll`, `store` and every user's edit of a box, never on `load`.
+    /// Called after `resetAll`, `store` and every user edit of a box, never on `load`.
     std::function<void()> onChange;
 
 private:

@@ -66,7 +66,7 @@ struct MasterSectionSettings {
     double talkbackMicLevel = 0.0;
     double oscFrequencyPosition = 0.0; ///< index into `oscFrequencyLabels`
     bool oscTone = false;
-    /// Returns 1 to 4; a file may hold another number of them, which is kept.
+    /// Returns 1 to 4; a file may hold a different number of them, which is kept.
     QList<EffectsReturnSettings> effectsReturns = QList<EffectsReturnSettings>(effectsReturnCount);
 
     friend bool operator==(const MasterSectionSettings&, const MasterSectionSettings&) = default;

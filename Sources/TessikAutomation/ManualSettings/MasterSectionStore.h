@@ -11,15 +11,14 @@ namespace tessik {
 /// The session's master section. Main thread only.
 class MasterSectionStore {
 public:
-    /// The current record; edited by writing back a changed copy.
+    /// The current record; to edit it, write back a changed copy.
     const MasterSectionSettings& settings() const { return _settings.value(); }
-    /// For watching; the setter is the way to write.
+    /// For observing; write through the setter.
     QBindable<MasterSectionSettings> bindableSettings() const { return QBindable<MasterSectionSettings>(&_settings); }
 
-    /// Writes the record and calls `onChange`; an equal one does nothing. A record with a value that is no number is
-    /// ignored.
+    /// Writes the record and calls `onChange`; an equal one does nothing. Ignores a record with a NaN or an infinity.
     void setSettings(const MasterSectionSettings& settings);
-    /// The same without `onChange`: when a session is opened.
+    /// The same without `onChange`, for opening a session.
     void load(const MasterSectionSettings& settings) { _settings = settings; }
 
     std::function<void()> onChange;

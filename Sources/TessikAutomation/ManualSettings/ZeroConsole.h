@@ -17,12 +17,12 @@ inline constexpr std::array allResetTiers{ResetTier::channelsOnly, ResetTier::ch
 /// A tier's texts.
 struct ResetTierTexts {
     QString menuTitle, dialogTitle, dialogMessage;
-    QStringList resets;   ///< what goes back to its defaults here
-    QStringList sendsNow; ///< what the desk is told; empty where nothing is sent
+    QStringList resets;   ///< what returns to its defaults here
+    QStringList sendsNow; ///< what is sent to the desk; empty if nothing is
 };
 ResetTierTexts texts(ResetTier tier);
 
-/// Puts the console's record, and with the last tier the console itself, back to zero.
+/// Puts the console's record and, with the last tier, the console itself back to zero.
 class ZeroConsole {
 public:
     ConsoleModel& consoleModel;

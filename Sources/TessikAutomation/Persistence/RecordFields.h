@@ -18,8 +18,8 @@ struct RecordField {
 template <typename Record, typename Value>
 RecordField(std::string_view, Value Record::*) -> RecordField<Record, Value>;
 
-/// The fields of a saved record, in the order in which they are written: a tuple of `RecordField`, given beside each
-/// record. Writing, reading, observing and resetting a record all walk it. A `std::optional` member is an optional key.
+/// The fields of a saved record in writing order: a tuple of `RecordField`, defined beside each record. Writing,
+/// reading, observing and resetting a record all walk it. A `std::optional` member is an optional key.
 template <typename Record>
 inline constexpr auto recordFields = std::false_type();
 

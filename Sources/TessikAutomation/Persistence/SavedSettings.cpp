@@ -44,7 +44,7 @@ QSettings& defaults() {
 
 void write(QLatin1String key, const QVariant& value) {
     defaults();                                           // holds what cannot be written
-    const std::unique_ptr<QSettings> store = openStore(); // a status, once bad, stays so: this one's is of this write
+    const std::unique_ptr<QSettings> store = openStore(); // fresh: a status, once bad, stays so
     if (value.isValid())
         store->setValue(key, value);
     else
@@ -60,7 +60,7 @@ void write(QLatin1String key, const QVariant& value) {
     });
 }
 
-/// A file gives numbers back as text, and QVariant's own toInt wraps: so the whole range is read and checked.
+/// A file returns numbers as text, and QVariant's own toInt wraps: so the whole range is read and checked.
 std::optional<std::int64_t> integer(QLatin1String key) {
     bool ok = false;
     const qlonglong value = defaults().value(key).toLongLong(&ok);

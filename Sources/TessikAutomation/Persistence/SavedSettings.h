@@ -32,28 +32,28 @@ inline constexpr QLatin1String windowPanes{"windowPanes"};
 inline constexpr QLatin1String welcomeDismissed{"welcomeDismissed"};
 } // namespace Key
 
-/// A port's unique id; none where nothing is stored. A number outside signed 32 bits stops the program: only ids are
-/// ever stored under these keys.
+/// A port's unique id; none if nothing is stored. A number outside signed 32 bits stops the program: only ids are ever
+/// stored under these keys.
 std::optional<std::int32_t> uniqueID(QLatin1String key);
-/// The stored number as it is; who uses it keeps it in range.
+/// The stored number as it is; callers keep it in range.
 std::optional<std::int64_t> midiChannel();
 std::optional<AppTheme> appTheme();
-/// Held to 0 to 255.
+/// Clamped to 0 to 255.
 std::optional<std::uint8_t> mmcDeviceID();
 std::optional<ConsoleModel::ModelSize> modelSize();
 /// The size in which the desk is shown, in percent.
 std::optional<int> deskZoom();
 /// Whether the master section is folded away.
 bool isMasterFolded();
-/// What was kept with `setBytes`; empty where nothing was.
+/// What `setBytes` stored; empty if nothing.
 QByteArray bytes(QLatin1String key);
-/// Whether the card of the first run was sent away.
+/// Whether the first-run card was dismissed.
 bool isWelcomeDismissed();
-/// Messages a second to the desk, 1 to 100,000; none where absent or out of range.
+/// Messages a second to the desk, 1 to 100,000; none if absent or out of range.
 std::optional<int> midiOutMessagesPerSecond();
 
 inline constexpr qsizetype maxRecentSessions = 10;
-/// Paths of session files, the one opened or saved last first. A file may be gone by now.
+/// Paths of session files, the most recently opened or saved first. A file may be gone by now.
 QStringList recentSessions();
 /// Puts a path in front; cleared with `remove`.
 void addRecentSession(const QString& path);
@@ -61,11 +61,11 @@ void addRecentSession(const QString& path);
 /// The last write of any setting.
 struct Write {
     std::int64_t count = 0; ///< of all writes
-    QString problem;        ///< why it failed; empty where it did not
+    QString problem;        ///< why it failed; empty if it did not
 
     friend bool operator==(const Write&, const Write&) = default;
 };
-/// For watching, on the main thread.
+/// For observing, on the main thread.
 QProperty<Write>& lastWrite();
 
 void setInteger(QLatin1String key, std::int64_t value);

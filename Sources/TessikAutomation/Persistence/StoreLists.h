@@ -23,7 +23,7 @@ QList<Record> renamed(QList<Record> records, const QUuid& id, const QString& nam
     return records;
 }
 
-/// By `createdAt`, the latest first; records of the same second keep their order.
+/// By `createdAt`, latest first; records of the same second keep their order.
 template <typename Record>
 void sortNewestFirst(QList<Record>& records) {
     std::stable_sort(records.begin(), records.end(),

@@ -42,7 +42,7 @@ void BackgroundWriter::run() {
         _busy = true;
         lock.unlock();
         Completion completion = job();
-        job = nullptr; // what it holds may be large: it is freed here, not on the main thread
+        job = nullptr; // its captures may be large: free them here, not on the main thread
         lock.lock();
         _busy = false;
         _completions.push_back(std::move(completion));

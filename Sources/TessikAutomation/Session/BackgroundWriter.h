@@ -18,7 +18,7 @@ public:
     using Job = std::function<Completion()>;
 
     BackgroundWriter();
-    /// Runs every job to its end; completions not yet run are dropped.
+    /// Runs every job to completion; drops callbacks not yet run.
     ~BackgroundWriter();
 
     void post(Job job);

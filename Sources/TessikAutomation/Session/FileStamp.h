@@ -17,7 +17,7 @@ struct FileStamp {
     std::int64_t modified = 0; ///< nanoseconds since 1970
 
     static FileStamp of(const struct stat& status);
-    /// None where nothing is there.
+    /// None if there is no such file.
     static std::optional<FileStamp> of(const QString& path);
 
     /// One line of text, and back from it.

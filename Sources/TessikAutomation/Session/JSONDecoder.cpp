@@ -16,7 +16,7 @@ bool isDigits(std::string_view text) {
 
 bool isHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 
-/// The number of a run of digits, -1 for anything else.
+/// The number in a run of digits, -1 for anything else.
 int digits(std::string_view text) {
     if (!isDigits(text)) return -1;
     int number = 0;
@@ -248,7 +248,7 @@ bool JSONDecoder::text(Value value, std::string_view& out) {
     return plain(raw, out);
 }
 
-// Most texts hold no escapes and are used where they stand: unescaping them all would touch as much memory again.
+// Most strings hold no escapes and are used in place: unescaping them all would touch as much memory again.
 bool JSONDecoder::plain(ondemand::raw_json_string raw, std::string_view& out) {
     const char* const start = raw.raw();
     const char* end = start;

@@ -18,10 +18,10 @@
 
 namespace tessik {
 
-/// Decodes values of one on-demand JSON document strictly, walking the records' field tables. After a failure the
-/// document cannot be read on; `error` tells what and where.
+/// Strictly decodes values of one on-demand JSON document, walking the records' field tables. After a failure the
+/// document cannot be read further; `error` says what failed and where.
 ///
-/// On-demand parsing accepts nonsense in what it skips, so nothing is skipped: `walk` reads a value to its leaves.
+/// On-demand parsing accepts nonsense in what it skips, so nothing is skipped: `walk` reads a value down to its leaves.
 class JSONDecoder {
 public:
     using Value = simdjson::ondemand::value;
@@ -32,12 +32,12 @@ public:
     bool decode(Value value, std::int64_t& out);
     bool decode(Value value, double& out);
     bool decode(Value value, QString& out);
-    /// The hyphenated form of 36 characters, of either case.
+    /// The hyphenated form of 36 characters, in either case.
     bool decode(Value value, QUuid& out);
-    /// ISO 8601 with date, time and zone, without fractions; UTC.
+    /// ISO 8601 with date, time and zone, without fractions; converted to UTC.
     bool decode(Value value, QDateTime& out);
     bool decode(Value value, MTCFrameRate& out);
-    /// Held to where frames can be counted.
+    /// Clamped to where frames can be counted.
     bool decode(Value value, TimecodePosition& out);
     /// Exactly one case key; other keys are ignored.
     bool decode(Value value, ChannelKind& out);
@@ -52,7 +52,7 @@ public:
     bool decode(Value value, QList<T>& out);
     template <typename T>
     bool decode(Value value, QMap<QString, T>& out);
-    /// Every key that is not optional; of duplicates the first. Unknown keys are walked.
+    /// Requires every key that is not optional; of duplicates, takes the first. Walks unknown keys.
     template <SavedRecord Record>
     bool decode(Value value, Record& out);
 
@@ -68,10 +68,10 @@ public:
     template <typename Expected, typename Visit>
     bool members(simdjson::ondemand::object object, Expected expected, Visit visit);
 
-    /// "passes[1].name: not a string", below the value that was asked for: "[1].name: not a string".
+    /// "passes[1].name: not a string", relative to the value that was asked for: "[1].name: not a string".
     QString error() const { return _where + QStringLiteral(": ") + _what; }
     QString what() const { return _what; }
-    /// Where the value stands that `walk` could not read; null where the fault lies between values.
+    /// The position of the value that `walk` could not read; null if the fault lies between values.
     const char* faultyValue() const { return _faultyValue; }
 
 private:
@@ -90,7 +90,7 @@ private:
 
     const simdjson::ondemand::parser& _parser;
     std::vector<std::uint8_t> _unescaped;
-    std::vector<TimedEvent> _events; // grows once for all passes, so that each list is allocated once
+    std::vector<TimedEvent> _events; // grows once for all passes, so that each list is allocated only once
     int _depth = 0;
     QString _what;
     QString _where;
@@ -190,7 +190,7 @@ inline constexpr bool isOptional = false;
 template <typename T>
 inline constexpr bool isOptional<std::optional<T>> = true;
 
-/// A record's keys, and which of them must be there.
+/// A record's keys, and which of them are required.
 template <SavedRecord Record>
 struct RecordKeys {
     static constexpr std::size_t count = std::tuple_size_v<std::remove_const_t<decltype(recordFields<Record>)>>;
@@ -208,9 +208,9 @@ struct RecordKeys {
         },
         recordFields<Record>);
 
-    /// Keys mostly come in their order.
+    /// Keys usually come in order.
     static std::string_view name(std::size_t index) { return index < count ? names[index] : std::string_view(); }
-    /// The field of a key, `count` where there is none.
+    /// The field of a key; `count` if there is none.
     static std::size_t find(std::string_view key, std::size_t expected) {
         if (key.data() == name(expected).data()) return expected;
         return std::size_t(std::find(names.begin(), names.end(), key) - names.begin());

@@ -7,11 +7,11 @@ namespace tessik {
 /// Where the transport goes when it is sent to the start or the end.
 namespace LocateTarget {
 
-/// The START locator, else zero at the rate of the timecode, else of 30 fps.
+/// The START locator, else zero at the timecode's rate, else at 30 fps.
 TimecodePosition start(const LocatorStore& locators, const std::optional<TimecodePosition>& currentPosition);
 /// The END locator, else the end of the selected pass, if any.
 std::optional<TimecodePosition> songEnd(const LocatorStore& locators, const std::optional<TimecodePosition>& passEnd);
-/// The end of a pass: its start and the offset, in frames, of its last event, where it has one.
+/// The end of a pass: its start plus the offset, in frames, of its last event, if it has one.
 TimecodePosition passEnd(TimecodePosition start, std::optional<std::int64_t> lastOffset);
 
 } // namespace LocateTarget

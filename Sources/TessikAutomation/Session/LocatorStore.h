@@ -16,10 +16,10 @@ public:
 
     Locator start() const { return _start; }
     Locator end() const { return _end; }
-    /// Every assignment calls `onChange`, also of an equal position.
+    /// Every assignment calls `onChange`, even with an equal position.
     void setStart(const Locator& position) { assign(_start, position); }
     void setEnd(const Locator& position) { assign(_end, position); }
-    /// For watching; the setters are the way to write.
+    /// For observing; write through the setters.
     QBindable<Locator> bindableStart() const { return QBindable<Locator>(&_start); }
     QBindable<Locator> bindableEnd() const { return QBindable<Locator>(&_end); }
 

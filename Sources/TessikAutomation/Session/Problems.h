@@ -21,30 +21,30 @@ struct Problem {
 /// What problems are derived from.
 struct ProblemState {
     struct Port {
-        QString label; ///< as the settings call it
+        QString label; ///< as labelled in the settings
         bool isInput = false;
-        bool isMissing = false;   ///< chosen, and not there
-        bool isForgotten = false; ///< remembered, but not there when the program started
-        MIDIStatus refusal = 0;   ///< of the connection, or of the last message sent to it
-        bool isCut = false;       ///< another program took the connection out
-        bool isAmbiguous = false; ///< it may have changed places with another of its name
+        bool isMissing = false;   ///< chosen, but absent
+        bool isForgotten = false; ///< remembered, but absent when the program started
+        MIDIStatus refusal = 0;   ///< of the connection, or of the last message sent
+        bool isCut = false;       ///< another program removed the connection
+        bool isAmbiguous = false; ///< it may have swapped places with another of the same name
     };
     struct FrameRates {
         MTCFrameRate pass;
         MTCFrameRate timecode;
     };
-    QString noMIDI; ///< why this machine has no MIDI; empty where it has
+    QString noMIDI; ///< why this machine has no MIDI; empty if it has
     std::vector<Port> ports;
     bool isLoop = false;                ///< what goes to the desk comes back
-    bool isInputLost = false;           ///< messages from the desk were lost, and it has not told its whole state since
-    std::int64_t overtaken = 0;         ///< messages of the desk that gave way to newer ones, since then too
-    std::optional<FrameRates> mismatch; ///< of an armed pass that is not played
+    bool isInputLost = false;           ///< messages from the desk were lost, and it has not sent its whole state since
+    std::int64_t overtaken = 0;         ///< messages from the desk replaced by newer ones, also since then
+    std::optional<FrameRates> mismatch; ///< of an armed pass that does not play
     QString leftOut;                    ///< of the session's file, see `SessionController`
-    QString recoveryProblem;            ///< why recovery files cannot be written; empty while they can
-    QString settingsProblem;            ///< the same of the settings
+    QString recoveryProblem;            ///< why recovery files cannot be written; empty if they can
+    QString settingsProblem;            ///< the same for the settings
 };
 
-/// The worst first.
+/// Worst first.
 std::vector<Problem> problemsIn(const ProblemState& state);
 
 /// Keeps the list of problems up to date, a moment after each change, once everything that belongs to it is done.
@@ -69,7 +69,7 @@ private:
 
     const Objects _objects;
     bool _isInputLost = false;
-    std::int64_t _overtakenBefore = 0; // the desk told its whole state
+    std::int64_t _overtakenBefore = 0; // the desk sent its whole state
     bool _isLookDue = false;
     QObject _context; // takes the look that is due with it
     std::vector<QPropertyNotifier> _observers;

@@ -18,15 +18,15 @@ namespace {
 const QLatin1String lockName("lock");
 const QLatin1String sessionSuffix(".tessik");
 const QLatin1String originSuffix(".origin");
-const QLatin1String journalSuffix(".take"); // behind the session's name, "-" and the take's id
+const QLatin1String journalSuffix(".take"); // after the session's name, "-" and the take's id
 
-/// The lock of a folder; -1 where it is another's, or gone.
+/// The lock of a folder; -1 if someone else holds it, or it is gone.
 int lockFolder(const QString& folder, int flags) {
     const int opened =
         open(QFile::encodeName(folder + QLatin1Char('/') + lockName).constData(), O_RDWR | O_CLOEXEC | flags, 0600);
     if (opened < 0) return -1;
     struct stat status {};
-    // Without a link left, somebody cleared the folder away before the lock was ours.
+    // With no link left, somebody cleared the folder away before we got the lock.
     if (flock(opened, LOCK_EX | LOCK_NB) == 0 && fstat(opened, &status) == 0 && status.st_nlink > 0) return opened;
     close(opened);
     return -1;
@@ -43,7 +43,7 @@ QStringList filesIn(const QString& folder, const QString& pattern) {
     return paths;
 }
 
-/// Every session of a folder that has a copy or a journal.
+/// Every session in a folder that has a copy or a journal.
 QStringList sessionsIn(const QString& folder) {
     QStringList paths = filesIn(folder, QLatin1Char('*') + sessionSuffix);
     for (const QString& journal : filesIn(folder, QLatin1Char('*') + journalSuffix)) {
@@ -53,7 +53,7 @@ QStringList sessionsIn(const QString& folder) {
     return paths;
 }
 
-/// A take goes before the other passes, in the place of an older state of it.
+/// Puts a take before the other passes, replacing an older state of it.
 void putTake(SessionDocument& document, const PendingTake& take) {
     AutomationPass pass = take.finished();
     if (pass.name.isEmpty()) pass.name = QStringLiteral("Recovered take");
@@ -119,7 +119,7 @@ RecoveryOrigin RecoveryFile::origin() const {
     QFile file(originPath(path));
     if (!file.open(QIODevice::ReadOnly)) return {};
     const QString text = QString::fromUtf8(file.readAll());
-    const qsizetype split = text.lastIndexOf(QLatin1Char('\n')); // a path may hold line ends itself
+    const qsizetype split = text.lastIndexOf(QLatin1Char('\n')); // a path may itself contain line breaks
     if (split < 0) return {};
     return {.sessionPath = text.left(split), .stamp = FileStamp::fromString(text.mid(split + 1))};
 }

@@ -11,15 +11,15 @@
 
 namespace tessik {
 
-/// One running copy's folder of recovery files, locked as long as this lives: the kernel frees the lock of a copy that
-/// crashed. A folder without recovery files and journals goes with its lock.
+/// One running copy's folder of recovery files, locked for this object's lifetime: the kernel releases the lock of a
+/// copy that crashed. A folder without recovery files and journals is removed with its lock.
 class RecoveryFolder {
 public:
     /// Where recovery files are kept: in the user's state folder. An empty or relative XDG_STATE_HOME does not count.
     static QString defaultRoot();
-    /// A new folder below `root`, which is made where it is missing; null where that fails.
+    /// A new folder below `root`, which is created if missing; null if that fails.
     static std::shared_ptr<RecoveryFolder> create(const QString& root);
-    /// A folder that a copy left behind; null where a running copy holds it.
+    /// A folder that a copy left behind; null if a running copy holds it.
     static std::shared_ptr<RecoveryFolder> take(const QString& path);
     ~RecoveryFolder();
     RecoveryFolder(const RecoveryFolder&) = delete;
@@ -36,10 +36,10 @@ private:
     const int _lock; // open file whose lock is held
 };
 
-/// Where the session of a recovery file belongs.
+/// Where a recovery file's session belongs.
 struct RecoveryOrigin {
-    QString sessionPath;            ///< empty for one that was never saved
-    std::optional<FileStamp> stamp; ///< of that file when it was opened or saved last
+    QString sessionPath;            ///< empty if it was never saved
+    std::optional<FileStamp> stamp; ///< of that file when last opened or saved
 
     /// What the session is called.
     QString name() const;
@@ -48,26 +48,26 @@ struct RecoveryOrigin {
     friend bool operator==(const RecoveryOrigin&, const RecoveryOrigin&) = default;
 };
 
-/// The copy of one session. Reading and writing block on the disk; callable on any thread.
+/// The copy of one session. Reads and writes block on the disk; callable on any thread.
 struct RecoveryFile {
-    std::shared_ptr<RecoveryFolder> folder; ///< keeps it ours; null where no lock holds it
+    std::shared_ptr<RecoveryFolder> folder; ///< keeps it ours; null if no lock holds it
     QString path;
 
-    /// Writes the session with its pending take among the passes. Returns why it failed, empty where it did not.
+    /// Writes the session with its pending take among the passes. Returns why it failed; empty on success.
     QString write(SessionDocument document, const std::optional<PendingTake>& take, const RecoveryOrigin& origin) const;
     RecoveryOrigin origin() const;
-    /// The session with the takes of its journals among the passes; the file that it belongs to where a kill came
-    /// before its first copy.
+    /// The session with the takes of its journals among the passes; if a kill came before its first copy, the file that
+    /// it belongs to.
     SessionReadResult read(const QDateTime& now) const;
-    /// With its journals.
+    /// Removes it with its journals.
     void remove() const;
 
-    /// Where a take of the session is journaled while it is recorded.
+    /// Where a take of the session is journaled during recording.
     QString journalPath(const QUuid& take) const;
     QStringList journals() const;
 };
 
-/// What copies that are no longer running left below `root`, newest first. Nobody else is offered them meanwhile.
+/// What copies that are no longer running left below `root`, newest first. Not offered to anyone else meanwhile.
 struct RecoveryOffer {
     RecoveryFile file;
     RecoveryOrigin origin;

@@ -27,7 +27,7 @@ QString ReplacedSessions::keep(const SessionDocument& document, const std::optio
     return error;
 }
 
-/// The newest first.
+/// Newest first.
 std::vector<ReplacedSession> ReplacedSessions::all() const {
     std::vector<ReplacedSession> found;
     const QDir folder(_folder);
@@ -40,7 +40,7 @@ std::vector<ReplacedSession> ReplacedSessions::all() const {
                              .replacedAt = dateOfSecond(replacedAt)});
     }
     std::stable_sort(found.begin(), found.end(), [](const ReplacedSession& a, const ReplacedSession& b) {
-        return a.replacedAt > b.replacedAt; // in the same second as the files were written
+        return a.replacedAt > b.replacedAt; // within a second, by when the files were written
     });
     return found;
 }

@@ -4,15 +4,15 @@
 
 namespace tessik {
 
-/// A session that another one replaced before it was saved.
+/// A session that was replaced before it was saved.
 struct ReplacedSession {
     RecoveryFile file;
     RecoveryOrigin origin;
     QDateTime replacedAt; ///< UTC
 };
 
-/// The sessions that were replaced unsaved, in a folder that all copies of the program share: they outlive the run by
-/// 30 days. Everything blocks on the disk.
+/// The sessions that were replaced unsaved, in a folder shared by all copies of the program: they are kept for 30 days,
+/// even after the program ends. Everything blocks on the disk.
 class ReplacedSessions {
 public:
     static constexpr qint64 keptDays = 30;
@@ -20,12 +20,12 @@ public:
 
     explicit ReplacedSessions(QString folder) : _folder(std::move(folder)) {}
 
-    /// Keeps a session with its pending take. Returns why it failed, empty where it did not.
+    /// Keeps a session with its pending take. Returns why it failed; empty on success.
     QString keep(const SessionDocument& document, const std::optional<PendingTake>& take, const RecoveryOrigin& origin,
                  const QDateTime& now) const;
-    /// The last ones, the newest first.
+    /// The latest ones, newest first.
     std::vector<ReplacedSession> list(const QDateTime& now) const;
-    /// Clears away what is older.
+    /// Removes those that are older.
     void removeOld(const QDateTime& now) const;
 
 private:

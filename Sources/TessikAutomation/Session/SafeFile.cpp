@@ -14,7 +14,7 @@ namespace {
 
 QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
 
-/// Gives the file its second name "…~": a link where the file system has links, else a copy.
+/// Gives the file its second name "…~": a hard link where the file system supports it, else a copy.
 QString keepPrevious(const QString& target) {
     const QString kept = target + QLatin1Char('~');
     const QString fresh = kept + QStringLiteral(".new");
@@ -22,7 +22,7 @@ QString keepPrevious(const QString& target) {
     if (link(QFile::encodeName(target).constData(), QFile::encodeName(fresh).constData()) != 0 &&
         !QFile::copy(target, fresh)) {
         QFile::remove(fresh);
-        if (!QFile::exists(target)) return {}; // somebody took it away meanwhile
+        if (!QFile::exists(target)) return {}; // somebody removed it in the meantime
         return QStringLiteral("The previous file cannot be kept as %1.").arg(kept);
     }
     if (std::rename(QFile::encodeName(fresh).constData(), QFile::encodeName(kept).constData()) != 0) {
@@ -30,11 +30,11 @@ QString keepPrevious(const QString& target) {
         QFile::remove(fresh);
         return QStringLiteral("The previous file cannot be kept as %1: %2.").arg(kept, error);
     }
-    QFile::remove(fresh); // where both were the same file already, renaming left it
+    QFile::remove(fresh); // if both were the same file already, renaming left it
     return {};
 }
 
-/// A rename is on the disk only when its folder is. File systems without such a thing say EINVAL.
+/// A rename is on the disk only once its folder is. File systems that cannot flush one say EINVAL.
 QString flushFolder(const QString& folder) {
     const int opened = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (opened < 0) return systemError();
@@ -48,7 +48,7 @@ QString flushFolder(const QString& folder) {
 SafeFileResult writeFileSafely(const QString& path, PreviousFile previous,
                                const std::function<QString(QIODevice&)>& write) {
     const QFileInfo asked(path);
-    const QString target = asked.exists() ? asked.canonicalFilePath() : asked.absoluteFilePath(); // follows links
+    const QString target = asked.exists() ? asked.canonicalFilePath() : asked.absoluteFilePath(); // resolves links
     const QFileInfo existing(target);
     const auto failed = [&path](const QString& why) {
         return SafeFileResult{.error = QStringLiteral("“%1” cannot be written: %2").arg(path, why), .stamp = {}};

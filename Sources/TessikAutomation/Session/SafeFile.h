@@ -9,7 +9,7 @@ class QIODevice;
 namespace tessik {
 
 struct SafeFileResult {
-    QString error;   ///< why it failed, as a sentence; empty where it did not
+    QString error;   ///< why it failed, as a sentence; empty on success
     FileStamp stamp; ///< of the file written
 };
 

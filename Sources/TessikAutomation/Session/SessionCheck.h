@@ -4,13 +4,13 @@
 
 namespace tessik {
 
-/// What `--check FILE` prints and how it ends.
+/// What `--check FILE` prints, and its exit code.
 struct SessionCheckResult {
     QString text;
-    int exitCode; ///< 0 clean, 1 where anything fell back to its default, 2 where the file cannot be opened
+    int exitCode; ///< 0 clean, 1 if anything fell back to its default, 2 if the file cannot be opened
 };
 
-/// Says in words what a session file holds, what fell back and why. Changes nothing.
+/// Describes what a session file holds, what fell back and why. Changes nothing.
 SessionCheckResult checkSession(const QString& path);
 
 } // namespace tessik

@@ -79,7 +79,7 @@ void SessionController::apply(const SessionDocument& document) {
     if (onSessionLoaded) onSessionLoaded();
 }
 
-/// Makes `next` the current session, which counts as clean. What stands there unsaved is kept; false where that fails
+/// Makes `next` the current session, which counts as clean. Unsaved work that it replaces is kept; false if that fails
 /// and the user stays with it.
 bool SessionController::replace(const NextSession& next) {
     const std::optional<PendingTake> take = unsavedTake();
@@ -197,7 +197,7 @@ void SessionController::saveAs() {
     if (!chosen) return;
     if (chosen->endsWith(extension)) return saveTo(*chosen);
     const QString path = *chosen + extension;
-    // The panel has asked about the name as it was typed.
+    // The panel has asked only about the name as typed.
     if (!QFileInfo::exists(path) ||
         _dialogs.confirmOverwrite(QStringLiteral("“%1” already exists").arg(QFileInfo(path).fileName()),
                                   QStringLiteral("Saving replaces it.")))
@@ -244,7 +244,7 @@ bool SessionController::prepareToQuit() {
         choice = answer.choice;
         if (choice == Choice::save) storePendingTake(answer.name);
     }
-    // Who keeps the take has said that the session is to be saved.
+    // A user who keeps the take has said that the session is to be saved.
     if (choice == Choice::discard && hasUnsavedChanges.value())
         choice = _dialogs.askUnsaved(QStringLiteral("Save the changes of “%1”?").arg(displayName()),
                                      QStringLiteral("Your changes are lost if you don't save them."));

@@ -31,24 +31,23 @@ struct SessionStores {
 /// The current session: which file it came from, whether it has changed since, and the flows that save and replace it.
 /// Its content lives in the stores.
 ///
-/// Saving and recovery write copies on a thread of their own, in order, and the journal of a take on another. Main
-/// thread only.
+/// Saving and recovery write copies on their own thread, in order, and a take's journal on another. Main thread only.
 class SessionController {
 public:
-    /// Takes the stores' `onChange`, and begins with a new session.
+    /// Takes over the stores' `onChange`, and begins with a new session.
     SessionController(const SessionStores& stores, SessionDialogs& dialogs, QString recoveryRoot,
                       WallClock clock = currentSecond);
-    /// Ends saves under way. Recovery files of unsaved sessions stay.
+    /// Finishes saves under way. Recovery files of unsaved sessions stay.
     ~SessionController();
 
-    QProperty<std::optional<QUrl>> fileURL{std::nullopt}; ///< none for a session that was never saved
+    QProperty<std::optional<QUrl>> fileURL{std::nullopt}; ///< none if the session was never saved
     QProperty<bool> hasUnsavedChanges{false};
     QProperty<bool> isSaving{false};
     /// "Untitled", or the file's name without its extension.
     QString displayName() const;
 
-    /// New and Open replace the session without a question. What they replace unsaved is kept first, with a take that
-    /// is in no store yet; only where that fails the user is asked.
+    /// New and Open replace the session without asking. Unsaved work that they replace is kept first, with a take that
+    /// is in no store yet; the user is asked only if that fails.
     void newSession();
     void open();
     void open(const QUrl& url);
@@ -65,35 +64,34 @@ public:
     /// Asks if anything would be lost. True: the program may end, and its recovery files are gone.
     bool prepareToQuit();
 
-    /// Called after a document was moved into the stores, before the session counts as clean.
+    /// Called after a document has been moved into the stores, before the session counts as clean.
     std::function<void()> onSessionLoaded;
 
-    /// Writes the recovery file at once and waits for it, where anything is unsaved that the user has not given up.
+    /// Writes the recovery file at once and waits for it, if there is unsaved work that the user has not given up.
     void keepUnsaved();
     /// The same for a program about to end: nothing more is asked or reported.
     void leave();
 
     /// The take that is in no store yet.
     std::function<std::optional<PendingTake>()> pendingTake;
-    /// Whether that take still grows.
+    /// Whether that take is still growing.
     std::function<bool()> isRecordingTake;
-    /// Puts that take into the pass store under that name: when the user saves it on quitting, or goes to another
+    /// Puts that take into the pass store under that name: when the user saves it on quitting, or moves to another
     /// session.
     std::function<void(const QString& name)> storePendingTake;
-    /// To be called when a take begins, ends or goes: a growing one is journaled, one that has ended is written at
-    /// once.
+    /// Call when a take begins, ends or goes away: a growing one is journaled, one that has ended is written at once.
     void noteTake();
 
-    /// Offers what crashed copies left, newest first, until the user takes one. For the start of the program.
+    /// Offers what crashed copies left, newest first, until the user takes one. For startup.
     void offerRecovery();
     static constexpr std::chrono::seconds recoveryInterval{10};
-    /// Writes the recovery file where anything has changed since, and removes one that is no longer needed. The
+    /// Writes the recovery file if anything has changed since, and removes one that is no longer needed. The
     /// controller's own timer calls it.
     void recoveryTick();
     static constexpr std::chrono::milliseconds journalInterval{500};
-    /// Appends to the journal what the take has grown by. A timer calls it while one is being recorded.
+    /// Appends what the take has grown by to the journal. A timer calls it during recording.
     void journalTick();
-    /// Why recovery files cannot be written; empty while they can.
+    /// Why recovery files cannot be written; empty if they can.
     QProperty<QString> recoveryProblem;
     /// What the session's file held that could not be read, and so is not in the session; empty if nothing was left
     /// out.
@@ -147,8 +145,8 @@ private:
     const WallClock _clock;
 
     QDateTime _createdAt;
-    std::optional<FileStamp> _stamp;  // of the session's file when it was opened or saved last
-    std::int64_t _changes = 0;        // counts every change, so that one made during a save is seen
+    std::optional<FileStamp> _stamp;  // of the session's file when last opened or saved
+    std::int64_t _changes = 0;        // counts every change, so that one made during a save is noticed
     std::optional<QString> _nextSave; // asked for while one was under way
 
     std::shared_ptr<RecoveryFolder> _recoveryFolder;
@@ -158,10 +156,10 @@ private:
     int _recoveryWrites = 0;                 // under way
     std::optional<Journal> _journal;         // of the take being recorded
     bool _isJournalBusy = false;
-    std::vector<std::function<void()>> _superseded; // removes what the next recovery file makes needless
+    std::vector<std::function<void()>> _superseded; // removes what the next recovery file makes unnecessary
     QString _copyProblem, _journalProblem;
     const ReplacedSessions _replaced;
-    bool _mayEnd = false; // the user has said so, and nothing has changed since
+    bool _mayEnd = false; // the user has agreed, and nothing has changed since
     bool _isLeaving = false;
 
     QTimer _recoveryTimer;

@@ -19,7 +19,7 @@ void callEach(const std::vector<std::function<void()>>& functions) {
 
 } // namespace
 
-/// False where no folder can be made for it.
+/// False if no folder can be made for it.
 bool SessionController::makeRecoveryFile() {
     if (_recovery.folder) return true;
     if (!_recoveryFolder) _recoveryFolder = RecoveryFolder::create(_recoveryRoot);
@@ -48,11 +48,11 @@ void SessionController::recoveryTick() {
     const std::optional<PendingTake> take = unsavedTake();
     if (!hasUnsavedChanges.value() && !take)
         dropRecovery();
-    else if (_recoveryWrites == 0) // else the disk is slow: the next tick sees to it
+    else if (_recoveryWrites == 0) // otherwise the disk is slow, and the next tick takes care of it
         writeRecovery(isTakeGrowing() ? std::nullopt : take);
 }
 
-/// `take` is one that goes into the copy; a growing one is in its journal.
+/// `take` goes into the copy; a growing one is in its journal instead.
 void SessionController::writeRecovery(const std::optional<PendingTake>& take) {
     const std::optional<PendingTake> unsaved = unsavedTake();
     const RecoveryState state{.changes = _changes,
@@ -81,7 +81,7 @@ void SessionController::writeRecovery(const std::optional<PendingTake>& take) {
     });
 }
 
-/// Whoever clears the state folder away does not end the keeping of copies.
+/// Copies must go on being kept even if someone clears the state folder away.
 void SessionController::replaceRecoveryFolder() {
     _recoveryFolder.reset();
     _recovery = {};
@@ -110,11 +110,11 @@ void SessionController::removeRecovery(const RecoveryFile& file) {
 
 void SessionController::noteTake() {
     const std::optional<PendingTake> take = unsavedTake();
-    if (!take) return; // it was stored, or is no longer wanted: the next tick sees to it
+    if (!take) return; // it was stored or is no longer wanted: the next tick takes care of it
     const bool isGrowing = isTakeGrowing();
     if (!isGrowing) endJournal();
     writeRecovery(isGrowing ? std::nullopt : take);
-    _journalTimer.start(journalInterval); // also before the take that begins has grown
+    _journalTimer.start(journalInterval); // even before the new take has grown
 }
 
 void SessionController::journalTick() {
@@ -138,7 +138,7 @@ void SessionController::journalTick() {
         });
 }
 
-/// On the other thread: a slow disk holds up no append.
+/// On the other thread: a slow disk must not hold up an append.
 void SessionController::flushJournal(const std::function<void()>& flush) {
     _writer.post([flush]() -> BackgroundWriter::Completion {
         flush();
@@ -146,7 +146,7 @@ void SessionController::flushJournal(const std::function<void()>& flush) {
     });
 }
 
-/// The take no longer grows. Its journal goes when it is safe elsewhere.
+/// The take no longer grows. Its journal is removed once the take is safe elsewhere.
 void SessionController::endJournal() {
     if (!_journal) return;
     _superseded.push_back([this, journal = _journal->file] {
@@ -166,7 +166,7 @@ void SessionController::keepUnsaved() {
     const std::optional<PendingTake> take = unsavedTake();
     if (hasUnsavedChanges.value() || take) {
         _recovered.reset();
-        writeRecovery(take); // also a growing one; its journal goes on
+        writeRecovery(take); // even a growing one; its journal continues
     } else {
         dropRecovery();
     }

@@ -6,20 +6,20 @@
 
 namespace tessik {
 
-/// What the session's flows ask and tell the user. Each call returns when the user has answered.
+/// What the session's flows ask and tell the user. Each call returns once the user has answered.
 class SessionDialogs {
 public:
     virtual ~SessionDialogs() = default;
 
-    /// The path of one file to open, of any type; none where the user cancels.
+    /// The path of one file to open, of any type; none if the user cancels.
     virtual std::optional<QString> chooseSessionToOpen(const QString& message) = 0;
-    /// The path to save to; `proposed` is the current path, or only a file name. None where the user cancels.
+    /// The path to save to; `proposed` is the current path, or just a file name. None if the user cancels.
     virtual std::optional<QString> chooseWhereToSave(const QString& proposed) = 0;
-    /// With the one button "OK".
+    /// Has only the button "OK".
     virtual void alert(const QString& title, const QString& text) = 0;
-    /// The same about a file, with a button that shows the folder where it lies.
+    /// The same about a file, with a button that shows its folder.
     virtual void alertOfFile(const QString& title, const QString& text, const QString& path) = 0;
-    /// Whether to write over a file all the same.
+    /// Whether to overwrite a file anyway.
     virtual bool confirmOverwrite(const QString& title, const QString& text) = 0;
 
     enum class Unsaved { save, discard, cancel };
@@ -27,7 +27,7 @@ public:
 
     struct TakeAnswer {
         Unsaved choice;
-        QString name; ///< where it is saved; never empty
+        QString name; ///< to save it under; never empty
     };
     /// What becomes of a take that waits for its name.
     virtual TakeAnswer askTake(const QString& title, const QString& text, const QString& proposedName) = 0;
@@ -35,7 +35,7 @@ public:
     enum class Recovery {
         recover,
         discard,
-        later ///< leaves it for the next start
+        later ///< leaves it for the next startup
     };
     virtual Recovery askRecovery(const QString& title, const QString& text) = 0;
 };

@@ -9,7 +9,7 @@
 
 namespace tessik {
 
-/// Everything about one mix: what a session file holds. A copy shares its lists, so it costs next to nothing.
+/// Everything about one mix: the contents of a session file. A copy shares its lists, so it costs next to nothing.
 struct SessionDocument {
     static constexpr std::int64_t currentFormatVersion = 1;
 
@@ -21,7 +21,7 @@ struct SessionDocument {
     QMap<QString, ChannelLabel> channelLabels;           ///< by channel id; only channels that were ever edited
     QMap<QString, ManualChannelSettings> manualSettings; ///< by channel id; only channels that were ever edited
     MasterSectionSettings masterSection;
-    std::optional<QUuid> defaultSnapshotID; ///< may name no snapshot of the list
+    std::optional<QUuid> defaultSnapshotID; ///< may name a snapshot that is not in the list
     std::optional<TimecodePosition> startLocator;
     std::optional<TimecodePosition> endLocator;
 

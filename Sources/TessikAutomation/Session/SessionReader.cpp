@@ -15,7 +15,7 @@ namespace tessik {
 namespace {
 
 using Keys = RecordKeys<SessionDocument>;
-/// Per top-level key, why it did not decode.
+/// Why a top-level key did not decode.
 struct Failure {
     QString reason;
     qsizetype line = 0;
@@ -34,7 +34,7 @@ qsizetype lineAt(std::string_view json, std::size_t at) {
     return 1 + std::count(json.begin(), json.begin() + std::ptrdiff_t(at), '\n');
 }
 
-/// The file is no JSON; where is told by the line and by the key that stands last before it.
+/// The file is not JSON; gives the place by the line and the last key before it.
 QString damagedAt(std::string_view json, std::size_t at, const QString& what) {
     const std::string_view before = json.substr(0, at);
     std::string_view key;
@@ -54,7 +54,8 @@ QString damagedAt(std::string_view json, std::size_t at, const QString& what) {
         .arg(QString::fromUtf8(key.data(), qsizetype(key.size())), what);
 }
 
-/// Where a text begins that a line or the file ends before its closing quote; texts of JSON stand on one line.
+/// Where a string begins that has no closing quote before the end of its line or of the file; JSON strings do not span
+/// lines.
 std::size_t openText(std::string_view json) {
     for (std::size_t i = 0; i < json.size(); ++i) {
         if (json[i] != '"') continue;
@@ -66,7 +67,7 @@ std::size_t openText(std::string_view json) {
     return json.size();
 }
 
-/// The first character that is no UTF-8.
+/// The first character that is not UTF-8.
 std::size_t brokenCharacter(std::string_view json) {
     std::size_t at = 0;
     while (at < json.size()) {
@@ -93,7 +94,7 @@ QString describe(simdjson::error_code code, std::string_view json) {
     }
 }
 
-/// One pass over the document in file order. Keys that have failed before are only walked.
+/// One pass over the document in file order. Keys that have already failed are only walked.
 class SessionAttempt {
 public:
     SessionAttempt(simdjson::padded_string_view json, Failures& failures) : _json(json), _failures(failures) {}
@@ -135,7 +136,7 @@ private:
         return Attempt::noSession;
     }
 
-    /// Of the value that was read last: what follows it may stand on a later line.
+    /// The line of the last value read: what follows it may be on a later line.
     qsizetype lineOf(simdjson::ondemand::document& document) const {
         const char* at = nullptr;
         if (document.current_location().get(at)) return 0;
@@ -183,7 +184,7 @@ struct FreeBytes {
     void operator()(char* bytes) const { std::free(bytes); }
 };
 
-/// Bytes with the room behind them that the parser reads into.
+/// Bytes followed by the padding that the parser reads into.
 struct PaddedBytes {
     std::unique_ptr<char, FreeBytes> bytes;
     std::size_t size = 0;
@@ -223,7 +224,7 @@ SessionReadResult parseSession(QByteArrayView json, const QDateTime& now) {
 }
 
 SessionReadResult readSession(const QString& path, const QDateTime& now) {
-    // Without O_NONBLOCK the opening of a pipe would wait for its writer.
+    // Without O_NONBLOCK, opening a pipe would wait for its writer.
     const int opened = open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (opened < 0) return cannotOpen(QStringLiteral("The file cannot be opened: %1.").arg(systemError()));
     QFile file;

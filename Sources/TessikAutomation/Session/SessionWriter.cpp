@@ -27,7 +27,7 @@ public:
     }
     void Flush() {
         const char* next = _buffer.get();
-        // A short write says nothing yet: trying the rest tells why.
+        // A short write explains nothing yet: trying the rest tells why.
         for (auto left = qint64(_used); left > 0 && _failure.isEmpty();) {
             const qint64 written = _device.write(next, left);
             if (written <= 0) fail(_device.errorString());
@@ -37,7 +37,7 @@ public:
         _used = 0;
     }
 
-    /// What comes next stands on a line of its own: the break goes before it, or after the comma before it.
+    /// Puts what comes next on its own line: the break goes right before it, or after the comma before it.
     void breakLine() { _breakBefore = true; }
     void fail(const QString& why) {
         if (_failure.isEmpty()) _failure = why;
@@ -59,7 +59,7 @@ private:
     QString _failure;
 };
 
-/// Writes values in the form in which the decoder reads them.
+/// Writes values in the form that the decoder reads.
 class Encoder {
 public:
     explicit Encoder(Sink& sink) : _sink(sink), _json(sink) {}
@@ -131,7 +131,7 @@ public:
                    recordFields<Record>);
         _json.EndObject();
     }
-    /// The whole file: each of its keys begins a line.
+    /// The whole file: each of its keys starts a line.
     void writeTop(const SessionDocument& document) {
         _json.StartObject();
         const auto each = [&](const auto& field) {

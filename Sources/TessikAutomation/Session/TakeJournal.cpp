@@ -49,7 +49,7 @@ QList<TimedEvent> movesFrom(const PendingTake& take, qsizetype first) {
     return moves;
 }
 
-/// Adds a record to `bytes`. Returns why it cannot be told.
+/// Appends a record to `bytes`. Returns why it cannot be expressed.
 QString addRecord(QByteArray& bytes, const PendingTake& take, qsizetype from, const SessionDocument& document) {
     QBuffer text;
     text.open(QIODevice::WriteOnly);
@@ -61,7 +61,7 @@ QString addRecord(QByteArray& bytes, const PendingTake& take, qsizetype from, co
     return error;
 }
 
-/// The records of a journal, one after the other.
+/// The records of a journal, in order.
 class Records {
 public:
     explicit Records(QByteArray bytes) : _bytes(std::move(bytes)) {}
@@ -106,12 +106,12 @@ struct TakeJournal::OpenFile {
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
-    /// False once somebody has cleared it away.
+    /// False once somebody has cleared the file away.
     bool hasName() const {
         struct stat status {};
         return fstat(descriptor, &status) == 0 && status.st_nlink > 0;
     }
-    /// Returns why it failed, empty where it did not.
+    /// Returns why it failed; empty on success.
     QString write(const QByteArray& bytes) const {
         for (qsizetype done = 0; done < bytes.size();) {
             const ssize_t written = ::write(descriptor, bytes.constData() + done, std::size_t(bytes.size() - done));
@@ -125,14 +125,14 @@ struct TakeJournal::OpenFile {
 TakeJournal::Written TakeJournal::write(const PendingTake& take) {
     QString error = _file && _file->hasName() ? append(take) : begin(take);
     if (!error.isEmpty()) {
-        _file.reset(); // a record that was cut would hide those after it
+        _file.reset(); // a truncated record would hide those after it
         return {QStringLiteral("“%1” cannot be written: %2").arg(_path, error), {}};
     }
     _told = take;
     return {{}, [file = _file] { fdatasync(file->descriptor); }};
 }
 
-/// The new file takes the place of an old one when it tells as much.
+/// The new file replaces an old one only once it holds as much.
 QString TakeJournal::begin(const PendingTake& take) {
     SessionDocument document = SessionDocument::empty(take.pass.createdAt);
     document.passes = {take.pass};

@@ -15,21 +15,22 @@ namespace tessik {
 /// first FROM of those before, and where rides end by now. Whatever does not decode, such as a
 /// truncated record, ends the row.
 ///
-/// All of it blocks on the disk. Calls come from one thread at a time.
+/// Everything blocks on the disk. Call from one thread at a time.
 class TakeJournal {
 public:
     explicit TakeJournal(QString path) : _path(std::move(path)) {}
 
     struct Written {
-        QString error;               ///< why it failed, empty where it did not
-        std::function<void()> flush; ///< waits until the disk holds it; on any thread
+        QString error;               ///< why it failed; empty on success
+        std::function<void()> flush; ///< waits until the disk holds it; any thread
     };
-    /// Brings the file up to the take, which is always the same one. After a failure the next call tries all again.
+    /// Brings the file up to date with the take, always the same one. After a failure the next call tries everything
+    /// again.
     Written write(const PendingTake& take);
     /// The take is safe elsewhere.
     void remove();
 
-    /// The take that a journal holds; none where not even its beginning is whole.
+    /// The take in a journal; none if not even its beginning is whole.
     static std::optional<PendingTake> read(const QString& path);
 
 private:

@@ -4,7 +4,7 @@
 
 namespace tessik {
 
-/// One channel at a moment, in snapshots and as the starting state of passes.
+/// One channel at one moment, in snapshots and as the starting state of passes.
 struct ChannelSnapshot {
     ChannelKind kind = ChannelKind::stereo();
     std::int64_t faderValue = 0; ///< 0 to 127 when captured here; a file may hold any number
@@ -12,11 +12,11 @@ struct ChannelSnapshot {
     bool auxMuted = false;
     bool eqOn = false;
     bool chanMuted = false;
-    std::optional<ManualChannelSettings> manualSettings; ///< none in older files and in starting states of passes
+    std::optional<ManualChannelSettings> manualSettings; ///< absent in older files and in starting states of passes
 
     /// The channel as the model holds it now, without manual settings.
     static ChannelSnapshot of(const ChannelState& channel);
-    /// The position brought into the console's scale of 0 to 127.
+    /// The position clamped to the console's scale of 0 to 127.
     int faderPosition() const { return int(std::clamp<std::int64_t>(faderValue, 0, 127)); }
     ChannelSwitches switches() const { return {monMuted, auxMuted, eqOn, chanMuted}; }
     void setSwitches(ChannelSwitches held);

@@ -8,7 +8,7 @@
 
 namespace tessik {
 
-/// The whole console at a moment, under a name.
+/// The whole console at one moment, under a name.
 struct Snapshot {
     QUuid id;
     QString name;

@@ -44,7 +44,7 @@ void SnapshotRecall::putBack(const Former& former) {
         if (each.state) _consoleModel.setNullTarget(*each.channel, each.nullTarget);
 }
 
-/// Screen and desk may differ, under NULL for one: it is the desk that is heard.
+/// Screen and desk may differ, under NULL for instance; the desk is what is heard.
 std::optional<ChannelSnapshot> SnapshotRecall::stateOnDesk(const ChannelState& channel) const {
     ChannelSnapshot state = ChannelSnapshot::of(channel);
     const std::optional<int> fader = _output.believedValue(MIDIChannelMapping::faderCC(channel.kind));

@@ -6,7 +6,7 @@
 
 namespace tessik {
 
-/// Takes snapshots of the console and puts them back: on screen, into the manual settings and out to the desk.
+/// Takes snapshots of the console and restores them: on screen, in the manual settings and on the desk.
 class SnapshotRecall {
 public:
     SnapshotRecall(ConsoleModel& consoleModel, ManualSettingsStore& manualSettings, MIDIOutputManager& output);
@@ -24,7 +24,7 @@ public:
         };
         std::vector<Channel> channels;
     };
-    /// Puts back every channel that the console's size shows. The desk gets the whole state as one assertion.
+    /// Restores every channel that the console's size shows. The desk gets the whole state as one assertion.
     Former recall(const Snapshot& snapshot);
     /// Undoes a recall, on the desk too. A channel of which nothing was known stays as recalled.
     void putBack(const Former& former);

@@ -4,28 +4,28 @@
 
 namespace tessik {
 
-/// The session's snapshots and which of them is its starting console state. Main thread only.
+/// The session's snapshots, and which of them is its starting console state. Main thread only.
 class SnapshotStore {
 public:
-    /// Newest first after a load; one captured since stands at the end.
+    /// Newest first after a load; later captures are appended.
     QProperty<QList<Snapshot>> snapshots;
     QProperty<std::optional<QUuid>> defaultSnapshotID{std::nullopt};
     /// Called after each `save`, `rename`, `insert`, `remove` and `setDefault`, never on `load`.
     std::function<void()> onChange;
 
-    /// None also where the default names no snapshot of the list.
+    /// None if there is no default or it names a snapshot that is not in the list.
     std::optional<Snapshot> defaultSnapshot() const;
 
-    /// Adds the snapshot at the end, in the place of one with the same id.
+    /// Appends the snapshot, or replaces the one with the same id.
     void save(const Snapshot& snapshot);
-    /// The place in the list stays.
+    /// Keeps its place in the list.
     void rename(const QUuid& id, const QString& name);
-    /// Puts a removed snapshot back to its place.
+    /// Puts a removed snapshot back in its place.
     void insert(qsizetype index, const Snapshot& snapshot);
-    /// Clears the default where it was this one.
+    /// Clears the default if it was this one.
     void remove(const QUuid& id);
     void setDefault(std::optional<QUuid> id);
-    /// What pressing a snapshot's star does: makes it the default, or none where it is.
+    /// Pressing a snapshot's star: makes it the default, or clears the default if it is.
     void toggleDefault(const QUuid& id);
     /// Replaces all snapshots and the default.
     void load(QList<Snapshot> loaded, std::optional<QUuid> defaultID);
