@@ -11,9 +11,9 @@ class TapeCurve {
 public:
     /// From `frame` on; frames ascend.
     void add(double frame, int value) { _points.emplace_back(frame, value); }
-    /// At a frame; before the first point, what that one says.
+    /// The value at a frame; before the first point, that point's.
     int at(double frame) const;
-    /// How far a value is from everything that the curve was between two frames.
+    /// The distance from a value to the nearest that the curve had between two frames.
     int distance(int value, double from, double to) const;
 
 private:
@@ -23,7 +23,7 @@ private:
 /// By controller.
 using TapeCurves = std::map<int, TapeCurve>;
 
-/// Writes down what the rig's desk holds on some controllers, against where its tape truly is, as long as it lives.
+/// As long as it lives, records what the rig's desk holds on some controllers, against the tape's true position.
 class DeskWatch {
 public:
     DeskWatch(Rig& rig, const std::vector<int>& controllers);
@@ -41,7 +41,7 @@ private:
     std::map<int, int> _last;
 };
 
-/// What the rig's desk holds on a controller of a channel that it has.
+/// What the rig's desk holds on a controller of one of its channels.
 int deskValue(const SimulatedConsole& desk, int cc);
 
 } // namespace tessik

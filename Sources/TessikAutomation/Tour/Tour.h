@@ -11,17 +11,17 @@ class QDialog;
 
 namespace tessik {
 
-/// Drives the program through its whole job on the rig, as its user would, and writes pictures and a report. After
-/// every step the rig's desk is compared with what the program believes of it.
+/// Drives the program through its whole job on the rig, as a user would, and writes pictures and a report. After every
+/// step it compares the rig's desk with what the program believes of it.
 class Tour {
 public:
-    /// `recoveryRoot` as the application's.
+    /// `recoveryRoot` is the application's.
     Tour(Application& application, Rig& rig, const QString& folder, QString recoveryRoot);
 
-    /// In a child process of the tour: the folder in which it is to leave a recovery file before it dies.
+    /// In a child process of the tour: the folder in which to leave a recovery file before dying.
     static constexpr const char* crashVariable = "TESSIK_TOUR_CRASH";
 
-    /// The process's exit status: 0 where every statement held.
+    /// The process's exit status: 0 if every statement held.
     int run();
     /// Fills the session, lets its recovery file be written, and dies as in a crash. The tour runs this in a child
     /// process.
@@ -38,7 +38,7 @@ private:
     void writeTake();
     void readBack();
     void updateTake();
-    /// The take that waits is heard, compared with the pass before, discarded and taken back.
+    /// Hears the waiting take, compares it with the previous pass, discards it and restores it.
     void auditionTake(int automation, int ridden);
     void nullParked();
     void lookAtLanes();
@@ -57,32 +57,32 @@ private:
     void longLists();
 
     void inBothThemes(const std::function<void(const QString& theme)>& show);
-    /// Waits until nothing travels any more, and compares channel by channel.
+    /// Waits until nothing is in transit, and compares channel by channel.
     void compareDesk();
     /// Changes something in every store.
     void fillSession(const QString& name);
     void compareStores(const QString& file, const QString& statement);
-    /// Keeps trying on whatever dialog is open until `answer` has dealt with it.
+    /// Keeps trying on whatever dialog is open until `answer` has handled it.
     void answerDialog(std::function<bool(QDialog&)> answer);
     /// Locates the recorder and waits for its answer.
     void locate(std::int64_t frame);
-    /// Plays from `frame` on and stops when the tape is `frames` further. `meanwhile` is called often, with the frames
-    /// gone by. Returns the longest time that the program was not let do anything.
+    /// Plays from `frame` on and stops once the tape is `frames` further. Calls `meanwhile` often, with the frames
+    /// elapsed. Returns the longest time for which the program got no chance to run.
     Uptime roll(std::int64_t frame, double frames, const std::function<void(double t)>& meanwhile);
-    /// Gives the take that waits its name, in the popover that opened for it.
+    /// Names the waiting take, in the popover that opened for it.
     void saveTake(const QString& name);
-    /// Plays the take and compares what the desk does with what it is to do.
+    /// Plays the take and compares what the desk does with what it should do.
     void playAndCompare(const TapeCurves& expected, const QString& statement);
     void compareCurves(const TapeCurves& played, const TapeCurves& expected, const QString& statement);
     /// Answers the next file dialog with that path.
     void answerFileDialog(const QString& path);
-    /// Chooses from the context menu of the pass at the top of the list.
+    /// Chooses from the context menu of the topmost pass in the list.
     void chooseFromPassMenu(const QString& text);
     void pressKey(Qt::Key key);
     void click(QWidget& widget) { click(widget, QRectF(widget.rect()).center()); }
     void click(QWidget& widget, QPointF at);
     void typeInto(QWidget& field, const QString& text);
-    /// A key of the automation by its legend.
+    /// An automation key, by its legend.
     QAbstractButton& automationKey(const char* legend);
     void clickControl(ControlHost& host, const QString& control);
     void dragFader(ChannelKind kind, int from, int to);

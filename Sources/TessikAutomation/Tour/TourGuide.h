@@ -20,15 +20,16 @@ public:
     bool isUsable() const { return _usable; }
 
     void beginStep(const QString& title);
-    /// A statement that must be true; the tour goes on either way.
+    /// A statement that must be true; the tour continues either way.
     void check(bool holds, const QString& statement);
-    /// Runs the event loop until `condition` holds, at most `timeout`. Whether it came to hold.
+    /// Runs the event loop until `condition` holds, or `timeout` passes. Returns whether it held.
     bool waitFor(const std::function<bool()>& condition, int timeoutMilliseconds = 15'000);
     void passTime(int milliseconds);
-    /// Writes a picture of the window, named in the order of taking.
+    /// Writes a picture of the window, numbered in order.
     void picture(QWidget& window, const QString& name);
 
-    /// Writes report.md beside the pictures. The number of statements that did not hold, the report's own included.
+    /// Writes report.md beside the pictures. Returns the number of statements that did not hold, including the report's
+    /// own.
     int finish();
 
 private:
@@ -36,7 +37,7 @@ private:
     bool _usable = false;
     QStringList _report;
     int _pictures = 0;
-    std::vector<std::pair<QString, std::future<bool>>> _writing; // pictures, by their files
+    std::vector<std::pair<QString, std::future<bool>>> _writing; // pictures, by file
     int _checks = 0;
     int _faults = 0;
 };

@@ -10,7 +10,7 @@
 
 namespace tessik {
 
-/// The shared objects that the main window works on. All outlive it.
+/// The shared objects that the main window works on. All must outlive it.
 struct AppObjects {
     ThemeStore& theme;
     DeskLink& desk;

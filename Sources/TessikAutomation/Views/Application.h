@@ -15,17 +15,17 @@ namespace tessik {
 
 class HelpMenu;
 
-/// A desk and a recorder that stand in for real ones, with the cables to them.
+/// A desk and a recorder that stand in for real ones, with their cables.
 struct Rig {
     VirtualMIDIService service;
     SimulatedConsole desk{service};
     SimulatedRecorder recorder{service};
 };
 
-/// Everything that lives for the whole run, made once and in this order, and the main window on it.
+/// Everything that lives for the whole run, created once and in this order, and the main window.
 class Application {
 public:
-    /// `service` outlives the application. `recoveryRoot` is the folder of recovery files.
+    /// `service` must outlive the application. `recoveryRoot` is the folder of recovery files.
     Application(MIDIService& service, const QString& recoveryRoot);
     ~Application();
 
@@ -46,28 +46,28 @@ public:
     SessionController session;
     ProblemWatch problems;
 
-    /// Chooses the ports that this machine remembers, where they are there.
+    /// Chooses the ports that this machine remembers, if present.
     void restorePorts();
     /// Chooses the rig's ports, for this run only.
     void connectToRig();
-    /// The user wants the rig in place of real ports.
+    /// The user wants the rig instead of real ports.
     std::function<void()> onRigWanted;
-    /// Shows the ways to begin, where nobody has begun on this machine yet.
+    /// Shows the ways to begin, if nobody has begun on this machine yet.
     void welcome();
-    /// Opens the session that the program was started with, if any, and then offers what crashed copies left.
+    /// Opens the session that the program was started with, if any, then offers what crashed copies left.
     void begin(const QString& sessionFile);
-    /// Puts the window where it was last, the first time on its screen, inset by 80 pixels on every side, and
+    /// Puts the window where it last was, or the first time on its screen, inset by 80 pixels on every side, and
     /// activates it.
     void showWindow();
-    /// The View menu, for what else there is to look at.
+    /// The View menu, for adding what else there is to see.
     QMenu& viewMenu() { return *_view; }
-    /// Closes the window and ends the program, where nothing is lost or the user agrees.
+    /// Closes the window and ends the program, if nothing is lost or the user agrees.
     void quit();
-    /// Ends the program because the system wants it: without a question, with what is unsaved kept for the next start.
+    /// Ends the program because the system asks: without questions, keeping unsaved work for the next start.
     void leave(int status);
 
 private:
-    /// What was recalled last, and is still in the session.
+    /// What was last recalled and is still in the session.
     enum class LoadedItemType : std::uint8_t { snapshot, pass };
     struct LoadedItem {
         LoadedItemType type;
@@ -79,7 +79,7 @@ private:
     void buildAutomation();
     void buildProblems();
     void setLoadedItem(const std::optional<LoadedItem>& item);
-    /// "Snapshot: NAME", "Pass: NAME", or "Take" for one that waits; empty where nothing was recalled.
+    /// "Snapshot: NAME", "Pass: NAME", or "Take" for one that waits; empty if nothing was recalled.
     QString loadedItemText() const;
     void showTitle();
 

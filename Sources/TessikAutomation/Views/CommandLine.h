@@ -7,15 +7,15 @@
 
 namespace tessik {
 
-/// What the program was started with.
+/// How the program was started.
 struct CommandLine {
     bool rig = false;    ///< run on the simulated desk and recorder
-    bool logCC = false;  ///< write every Control Change received to standard error
+    bool logCC = false;  ///< write every received Control Change to standard error
     QString tourFolder;  ///< run the tour into this folder; empty for none
-    QString checkFile;   ///< only say what this session file holds; empty for none
+    QString checkFile;   ///< only describe this session file; empty for none
     QString sessionFile; ///< open this session; empty for none
 
-    /// What to print instead of starting, and the exit status to end with.
+    /// What to print instead of starting, and the exit status.
     struct Ending {
         QString text;
         bool isError = false;
@@ -23,7 +23,7 @@ struct CommandLine {
     };
     std::optional<Ending> ending;
 
-    /// `arguments` as of the process, the program's name first.
+    /// `arguments` as passed to the process, program name first.
     static CommandLine parse(const QStringList& arguments);
 };
 

@@ -6,12 +6,12 @@
 
 namespace tessik {
 
-/// Turns the signals by which the system asks a program to end, SIGTERM, SIGINT and SIGHUP, into a call on the main
-/// thread. Only the first of each kind: a second one ends the program at once. One at a time.
+/// Turns SIGTERM, SIGINT and SIGHUP, by which the system asks a program to end, into a call on the main thread. Only
+/// the first of each kind: a second one ends the program at once. Have only one such object at a time.
 class EndSignals {
 public:
     explicit EndSignals(std::function<void(int signal)> onEnd);
-    /// Signals end the program again.
+    /// After this, signals end the program again.
     ~EndSignals();
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;

@@ -2,8 +2,8 @@
 
 #include <QMargins>
 
-/// All geometry of the window, in logical pixels. What is a widget stands at multiples of `grid`, so that device pixel
-/// ratios of 1.25, 1.5 and 1.75 leave no seams between widgets.
+/// All geometry of the window, in logical pixels. Widgets are placed at multiples of `grid`, so that device pixel
+/// ratios of 1.25, 1.5 and 1.75 leave no seams between them.
 namespace tessik::Metrics {
 
 inline constexpr int grid = 4;
@@ -23,9 +23,9 @@ inline constexpr int groupStripWidth = 64;
 inline constexpr int stereoStripWidth = 96;
 inline constexpr int foldedStripWidth = 36; ///< of stereo and groups beside a folded master section
 inline constexpr int channelStripSpacing = 0;
-inline constexpr int minInputsBarWidth = 160; ///< what the MIDI status leaves the scroll bar beside it
+inline constexpr int minInputsBarWidth = 160; ///< what the MIDI status leaves for the scroll bar beside it
 inline constexpr int deskDivider = 12;   ///< between the scrolling inputs and the fixed strips: scroll bar and fold key
-inline constexpr int masterBarWidth = 8; ///< where the master section does, in its margin
+inline constexpr int masterBarWidth = 8; ///< the same for the master section, in its margin
 
 // ---- a channel strip above the bar
 inline constexpr int moduleTop = 5;
@@ -69,10 +69,10 @@ inline constexpr int capHeight = 54;
 inline constexpr int grooveWidth = 6;
 inline constexpr int faderScaleWidth = 34;
 inline constexpr int grooveGap = 5;   ///< from the groove to its ticks
-inline constexpr int scaleMargin = 3; ///< at least, beside the scale
+inline constexpr int scaleMargin = 3; ///< minimum, beside the scale
 inline constexpr int narrowTick = 8;
 inline constexpr int minLabelWidth = 12;
-inline constexpr int minTickSpacing = 4; ///< closer marks are left out
+inline constexpr int minTickSpacing = 4; ///< marks that are closer are omitted
 inline constexpr int minLabelSpacing = 10;
 inline constexpr int dragThreshold = 3; ///< a click that moves less leaves a fader where it is
 

@@ -11,8 +11,8 @@ namespace tessik {
 class ControlHost;
 class MainWindow;
 
-/// The rig's own surface, to play the engineer's hands: drag a fader, click a mute, recall a scene. The white cap is
-/// the physical fader, the amber line where the VCA stands. A pane below the desk that can float.
+/// The rig's own controls, to act as the engineer's hands: drag a fader, click a mute, recall a scene. The white cap is
+/// the physical fader, the amber line the VCA's position. A pane below the desk that can float.
 class RigPane final : public QDockWidget {
     Q_OBJECT
 
@@ -20,10 +20,10 @@ public:
     /// What the pane's controls show and operate.
     struct Subject {
         SimulatedConsole* desk;
-        QProperty<int>* changes; ///< written when the desk holds something else
+        QProperty<int>* changes; ///< written when the desk's state changes
     };
 
-    /// Docks it in `window`, which owns it. `desk` outlives it.
+    /// Docks it in `window`, which owns it. `desk` must outlive it.
     RigPane(SimulatedConsole& desk, MainWindow& window);
     ~RigPane() override;
 
@@ -35,7 +35,7 @@ private:
     SimulatedConsole& _desk;
     ControlTable<Subject> _table;
     QProperty<int> _changes{0};
-    QTimer _showChanges; ///< what happens faster than it is shown
+    QTimer _showChanges; ///< changes come faster than they are shown
     ControlHost* _surface;
     std::vector<QPropertyNotifier> _observers;
 };

@@ -12,7 +12,7 @@ namespace tessik {
 class KeyboardArrowHandler;
 class ModeKey;
 
-/// The automation in the header: a key for each mode and for NULL, what the engine does, a warning while channels are
+/// The automation in the header: a key for each mode and for NULL, the engine's status, a warning while channels are
 /// unknown, and room for buttons that open lists.
 class AutomationPanelView final : public HeaderPart {
     Q_OBJECT
@@ -21,11 +21,11 @@ public:
     AutomationPanelView(PassEngine& engine, ConsoleModel& consoleModel, MTCClock& mtcClock, DrawingContext& drawing,
                         QWidget* parent = nullptr);
 
-    /// W, U, R and N press the keys of the modes.
+    /// W, U, R and N press the mode keys.
     void bindKeys(KeyboardArrowHandler& keys);
     /// A key left of the buttons.
     PanelButton& addKey(const QString& legend, const QString& symbol);
-    /// A button at the right end, below those that are there.
+    /// A button at the right end, below any others.
     SymbolButton& addButton(const QString& symbol, const QString& text);
 
     int neededWidth(HeaderFit fit) const override;
@@ -62,9 +62,9 @@ private:
     std::vector<PanelButton*> _addedKeys;
     std::vector<SymbolButton*> _addedButtons;
     HeaderFit _fit = HeaderFit::legends;
-    int _fitWidth = 0; ///< that it needed when it was last fitted
+    int _fitWidth = 0; ///< the width needed when last fitted
     QBoxLayout* _modeKeys;
-    QBoxLayout* _lines; ///< the status, and the warning
+    QBoxLayout* _lines; ///< the status and the warning
     QWidget* _status;
     QLabel* _title;
     QLabel* _detail;

@@ -6,7 +6,7 @@
 
 namespace tessik {
 
-/// Which stretch of a pass lies on a row of pixels.
+/// The stretch of a pass that a row of pixels shows.
 struct LaneTimeline {
     TimecodePosition start;    ///< of the pass
     double firstOffset = 0;    ///< frames, at the left edge
@@ -14,11 +14,11 @@ struct LaneTimeline {
 
     double offsetAt(double x) const { return firstOffset + x * framesPerPixel; }
     double xOf(double offset) const { return (offset - firstOffset) / framesPerPixel; }
-    /// Frames between two labels of the ruler.
+    /// Frames between two ruler labels.
     std::int64_t labelStep() const;
 };
 
-/// One of the four switches as a lane shows it.
+/// One of the four switches as shown in a lane.
 struct LaneSwitch {
     const char* name;
     bool ChannelSwitches::*member;
@@ -29,17 +29,17 @@ inline constexpr std::array laneSwitches{LaneSwitch{"MUTE", &ChannelSwitches::ch
                                          LaneSwitch{"AUX", &ChannelSwitches::auxMuted, &Tints::ledRed},
                                          LaneSwitch{"EQ", &ChannelSwitches::eqOn, &Tints::ledGreen}};
 
-/// Draws a pass: a ruler with timecode, and a lane for each channel. Rectangles are in logical pixels, positions along
-/// the tape in those of the plot, which begins `headWidth` right of a lane's edge.
+/// Draws a pass: a ruler with timecode, and a lane for each channel. Rectangles are in logical pixels; positions along
+/// the tape are in pixels of the plot, which begins `headWidth` to the right of a lane's edge.
 namespace LanePainter {
 
 inline constexpr int headWidth = 148;
 inline constexpr int rulerHeight = 32;
-inline constexpr int plotEdge = 2; ///< that nothing is drawn on
+inline constexpr int plotEdge = 2; ///< where nothing is drawn
 
-/// Of a lane, with the gap below it.
+/// The height of a lane, including the gap below it.
 int laneHeight(const PassLanes::Channel& channel);
-/// Where the fader's curve is drawn in a lane.
+/// The area of a lane where the fader's curve is drawn.
 QRect curveRect(const QRect& lane);
 
 void paintRuler(Canvas& canvas, DrawingContext& drawing, const QRect& ruler, const LaneTimeline& timeline);

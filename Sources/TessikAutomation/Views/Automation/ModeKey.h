@@ -5,7 +5,7 @@
 
 namespace tessik {
 
-/// A key of the automation: a lamp above its legend, lit while it is checked.
+/// An automation key: a lamp above its legend, lit while checked.
 class ModeKey final : public PanelButton {
     Q_OBJECT
 
@@ -14,7 +14,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void nextCheckState() override {} // what it stands for decides
+    void nextCheckState() override {} // the engine decides, not the click
 
 private:
     const ConsoleToggle _key;

@@ -11,10 +11,10 @@ class QUndoStack;
 
 namespace tessik {
 
-/// Passes to and from MIDI files: asks where, does the work on a thread of its own, and tells what came of it.
+/// Passes to and from MIDI files: asks where, does the work on its own thread, and reports the outcome.
 class PassFiles {
 public:
-    /// An import can be taken back from `history`.
+    /// `history` can undo an import.
     PassFiles(PassStore& passes, PassEngine& engine, QUndoStack& history, const MIDIOutputManager& output,
               const MTCClock& mtcClock, WidgetSessionDialogs& dialogs)
         : _passes(passes),
@@ -24,9 +24,9 @@ public:
           _mtcClock(mtcClock),
           _dialogs(dialogs) {}
 
-    /// Its controllers go to the desk's MIDI channel.
+    /// Its controllers use the desk's MIDI channel.
     void exportPass(const AutomationPass& pass);
-    /// The pass is added to the session; nothing is selected. A file in beats takes the frame rate of the timecode.
+    /// Adds the pass to the session without selecting it. A file in beats takes the timecode's frame rate.
     void importPass();
 
 private:
@@ -40,7 +40,7 @@ private:
     const MIDIOutputManager& _output;
     const MTCClock& _mtcClock;
     WidgetSessionDialogs& _dialogs;
-    std::optional<BackgroundWriter> _writer; // from the first file on; last: its jobs end first
+    std::optional<BackgroundWriter> _writer; // created for the first file; last, so that its jobs end first
 };
 
 } // namespace tessik

@@ -10,39 +10,39 @@
 
 namespace tessik {
 
-/// What the windows that show passes work on. All outlive them.
+/// What the windows that show passes work on. All must outlive them.
 struct LaneObjects {
     PassStore& passes;
     PassEngine& engine;
     ChannelLabelStore& labels;
     MTCClock& mtcClock;
     TransportManager& transport;
-    DrawingContext& drawing; ///< whose look is followed
+    DrawingContext& drawing; ///< whose look they follow
 };
 
-/// A window that shows one pass: a lane for each channel that moves in it, below a ruler, with a line where the tape
-/// is. The wheel zooms, a drag moves, a click on the ruler locates the transport. It closes when its pass is gone; a
-/// take that waits is one.
+/// A window that shows one pass: a lane for each channel that moves in it, below a ruler, with a line at the tape's
+/// position. The wheel zooms, a drag scrolls, a click on the ruler locates the transport. Closes when its pass is gone,
+/// including a take that waits.
 class PassLanesView final : public QAbstractScrollArea {
     Q_OBJECT
 
 public:
-    /// Brings up the window of that pass over `window`, a new one where none is open. `keys` are those of the main
-    /// window, whose Space and Return work here too.
+    /// Brings up that pass's window over `window`, a new one if none is open. `keys` belong to the main window; its
+    /// Space and Return work here too.
     static PassLanesView& open(const AutomationPass& pass, const LaneObjects& objects, const KeyboardArrowHandler& keys,
                                QWidget* window);
     PassLanesView(const AutomationPass& pass, const LaneObjects& objects, QWidget* window);
 
-    /// The whole pass in the width.
+    /// Fits the whole pass into the width.
     void fitPass();
-    /// By a factor above 1 closer; what is at `x` of the plot stays there.
+    /// A factor above 1 zooms in; what is at `x` of the plot stays there.
     void zoom(double factor, double x);
 
     const LaneTimeline& timeline() const { return _timeline; }
-    /// Where a frame offset lies, in pixels of the viewport.
+    /// The position of a frame offset, in pixels of the viewport.
     double xOf(double offset) const;
     QRect rulerRect() const;
-    /// Where the tape is, as frame offset; none where it is unknown or of another frame rate.
+    /// Where the tape is, as a frame offset; none if unknown or at another frame rate.
     std::optional<double> tapeOffset() const;
 
 protected:
@@ -79,7 +79,7 @@ private:
     std::unique_ptr<PassLanes> _lanes;
     LaneTimeline _timeline;
     KeyboardArrowHandler _keys;
-    QPixmap _picture; ///< everything but what moves with the tape
+    QPixmap _picture; ///< everything that does not move with the tape
     bool _isFitted = true;
     bool _isScrolling = false;
     QRect _shownLine;

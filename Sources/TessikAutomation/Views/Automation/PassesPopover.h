@@ -10,18 +10,18 @@ namespace tessik {
 
 class TakeCard;
 
-/// The session's passes. Choosing one selects it for playback and puts its starting state on screen, again where it is
-/// the selected one. Opens by itself when a take has ended and waits for its name.
+/// The session's passes. Choosing one, even the selected one, selects it for playback and puts its starting state on
+/// screen. Opens by itself when a take has ended and waits for its name.
 class PassesPopover final : public Popover {
     Q_OBJECT
 
 public:
-    /// What is deleted can be taken back from `history`.
+    /// `history` can undo deletions.
     PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& history, SymbolButton& button,
                   DrawingContext& drawing, QWidget* over);
 
     // ---- what the list leaves to its owner
-    std::function<void(const AutomationPass&)> onChosen; ///< also of the one that was selected already
+    std::function<void(const AutomationPass&)> onChosen; ///< even if already selected
     std::function<void(const AutomationPass&)> onShowLanes;
     std::function<void(const AutomationPass&)> onExport;
     std::function<void()> onImport;

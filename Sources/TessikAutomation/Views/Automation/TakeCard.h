@@ -8,8 +8,8 @@ class QUndoStack;
 
 namespace tessik {
 
-/// The card of a take that waits: a name to keep it under, a way to drop it, which can be taken back from `history`,
-/// and the choice of what plays meanwhile, the take or the pass before.
+/// The card of a waiting take: a name to keep it under, a way to discard it, which `history` can undo, and the choice
+/// of what plays in the meantime, the take or the previous pass.
 class TakeCard final : public NameSection {
     Q_OBJECT
 

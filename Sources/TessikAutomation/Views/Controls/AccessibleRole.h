@@ -6,7 +6,7 @@ class QWidget;
 
 namespace tessik {
 
-/// What a screen reader takes a widget for whose class says nothing. Its name and description are the widget's own.
+/// How a screen reader treats a widget whose class does not say. Its name and description are the widget's own.
 void setAccessibleRole(QWidget& widget, QAccessible::Role role);
 
 } // namespace tessik

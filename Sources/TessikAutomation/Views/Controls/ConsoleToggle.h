@@ -4,10 +4,10 @@
 
 namespace tessik {
 
-/// A two-state switch of the console: a key with a lamp, or a key that lights up whole. Its number is 0 or 1.
+/// A two-state switch of the console: a key with a lamp, or one that lights up entirely. Its number is 0 or 1.
 class ConsoleToggle final : public ControlView {
 public:
-    /// `shortLabel` stands on keys that have no room for the other.
+    /// `shortLabel` is for keys too small for the other.
     ConsoleToggle(QString label, QColor Tints::*color, bool showsLED, QString shortLabel = {})
         : _label(std::move(label)), _shortLabel(std::move(shortLabel)), _color(color), _showsLED(showsLED) {}
 

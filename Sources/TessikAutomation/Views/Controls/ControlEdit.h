@@ -6,10 +6,10 @@
 
 namespace tessik {
 
-/// A change of one control that can be taken back. The changes of one gesture of the hand are one.
+/// An undoable change of one control. The changes of one gesture are merged.
 class ControlEdit final : public QUndoCommand {
 public:
-    /// Two changes of equal `gesture` and `control` are one.
+    /// Two changes with the same `gesture` and `control` are merged.
     ControlEdit(const QString& what, std::function<void(double)> write, double before, double after,
                 const void* control, std::uint64_t gesture)
         : QUndoCommand(what),

@@ -13,18 +13,18 @@ namespace tessik {
 /// One opaque widget that shows all controls of a panel and does for them what widgets do: painting only what changed,
 /// pointer and keys, keyboard focus, tooltips, and an accessible child each.
 ///
-/// Left, Right, Space, Return and the wheel are left to whatever is around.
+/// Left, Right, Space, Return and the wheel are left to the surrounding widgets.
 class ControlHost : public QWidget {
     Q_OBJECT
 
 public:
-    /// `kind` and `drawing` outlive the host; `bindings` are as the kind's controls.
+    /// `kind` and `drawing` must outlive the host; `bindings` are in the order of the kind's controls.
     ControlHost(const PanelKind& kind, std::vector<ControlBinding> bindings, DrawingContext& drawing,
                 QWidget* parent = nullptr, const UptimeClock& clock = UptimeClock::system());
     ~ControlHost() override;
 
     int controlCount() const { return int(_bindings.size()); }
-    int controlIndex(const QString& id) const; ///< -1 for none
+    int controlIndex(const QString& id) const; ///< -1 if there is none
     const ControlView& view(int control) const { return *_kind.controls[std::size_t(control)].view; }
     const QString& name(int control) const { return _bindings[std::size_t(control)].name; }
     ControlValue value(int control) const { return _bindings[std::size_t(control)].read(); }
@@ -34,17 +34,17 @@ public:
     /// Whether the panel has room for it.
     bool isShown(int control) const { return !place(control).isEmpty(); }
     bool isOperable(int control) const;
-    /// Operates the control: the value goes where a hand's would.
+    /// Operates the control as a hand would.
     void setNumber(int control, double number);
-    /// Opens a field for typing the control's value, where one can be typed, with `text` to begin with.
+    /// Opens a field for typing the control's value, if it can be typed, initially holding `text`.
     void editValue(int control, const QString& text);
 
-    int controlAt(QPoint position) const; ///< -1 for none
+    int controlAt(QPoint position) const; ///< -1 if there is none
     int focusedControl() const { return hasFocus() ? _focused : -1; }
     void focusControl(int control, Qt::FocusReason reason);
 
 Q_SIGNALS:
-    /// The keyboard focus came to a control, to be brought into view.
+    /// A control received the keyboard focus and should be brought into view.
     void controlFocused();
 
 protected:
@@ -62,7 +62,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
-    // The geometry of views is in units of the panel, which the zoom makes larger or smaller than pixels.
+    // The geometry of views is in panel units, which the zoom makes larger or smaller than pixels.
     QSize panelSize() const;
     QRect place(int control) const { return _kind.controls[std::size_t(control)].place(panelSize()); }
     QRect toWidget(const QRect& inPanel) const;
@@ -90,15 +90,15 @@ private:
     std::vector<ControlValue> _shown; ///< as last drawn or asked to be drawn
 
     int _focused = -1;
-    bool _focusVisible = false; ///< the focus came by key
+    bool _focusVisible = false; ///< the focus came by keyboard
     int _hovered = -1;
     int _pressed = -1;
     bool _pressedInside = false;
     bool _dragging = false;
-    ControlView::Drag _drag; ///< in units of the panel
+    ControlView::Drag _drag; ///< in panel units
     int _moving = -1;        ///< shows its value
     QTimer _movingTimer;
-    std::uint64_t _gesture = 0; ///< the changes of one are one step of the history
+    std::uint64_t _gesture = 0; ///< changes with the same one make one undo step
     int _gestureControl = -1;
     Uptime _gestureAt{};
 

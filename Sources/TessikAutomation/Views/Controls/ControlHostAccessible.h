@@ -6,15 +6,15 @@ namespace tessik {
 
 class ControlHost;
 
-/// Shows a host to screen readers as a group with one child a control.
+/// Presents a host to screen readers as a group with one child per control.
 class ControlHostAccessible final : public QAccessibleWidget {
 public:
     explicit ControlHostAccessible(ControlHost& host);
     ~ControlHostAccessible() override;
 
-    /// Makes hosts known to the accessibility of Qt; once is enough.
+    /// Registers hosts with Qt's accessibility; calling it once is enough.
     static void install();
-    /// Tells a screen reader of a new value, or of the keyboard focus. Nothing where none listens.
+    /// Tells screen readers of a new value, or of the keyboard focus. Does nothing if none is listening.
     static void announceValue(ControlHost& host, int control);
     static void announceFocus(ControlHost& host, int control);
 
@@ -26,7 +26,7 @@ public:
 
 private:
     ControlHost& _host;
-    mutable std::vector<QAccessible::Id> _children; ///< made when first asked for
+    mutable std::vector<QAccessible::Id> _children; ///< created on first use
 };
 
 } // namespace tessik

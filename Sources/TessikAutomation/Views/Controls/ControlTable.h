@@ -15,11 +15,11 @@ namespace tessik {
 struct ControlBinding {
     QString name; ///< in full: "Channel 5 fader"
     std::function<ControlValue()> read;
-    std::function<void(double)> write; ///< empty where the control only shows
+    std::function<void(double)> write; ///< empty if the control is display-only
     /// The observers that call `changed` after a property behind `read` was written.
     std::function<std::vector<QPropertyNotifier>(std::function<void()> changed)> watch;
-    QUndoStack* history = nullptr; ///< where the hand's changes can be taken back; null for nowhere
-    QString undoText;              ///< what they are called there: "HI MID gain, channel 5"
+    QUndoStack* history = nullptr; ///< where changes by hand can be undone; null for none
+    QString undoText;              ///< its name there: "HI MID gain, channel 5"
 };
 
 /// Observers on several properties, for `ControlBinding::watch`.
@@ -33,7 +33,7 @@ auto watching(Properties&... properties) {
     };
 }
 
-/// What the panels of one kind have in common: their face, and each control with its view and its place.
+/// What panels of one kind have in common: their face, and each control with its view and place.
 struct PanelKind {
     struct Control {
         QString id; ///< within the kind: "fader"
@@ -42,15 +42,15 @@ struct PanelKind {
     };
 
     std::function<void(Canvas&, QSize panel)> paintFace;
-    std::vector<Control> controls; ///< in the order of the keyboard focus
+    std::vector<Control> controls; ///< in keyboard focus order
 };
 
-/// A panel kind with the way in which each control finds its value on a subject, such as a channel. The one list that
-/// serves painting, hit testing, focus, tooltips, accessibility and tests.
+/// A panel kind, plus how each control finds its value on a subject such as a channel. The one list that serves
+/// painting, hit testing, focus, tooltips, accessibility and tests.
 template <typename Subject>
 struct ControlTable {
     PanelKind kind;
-    std::vector<std::function<ControlBinding(const Subject&)>> bindings; ///< as `kind.controls`
+    std::vector<std::function<ControlBinding(const Subject&)>> bindings; ///< in the order of `kind.controls`
 
     template <typename View>
     void add(QString id, View view, std::function<QRect(QSize)> place,

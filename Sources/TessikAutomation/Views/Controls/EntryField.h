@@ -4,15 +4,15 @@
 
 namespace tessik {
 
-/// A line of text that is kept or dropped: Return and Tab keep it, Escape drops it. Those keys go no further.
+/// A line of text to keep or drop: Return and Tab keep it, Escape drops it. Those keys go no further.
 class EntryField final : public QLineEdit {
     Q_OBJECT
 
 public:
     using QLineEdit::QLineEdit;
 
-    /// For a field that nobody asked for: until something is typed, its text is whole under the hand, and Space and
-    /// Return are left to the window.
+    /// For a field that opened unasked: until something is typed, its text is selected, and Space and Return are left
+    /// to the window.
     void waitForTyping();
     bool isWaiting() const { return _isWaiting; }
 
@@ -21,7 +21,7 @@ Q_SIGNALS:
     void dropped();
     /// Tab, or with Shift backwards.
     void moved(bool forward);
-    /// The keyboard went elsewhere.
+    /// The keyboard focus went elsewhere.
     void left();
 
 protected:

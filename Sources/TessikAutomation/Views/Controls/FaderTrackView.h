@@ -15,7 +15,7 @@ public:
     };
     /// The marks of the console's fader law, and "-∞" at the bottom.
     static const std::vector<Mark>& scale();
-    /// Decibels as the scale prints them: "+10", "+0", "-5".
+    /// Decibels as printed on the scale: "+10", "+0", "-5".
     static QString scaleLabel(double decibels);
 
     QColor Tints::*accentTint = &Tints::capLine; ///< of the cap's index line
@@ -24,9 +24,9 @@ public:
     int scaleWidth = Metrics::faderScaleWidth; ///< labels and long ticks; a tick is 0.4 of it
     std::vector<Mark> tickFractions = scale();
 
-    /// Where the cap's centre stands for a fraction of the travel.
+    /// The height of the cap's centre at a fraction of the travel.
     double centreY(const QRect& rect, double normalizedValue) const;
-    /// The fader value, 0 to 127, whose cap centre stands at `y`.
+    /// The fader value, 0 to 127, whose cap centre is at `y`.
     double valueAt(const QRect& rect, double y) const;
     QRect capRect(const QRect& rect, double value) const;
 
@@ -46,10 +46,10 @@ public:
 private:
     int tickWidth() const { return qRound(scaleWidth * 0.4); }
     int contentWidth() const;
-    /// No room for cap and labels beside each other: the cap stands in the middle, between short ticks.
+    /// No room for cap and labels side by side: the cap stands in the middle, between short ticks.
     bool isNarrow(const QRect& rect) const;
     int tickLength(const QRect& rect) const;
-    /// Of the mark at that height; empty where there is no room.
+    /// For the mark at that height; empty if there is no room.
     QRect labelRect(const QRect& rect, double y) const;
     int grooveX(const QRect& rect) const;
     void paintScale(Canvas& canvas, const QRect& rect) const;

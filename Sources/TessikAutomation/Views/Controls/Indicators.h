@@ -4,8 +4,8 @@
 
 namespace tessik {
 
-/// Two arrows that tell which way a hand must move the physical fader. Its number is a ChannelState::NullMatch, its
-/// text how far: "3.2 dB".
+/// Two arrows that show which way a hand must move the physical fader. Its number is a ChannelState::NullMatch, its
+/// text the distance: "3.2 dB".
 class NullIndicatorRow final : public ControlView {
 public:
     void paintStatic(Canvas& canvas, const QRect& rect) const override;
@@ -15,7 +15,7 @@ public:
     QString valueText(const ControlValue& value) const override;
 };
 
-/// The level in decibels on a small display. Its text is the readout without a unit.
+/// The level in decibels on a small display. Its text is the readout without the unit.
 class LevelReadout final : public ControlView {
 public:
     void paintStatic(Canvas& canvas, const QRect& rect) const override;

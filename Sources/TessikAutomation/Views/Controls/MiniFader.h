@@ -7,7 +7,7 @@
 
 namespace tessik {
 
-/// A short fader with a printed scale and its legend below. Its cap's centre follows the pointer.
+/// A short fader with a printed scale and a legend below. The centre of its cap follows the pointer.
 class MiniFader final : public TravelControl {
 public:
     struct Mark {
@@ -34,7 +34,7 @@ public:
     QAccessible::Role role() const override { return QAccessible::Slider; }
 
 private:
-    QRect trackRect(const QRect& rect) const; ///< the way of the cap, its height included
+    QRect trackRect(const QRect& rect) const; ///< the cap's travel, including its height
     double centreY(const QRect& rect, double position) const;
     QRectF capRect(const QRect& rect, double value) const;
 };

@@ -10,8 +10,8 @@ class QLabel;
 
 namespace tessik {
 
-/// Where something new gets its name: a field with a proposal, "Save", and a way out. A click on a button leaves the
-/// keyboard where it is.
+/// Where something new gets its name: a field with a proposal, "Save", and a way out. Clicking a button leaves the
+/// keyboard focus where it is.
 class NameSection : public QFrame {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ public:
     EntryField& field() const { return *_field; }
 
 Q_SIGNALS:
-    /// The name as typed; an empty one is the proposal.
+    /// The name as typed, or the proposal if empty.
     void saved(const QString& name);
     void dropped();
 

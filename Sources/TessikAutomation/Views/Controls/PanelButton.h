@@ -8,18 +8,18 @@
 namespace tessik {
 
 /// A key of the header, in the material of the desk: a symbol above its legend, or alone. Space and Return belong to
-/// the window, so Up presses it where it has the keyboard focus.
+/// the window, so Up presses it when it has the keyboard focus.
 class PanelButton : public QAbstractButton {
     Q_OBJECT
 
 public:
     PanelButton(const QString& legend, Symbol symbol, DrawingContext& drawing, QWidget* parent = nullptr);
     QSize sizeHint() const override;
-    /// Of a key of the header, in pixels.
+    /// Width of a header key, in pixels.
     static constexpr int widthOf(bool withLegend) { return withLegend ? 60 : 32; }
-    /// Without its legend there is the symbol alone.
+    /// Without its legend, only the symbol shows.
     void setLegendVisible(bool visible);
-    /// Colour of the symbol; until it is set, the legend's.
+    /// Colour of the symbol; the legend's unless set.
     void setTint(const QColor& tint) { _tint = tint; }
 
 protected:

@@ -8,18 +8,18 @@ class QVBoxLayout;
 
 namespace tessik {
 
-/// A list on a card below the button that opens and closes it. It is no window of its own. Opened by its user it has
-/// the keyboard, and gives it back when it closes; one that opens by itself leaves the keyboard where it is until
-/// something in it is clicked or Tab is pressed. Up and Down go over what it holds, Return presses. A press elsewhere
-/// in the window or Escape closes it.
+/// A list on a card below the button that opens and closes it; not a window of its own. Opened by the user, it takes
+/// the keyboard focus and returns it on closing; one that opens by itself leaves the focus where it is until something
+/// in it is clicked or Tab is pressed. Up and Down move through its contents, Return presses. A press elsewhere in the
+/// window or Escape closes it.
 class Popover : public QWidget {
     Q_OBJECT
 
 public:
-    /// Lies over the whole of `over`, in which the button stands too.
+    /// Covers all of `over`, which contains the button too.
     Popover(const QString& title, SymbolButton& button, DrawingContext& drawing, QWidget* over);
 
-    /// Of what a card holds.
+    /// Of a card's contents.
     static constexpr int contentWidth = 360;
 
     /// Opens by itself.
@@ -27,16 +27,16 @@ public:
     void close();
 
 protected:
-    /// Below the sections that are there.
+    /// Adds a section below the existing ones.
     void addSection(QWidget* section);
-    /// Shows what there is now. Follows each change by a moment, when all that belongs to it is done.
+    /// Shows the current contents. Follows each change after a moment, when everything that belongs to it is done.
     virtual void refresh() = 0;
     void refreshSoon();
-    /// Its user has opened it.
+    /// The user has opened it.
     virtual void takeKeyboard() { setFocus(); }
-    /// After sections or their heights changed.
+    /// Call after sections or their heights changed.
     void fit();
-    /// For what goes away: Qt would hand its keyboard to its neighbour.
+    /// Call for a part about to go away: Qt would pass its keyboard focus to its neighbour.
     void leaveKeyboard(QWidget& part);
     SymbolButton& button() const { return _button; }
     DrawingContext& drawing() const { return _drawing; }
@@ -53,7 +53,7 @@ private:
     SymbolButton& _button;
     DrawingContext& _drawing;
     QVBoxLayout* _layout;
-    QPointer<QWidget> _before; ///< had the keyboard when its user opened it
+    QPointer<QWidget> _before; ///< had the keyboard focus when the user opened it
     bool _isRefreshDue = false;
     QPropertyNotifier _lookObserver;
 };

@@ -10,25 +10,26 @@ class QLabel;
 
 namespace tessik {
 
-/// A list of the session's records, however many: only those in sight have a row, and the one that has the keyboard.
+/// A list of the session's records, however many: only those in sight have a row, and the one with the keyboard focus.
 ///
-/// Up and Down, Page Up and Page Down, Home and End go over the records; Tab reaches one of them and its buttons.
+/// Up and Down, Page Up and Page Down, Home and End move through the records; Tab reaches one of them and its buttons.
 class RecordList final : public QScrollArea {
     Q_OBJECT
 
 public:
-    /// How the list gets at its owner's records. All have to be set.
+    /// How the list reaches its owner's records. All must be set.
     struct Records {
         std::function<qsizetype()> count;
-        std::function<void(RecordRow&)> prepare; ///< a row that was made
+        std::function<void(RecordRow&)> prepare; ///< a newly made row
         std::function<void(RecordRow&, qsizetype index)> show;
         std::function<QUuid(qsizetype index)> idAt;
     };
     RecordList(const QString& emptyText, Records records, DrawingContext& drawing, QWidget* parent);
 
-    /// Shows the records as they are now. The keyboard stays with its record, or goes to the next where that is gone.
+    /// Shows the records as they are now. The keyboard focus stays with its record, or moves to the next if that is
+    /// gone.
     void refresh();
-    /// Brings a record into sight and gives it the keyboard; without records the list itself has it.
+    /// Brings a record into sight and gives it the keyboard focus; without records the list itself takes it.
     void setCurrent(qsizetype index);
 
     QSize sizeHint() const override;

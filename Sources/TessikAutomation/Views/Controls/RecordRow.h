@@ -12,7 +12,7 @@ namespace tessik {
 
 class EntryField;
 
-/// A named record of the session in a list. A click and Return tell its owner so; F2 and the context menu rename it in
+/// A named record of the session in a list. A click or Return tells its owner; F2 and the context menu rename it in
 /// place; the trash, Delete and the context menu remove it.
 class RecordRow final : public QAbstractButton {
     Q_OBJECT
@@ -22,8 +22,8 @@ public:
 
     RecordRow(DrawingContext& drawing, QWidget* parent);
 
-    /// What the row stands for; `aside` is short and stands right of the name. A name being typed for another record is
-    /// dropped.
+    /// What the row stands for; `aside` is short and stands to the right of the name. Drops a name being typed for
+    /// another record.
     void setRecord(const QUuid& id, const QString& name, const QString& detail, const QString& aside = {});
     const QUuid& id() const { return _recordID; }
     const QString& detail() const { return _detail; }
@@ -45,13 +45,13 @@ Q_SIGNALS:
     void chosen();
     void renamed(const QString& name);
     void removed();
-    /// The context menu is about to show; what the owner adds stands above Delete.
+    /// The context menu is about to show; what the owner adds appears above Delete.
     void menuRequested(QMenu* menu);
-    /// The row came to have the keyboard.
+    /// The row received the keyboard focus.
     void focused();
 
 protected:
-    void nextCheckState() override {} // whoever owns the record decides
+    void nextCheckState() override {} // the record's owner decides
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;

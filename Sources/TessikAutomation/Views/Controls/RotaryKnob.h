@@ -5,15 +5,15 @@
 
 namespace tessik {
 
-/// A knob with its legend below. It turns by dragging up and down, as far as 150 pixels from end to end, whichever way
-/// the pointer strays sideways. Angles are degrees clockwise from straight up.
+/// A knob with its legend below. Dragging up and down turns it, 150 pixels from end to end, however far the pointer
+/// strays sideways. Angles are degrees clockwise from straight up.
 class RotaryKnob final : public TravelControl {
 public:
     RotaryKnob(QString legend, Travel way, const QColor& capTint)
         : TravelControl(std::move(legend), std::move(way)), tint(capTint) {}
 
     QColor tint;                          ///< of the cap
-    int diameter = Metrics::knobDiameter; ///< at most; less in a place that is too small for it and its marks
+    int diameter = Metrics::knobDiameter; ///< at most; smaller where there is no room for it and its marks
     bool polarized = false;               ///< its middle is marked
     bool showsPositionScale = true;
     double minAngle = -135;

@@ -5,12 +5,12 @@
 
 namespace tessik {
 
-/// The strip of paper on the bar with a channel's name and, below it, its colour. Its text is the name, its number the
-/// colour as RGB, or `noLabel`. A click asks for editing.
+/// The strip of paper on the bar with a channel's name and, below it, its colour. Its text is the name; its number the
+/// colour as RGB, or `noLabel`. A click asks to edit it.
 class ScribbleStrip final : public ControlView {
 public:
     static constexpr double noLabel = -1;
-    /// The colour of a label; the neutral grey for a text that is no colour.
+    /// The colour of a label; neutral grey if the text is not a colour.
     static QColor color(const QString& colorHex);
     static ControlValue value(const std::optional<ChannelLabel>& label);
 

@@ -4,8 +4,8 @@
 
 namespace tessik {
 
-/// A button with a symbol left of its text, or either alone: a plate of the header, or flat where it stands in a list,
-/// in which Return presses it.
+/// A button with a symbol to the left of its text, or just one of them: a plate of the header, or flat in a list, where
+/// Return presses it.
 class SymbolButton final : public PanelButton {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
     void setSymbol(const QString& name);
     /// Of the symbol.
     void setColor(QColor Tints::*color);
-    /// A lamp that says that something in here waits.
+    /// A lamp that shows that something inside is waiting.
     void setCalling(bool calling);
     bool isCalling() const { return _isCalling; }
 

@@ -5,7 +5,8 @@
 
 namespace tessik {
 
-/// A button of a card. Return presses it where it has the keyboard; Space belongs to the tape and does nothing here.
+/// A button of a card. Return presses it when it has the keyboard focus; Space belongs to the tape and does nothing
+/// here.
 class TextButton final : public QPushButton {
 public:
     TextButton(const QString& text, const char* name, QWidget* parent) : QPushButton(text, parent) {

@@ -6,7 +6,7 @@
 
 namespace tessik {
 
-/// A line of print at the right end of its place. Where that is too narrow the text is elided, and whole in the
+/// A line of print at the right end of its place. If that is too narrow the text is elided, with the whole text in the
 /// tooltip.
 class TextLine final : public QLabel {
     Q_OBJECT
@@ -15,7 +15,7 @@ public:
     TextLine(const QFont& font, int height, QColor Tints::*color, DrawingContext& drawing, QWidget* parent);
 
     bool isElided() const { return width() < sizeHint().width(); }
-    QSize sizeHint() const override; ///< of the whole text
+    QSize sizeHint() const override; ///< for the whole text
     QSize minimumSizeHint() const override { return {0, height()}; }
 
 protected:

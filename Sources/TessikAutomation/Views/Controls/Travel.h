@@ -6,10 +6,10 @@
 
 namespace tessik {
 
-/// How the values of a control are written and read.
+/// How a control's values are written and read.
 struct ValueFormat {
     QString (*text)(double value);
-    /// None for a text that is no value. The unit may be left out.
+    /// None if the text is not a value. The unit may be omitted.
     std::optional<double> (*parse)(const QString& text);
 
     static const ValueFormat decibels;  ///< "+3.0 dB"
@@ -18,7 +18,7 @@ struct ValueFormat {
     static const ValueFormat pan;       ///< "L 35", "C", "R 100"; from -1 to 1
 };
 
-/// The way of a knob or a short fader from its one end to the other: the values on it, in their unit, and how a hand
+/// The path of a knob or short fader from one end to the other: the values along it, in their unit, and how a hand
 /// moves along it. A position is 0 at the lower end and 1 at the upper.
 struct Travel {
     double min = 0;
@@ -30,18 +30,18 @@ struct Travel {
     int steps = 50;        ///< presses of a key from end to end
     QStringList positions; ///< of a selector, whose values are 0 to one less than their number
 
-    /// Of a value beyond an end: that end.
+    /// For a value beyond an end: that end.
     double position(double value) const;
-    /// Held to the ends.
+    /// Clamped to the ends.
     double valueAt(double position) const;
-    /// The same under a hand, which feels the detent and the positions of a selector.
+    /// The same under a hand, which feels the detent and a selector's positions.
     double valueUnderHand(double position) const;
 
     std::optional<double> keyed(int key, bool fine, double value) const;
     double wheeled(double delta, double value) const;
     std::optional<double> typed(const QString& text) const;
     QString text(double value) const;
-    /// The value change of one key press, or its mean where presses differ.
+    /// The value change of one key press, or its mean if presses differ.
     double step() const { return (max - min) / steps; }
 };
 

@@ -5,7 +5,7 @@
 
 namespace tessik {
 
-/// What knobs and short faders have in common: a way between two ends, turned by keys, wheel and typing.
+/// What knobs and short faders have in common: travel between two ends, operated by keys, wheel and typing.
 class TravelControl : public ControlView {
 public:
     TravelControl(QString legend, Travel way) : title(std::move(legend)), travel(std::move(way)) {}
@@ -28,7 +28,7 @@ public:
 
 protected:
     static QRect legendRect(const QRect& rect);
-    /// Where the value is shown, in a small display over the legend.
+    /// Where the value appears, in a small display over the legend.
     static QRect valueRect(const QRect& rect);
     void paintLegend(Canvas& canvas, const QRect& rect) const;
 };

@@ -7,7 +7,7 @@
 
 namespace tessik {
 
-/// A step of the history made of what does it, also for the first time, and what takes it back.
+/// An undo step built from two functions: one that does it, called the first time too, and one that undoes it.
 class UndoStep final : public QUndoCommand {
 public:
     UndoStep(const QString& what, std::function<void()> redo, std::function<void()> undo)
@@ -16,7 +16,7 @@ public:
     void redo() override { _redo(); }
     void undo() override { _undo(); }
 
-    /// Another name for a record of a store.
+    /// Renames a record of a store.
     template <typename Store>
     static UndoStep* renaming(Store& store, const QUuid& id, const QString& before, const QString& after) {
         return new UndoStep(

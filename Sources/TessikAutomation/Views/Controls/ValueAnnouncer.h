@@ -7,18 +7,19 @@
 
 namespace tessik {
 
-/// Holds what a screen reader is told to five values a second and control. The last value of a movement is always told.
+/// Limits screen reader announcements to five values a second per control. The last value of a movement is always
+/// announced.
 class ValueAnnouncer {
 public:
     static constexpr Uptime interval = std::chrono::milliseconds(200);
 
     explicit ValueAnnouncer(std::size_t controls) : _controls(controls) {}
 
-    /// Notes a change; true where it may be told at once.
+    /// Notes a change; true if it may be announced at once.
     bool note(std::size_t control, Uptime now);
     /// When the next value that had to wait is due.
     std::optional<Uptime> nextDue() const;
-    /// The controls whose waiting values are due; they count as told.
+    /// The controls whose waiting values are due; they count as announced.
     std::vector<std::size_t> takeDue(Uptime now);
 
 private:

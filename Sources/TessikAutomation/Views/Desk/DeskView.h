@@ -16,16 +16,16 @@ namespace tessik {
 class PanelButton;
 class ScribbleEditor;
 
-/// The console on screen. The inputs that its size has scroll sideways, and their upper halves up and down; the master
-/// section, stereo and groups stay. All faders are locked to the lower edge, and grow when the modules are complete.
+/// The console on screen. Its inputs scroll sideways, and their upper halves vertically; the master section, stereo and
+/// groups stay put. All faders are anchored to the lower edge, and grow once the modules are complete.
 class DeskView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// What can be taken back goes into `history`.
+    /// `history` records what can be undone.
     DeskView(const AppObjects& objects, QUndoStack& history, DrawingContext& drawing, QWidget* parent = nullptr);
 
-    ControlHost* strip(ChannelKind kind) const; ///< from BYPASS down; null for no channel
+    ControlHost* strip(ChannelKind kind) const; ///< from BYPASS down; null if there is no such channel
     ControlHost* inputModule(int number) const { return _modules[std::size_t(number - 1)]; } ///< of input 1 to 32
     ControlHost* master() const { return _master; }
     HorizontalOnlyScrollView& inputs() const { return *_inputs; }
@@ -36,7 +36,7 @@ public:
     /// What can be done with a channel's settings; `parent` owns the menu. Only inputs have one.
     QMenu* stripMenu(const QString& channelID, QWidget* parent);
 
-    /// Places a small view in the lower right corner, below the strips that stay and as far to the left as it needs.
+    /// Places a small view in the lower right corner, below the fixed strips and as far to the left as it needs.
     void setStatusView(QWidget* view);
     /// Moves the inputs by one strip.
     void pageInputs(bool forward);
@@ -46,12 +46,12 @@ public:
     int fixedWidth() const;
     int stripHeight() const;
 
-    /// The sizes in which the desk is shown, in percent.
+    /// The desk's zoom levels, in percent.
     static constexpr std::array zoomSteps{88, 100, 125, 150};
     int zoom() const { return _zoom; }
-    /// To the nearest step; remembered on this machine.
+    /// Goes to the nearest step; remembered on this machine.
     void setZoom(int percent);
-    /// To the next larger or smaller step.
+    /// Goes to the next larger or smaller step.
     void changeZoom(bool larger);
 
 protected:
@@ -84,8 +84,8 @@ private:
     VerticalOnlyScrollView* _moduleView;
     VerticalOnlyScrollView* _masterView;
     ControlHost* _master;
-    std::array<ControlHost*, 2> _blank; ///< beyond the last input, where the window is wider: above, below
-    ControlHost* _folded;               ///< in the master section's place
+    std::array<ControlHost*, 2> _blank; ///< beyond the last input, in wider windows: above, below
+    ControlHost* _folded;               ///< in place of the master section
     PanelButton* _foldKey;
     QWidget* _status = nullptr;
     ScribbleEditor* _scribbleEditor;

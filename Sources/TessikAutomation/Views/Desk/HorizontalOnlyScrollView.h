@@ -6,7 +6,7 @@
 
 namespace tessik {
 
-/// Moves its content sideways only, by either axis of the wheel.
+/// Moves its content sideways only, by either wheel axis.
 class HorizontalOnlyScrollView final : public OneAxisScrollView {
     Q_OBJECT
 
@@ -14,12 +14,12 @@ public:
     explicit HorizontalOnlyScrollView(QWidget* parent = nullptr);
 
     int left() const { return scrollBar()->value(); }
-    /// Where it stands, or is on its way to.
+    /// Where it is, or is heading.
     int destination() const;
     int maxLeft() const { return scrollBar()->maximum(); }
-    /// Held to what there is to see; animated, it takes 0.2 s.
+    /// Clamped to the content; animated, it takes 0.2 s.
     void scrollTo(int x, bool animated = false);
-    /// Scrolls as little as brings [x, x + width) into view.
+    /// Scrolls just far enough to bring [x, x + width) into view.
     void reveal(int x, int width, bool animated = false);
 
 protected:

@@ -4,12 +4,12 @@
 
 namespace tessik {
 
-/// The upper half of an input's module: its controls without MIDI and the EQ switch, in the order of the console.
+/// The upper half of an input's module: its controls without MIDI and the EQ switch, in the console's order.
 const ControlTable<StripSubject>& inputModuleTable();
-/// Its height, in units of the panel.
+/// Its height, in panel units.
 int inputModuleHeight();
 
-/// The face of the module without controls, for where the window is wider than the console.
+/// The face of the module without controls, for windows wider than the console.
 const PanelKind& blankModuleKind();
 
 } // namespace tessik

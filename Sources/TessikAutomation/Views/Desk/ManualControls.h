@@ -6,8 +6,8 @@
 
 namespace tessik {
 
-/// All controls of the console that have no MIDI, each once, in the order of the panel. The one place that knows their
-/// names, ranges and units.
+/// All controls of the console that have no MIDI, once each, in panel order. The only place that knows their names,
+/// ranges and units.
 namespace ManualControls {
 
 const RecordControls<ManualChannelSettings>& channel();

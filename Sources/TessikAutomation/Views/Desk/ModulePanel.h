@@ -6,10 +6,10 @@
 
 namespace tessik::ModulePanel {
 
-/// The title of a section of the panel, in capitals, with a hairline up to the right end of `rect`.
+/// A panel section's title, in capitals, with a hairline to the right end of `rect`.
 void paintTitle(Canvas& canvas, const QRect& rect, const QString& text, const QColor& tint);
 
-/// The key of a switch, or the knob, that the table of controls describes.
+/// The switch key or knob that the table of controls describes.
 template <typename Record>
 ConsoleToggle toggle(const RecordControl<Record>& control, const QString& shortLabel = {}) {
     return ConsoleToggle(control.title, control.lamp, true, shortLabel);
@@ -18,7 +18,7 @@ template <typename Record>
 RotaryKnob knob(const RecordControl<Record>& control) {
     RotaryKnob view(control.title, control.travel, control.tint);
     view.polarized = control.travel.hasCenterDetent;
-    if (!control.travel.positions.isEmpty()) { // its ends keep clear of the legend
+    if (!control.travel.positions.isEmpty()) { // its end positions keep clear of the legend
         view.minAngle = -110;
         view.maxAngle = 110;
     }

@@ -4,9 +4,9 @@
 
 namespace tessik {
 
-/// Draws the maker's plate of the desk, of brushed metal, in the middle of `rect`.
+/// Draws the desk's brushed-metal maker's plate in the middle of `rect`.
 void paintNamePlate(Canvas& canvas, const QRect& rect);
-/// The least height that it takes, in units of the panel.
+/// The minimum height it needs, in panel units.
 inline constexpr int namePlateMinHeight = 64;
 
 } // namespace tessik

@@ -8,7 +8,7 @@
 
 namespace tessik {
 
-/// What the console prints at a control that is only written down, and how its knob or switch behaves.
+/// What the console prints at a control that is only recorded, and how its knob or switch behaves.
 template <typename Record>
 struct RecordControl {
     std::variant<bool Record::*, double Record::*> field;
@@ -38,7 +38,7 @@ QString fieldKey(Value Record::*member) {
     return key;
 }
 
-/// Builds a list of controls in the order of the panel; the default of each is the record's.
+/// Builds a list of controls in panel order; each default is the record's.
 template <typename Record>
 struct RecordControls {
     std::vector<RecordControl<Record>> list;
@@ -62,7 +62,7 @@ Travel trim(double min, double max);    ///< decibels
 Travel sweep(double min, double max);   ///< hertz
 Travel level();                         ///< 0 to 10
 Travel pan();                           ///< -1 to 1, with a detent in the middle
-Travel selector(QStringList positions); ///< one value a position, from 0
+Travel selector(QStringList positions); ///< one value per position, from 0
 } // namespace Travels
 
 } // namespace tessik

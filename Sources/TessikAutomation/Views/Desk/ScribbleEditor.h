@@ -11,8 +11,8 @@ class QAbstractButton;
 
 namespace tessik {
 
-/// A text field over the scribble strip that is being edited, with the colours below it, over which Up and Down go.
-/// Whatever closes it keeps what was entered, but for Escape.
+/// A text field over the scribble strip being edited, with the colours below it, which Up and Down step through.
+/// Whatever closes it keeps what was entered, except Escape.
 class ScribbleEditor final : public QWidget {
     Q_OBJECT
 
@@ -20,15 +20,15 @@ public:
     ScribbleEditor(ScribbleFocusCoordinator& scribbles, ChannelLabelStore& labels, QUndoStack& history,
                    DrawingContext& drawing, QWidget* parent);
 
-    /// Where the strip of a channel is on the parent. Set once.
+    /// Where a channel's strip is within the parent. Set once.
     std::function<QRect(const QString& channelID)> stripRect;
-    /// How a channel is spoken of: "channel 5".
+    /// A channel's spoken name: "channel 5".
     std::function<QString(const QString& channelID)> spokenName;
-    /// To be called when strips moved.
+    /// Call when strips have moved.
     void follow();
 
     EntryField& field() const { return *_field; }
-    /// A colour to click, in the order of the palette.
+    /// A colour to click, in palette order.
     QAbstractButton& swatch(int index) const { return *_swatches[std::size_t(index)]; }
 
 protected:

@@ -6,14 +6,14 @@
 
 namespace tessik {
 
-/// One channel's manual settings on their way to others.
+/// One channel's manual settings, copied for pasting onto others.
 class SettingsClipboard {
 public:
     SettingsClipboard(ManualSettingsStore& store, QUndoStack& history) : _store(store), _history(history) {}
 
     bool isEmpty() const { return !_copied; }
     void copy(const QString& channelID) { _copied = _store.settings(channelID); }
-    /// One step of the history, however many channels. `what` says to where: "channel 5".
+    /// One undo step, however many channels. `what` names the target: "channel 5".
     void paste(const QStringList& channelIDs, const QString& what);
 
 private:

@@ -5,13 +5,13 @@
 
 namespace tessik {
 
-/// The channels that a command on one of them means, by id. As in any list: a click selects one alone, with Ctrl one
-/// more or less, with Shift all from the one before to this.
+/// The channels that a command on one of them applies to, by id. As in any list: a click selects one alone, Ctrl adds
+/// or removes one, Shift extends from the previous one to this.
 class StripSelection {
 public:
     QProperty<QStringList> selectedIDs;
 
-    /// `order` is that of the strips.
+    /// `order` is the order of the strips.
     void click(const QString& id, Qt::KeyboardModifiers modifiers, const QStringList& order);
     bool contains(const QString& id) const { return selectedIDs.value().contains(id); }
 

@@ -22,7 +22,7 @@ struct StripSubject {
     QUndoStack* history;
 };
 
-/// The channel as it is spoken of: "Channel 5", "Group 3", "Stereo".
+/// The channel's spoken name: "Channel 5", "Group 3", "Stereo".
 QString spokenName(ChannelKind kind);
 
 /// One of the channel's switches that the console sends.
@@ -30,7 +30,7 @@ ControlBinding bindSwitch(const StripSubject& subject, const QString& fullName, 
 /// One of its controls that are only written down.
 ControlBinding bindManual(const StripSubject& subject, const RecordControl<ManualChannelSettings>& control);
 
-/// The names that a control of `owner` goes by.
+/// Sets the names of a control of `owner`.
 void nameControl(ControlBinding& binding, const QString& owner, const QString& fullName, QUndoStack* history);
 
 } // namespace tessik

@@ -11,11 +11,11 @@ class VerticalOnlyScrollView final : public OneAxisScrollView {
 public:
     explicit VerticalOnlyScrollView(QWidget* parent = nullptr) : OneAxisScrollView(Qt::Vertical, parent) {}
 
-    /// The wheel moves the content; without, only together with Shift.
+    /// Whether the wheel alone moves the content; otherwise only together with Shift.
     void setWheelScrolls(bool on) { _wheelScrolls = on; }
 
     int top() const { return scrollBar()->value(); }
-    /// Scrolls as little as brings [y, y + height) into view, beginning with its upper edge.
+    /// Scrolls just far enough to bring [y, y + height) into view; its upper edge takes precedence.
     void reveal(int y, int height);
 
 protected:

@@ -9,7 +9,7 @@
 
 namespace tessik {
 
-/// Names a picture that is drawn once and then only copied: whose it is, which state of it, how large on the device.
+/// Names a picture that is drawn once and then only copied: whose it is, its state, and its size on the device.
 struct SpriteKey {
     const void* owner;
     std::uint32_t variant;
@@ -31,20 +31,20 @@ public:
         : painter(painterInDevicePixels), scale(devicePixelRatio), look(drawnLook), _context(context) {}
 
     QPainter& painter;
-    const qreal scale; ///< device pixels a unit of the views' geometry
+    const qreal scale; ///< device pixels per unit of the views' geometry
     const Look& look;
 
     int px(qreal logical) const { return qRound(logical * scale); }
     /// At least one device pixel.
     int line(qreal logical = 1) const { return std::max(1, px(logical)); }
     QPoint px(QPointF logical) const { return {px(logical.x()), px(logical.y())}; }
-    /// Adjoining rectangles stay adjoining.
+    /// Adjacent rectangles stay adjacent.
     QRect px(const QRectF& logical) const {
         return QRect(px(logical.topLeft()), px(logical.bottomRight()) - QPoint(1, 1));
     }
 
     /// Copies a picture of `size` device pixels to `topLeft`; `draw(QPainter&)` makes it on first use, on a transparent
-    /// ground whose origin is its upper left corner.
+    /// background with the origin at its upper left corner.
     template <typename Draw>
     void sprite(const void* owner, std::uint32_t variant, QPoint topLeft, QSize size, Draw draw);
 
@@ -52,18 +52,18 @@ private:
     DrawingContext& _context;
 };
 
-/// What everything in one window draws with: the look in force and the pictures drawn so far for it.
+/// What everything in one window draws with: the current look and the pictures drawn so far for it.
 class DrawingContext {
 public:
     QProperty<const Look*> look{&Look::of(ColorScheme::dark)};
-    /// Logical pixels that a unit of the views' geometry takes.
+    /// Logical pixels per unit of the views' geometry.
     QProperty<qreal> zoom{1};
 
-    /// A canvas on a painter of a widget, whose unit becomes the device pixel. Pictures drawn for another look,
-    /// pixel ratio or zoom are forgotten.
+    /// A canvas on a widget's painter, whose unit becomes the device pixel. Forgets pictures drawn for another look,
+    /// pixel ratio or zoom.
     Canvas canvas(QPainter& painter, qreal devicePixelRatio);
 
-    /// The static layer of a kind of panel; the one of another size is forgotten.
+    /// The static layer of a kind of panel; forgets the one of another size.
     template <typename Draw>
     const QPixmap& layer(const void* kind, QSize size, Draw draw) {
         QPixmap& layer = _layers[kind];

@@ -7,7 +7,7 @@
 
 namespace tessik::Type {
 
-/// Told every text, and how it is set, as it is drawn, by whoever wants to know what there is to read; normally empty.
+/// Called with every text, and its font, as it is drawn, for anyone who needs to know what can be read; normally empty.
 inline std::function<void(const QString& text, const QFont& font)> onDraw;
 
 } // namespace tessik::Type

@@ -4,15 +4,15 @@
 
 #include <QPainter>
 
-/// A rotary knob. Angles are degrees clockwise from straight up; measures are device pixels, `u` of them to a logical
+/// A rotary knob. Angles are degrees clockwise from straight up; measures are device pixels, `u` of them per logical
 /// pixel.
 namespace tessik::Parts {
 
-/// Everything of a knob that does not turn: its shadow on the panel, skirt, seat and the coloured cap.
+/// The parts of a knob that do not turn: its shadow on the panel, skirt, seat and coloured cap.
 void knobBody(QPainter& painter, QPointF centre, qreal radius, qreal u, const QColor& tint, const Look& look);
 /// The line on the cap, dark on a pale one.
 void knobPointer(QPainter& painter, QPointF centre, qreal radius, qreal u, double angle, bool dark);
-/// Marks around the knob from one end of its way to the other; with `polarized` the one in the middle stands out.
+/// Marks around the knob from one end of its travel to the other; with `polarized` the middle one stands out.
 void knobTicks(QPainter& painter, QPointF centre, qreal radius, qreal u, double minAngle, double maxAngle, int count,
                bool polarized, const Look& look);
 

@@ -10,7 +10,7 @@ namespace tessik {
 /// Draws a symbol in `color`, centred in the rectangle, in device pixels.
 using Symbol = std::function<void(QPainter&, const QRectF&, const QColor& color)>;
 
-/// The symbol whose shape is an SVG drawing among the resources; its colour comes from whoever draws it.
+/// The symbol whose shape is an SVG among the resources; the caller gives its colour.
 Symbol svgSymbol(const QString& resource);
 /// The built-in symbol of that name: "trash", "star".
 Symbol symbolNamed(const QString& name);

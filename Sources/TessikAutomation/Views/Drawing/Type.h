@@ -5,13 +5,13 @@
 
 namespace tessik {
 
-/// The type of the program: Inter where it was built in, else the system's sans.
+/// The program's typeface: Inter if built in, else the system's sans.
 namespace Type {
 
-/// Makes the built-in fonts known. Once, before the first window.
+/// Registers the built-in fonts. Call once, before the first window.
 void installFonts();
 
-/// `pixels` in the painter's unit, and never less than 8 of them; `spacing` between letters likewise.
+/// `pixels` in the painter's unit, and never less than 8; `spacing` between letters likewise.
 QFont font(qreal pixels, QFont::Weight weight, qreal spacing = 0);
 
 /// A hyphen-minus before a number becomes a minus sign; for drawing only.

@@ -6,7 +6,7 @@
 
 namespace tessik {
 
-/// The File menu: the commands of the session.
+/// The File menu: the session's commands.
 class SessionMenu final : public QMenu {
 public:
     SessionMenu(SessionController& session, QWidget* parent);
@@ -20,10 +20,10 @@ private:
     QMenu* _replaced;
 };
 
-/// Opens a session file that is dropped on a window.
+/// Opens a session file dropped on a window.
 class SessionDrop final : public QObject {
 public:
-    /// Belongs to the window.
+    /// Owned by the window.
     SessionDrop(SessionController& session, QWidget& window);
 
 protected:

@@ -10,7 +10,7 @@ namespace tessik {
 /// The session's questions and messages as dialogs over a window.
 class WidgetSessionDialogs final : public SessionDialogs {
 public:
-    /// The window over which they stand; it outlives this.
+    /// The window that they belong to; it must outlive this.
     explicit WidgetSessionDialogs(QWidget& window) : _window(window) {}
 
     std::optional<QString> chooseSessionToOpen(const QString& message) override;
@@ -26,7 +26,7 @@ public:
         QString filter; ///< "Sessions (*.tessik)"
         QString suffix; ///< "tessik"
     };
-    /// Paths of other files; none where the user cancels.
+    /// Paths of other files; none if the user cancels.
     std::optional<QString> chooseToOpen(const QString& title, const FileType& type);
     std::optional<QString> chooseToSave(const QString& title, const FileType& type, const QString& proposed);
 

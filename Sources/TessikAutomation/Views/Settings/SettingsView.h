@@ -22,8 +22,8 @@ public:
 private:
     QBoxLayout* addGroup(const QString& title);
     void addRow(QBoxLayout* group, const QString& label, QWidget* control, const QString& help);
-    /// A list of ports, "None" first, that follows what is plugged in; a remembered port that is missing shows as none
-    /// of the rows.
+    /// A list of ports, "None" first, that follows what is plugged in; for a remembered port that is missing, no row is
+    /// selected.
     void addPortPicker(QBoxLayout* group, const QString& label, const QString& help, const PortChoice& choice);
     void addPicker(QBoxLayout* group, const QString& label, const QString& help, const QStringList& choices,
                    int current, std::function<void(int)> choose);

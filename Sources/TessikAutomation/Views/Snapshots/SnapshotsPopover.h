@@ -12,17 +12,17 @@ namespace tessik {
 
 class NameSection;
 
-/// The session's snapshots: taken, recalled with their button or Return, and one of them starred as the session's
+/// The session's snapshots: captured, recalled by their button or Return, and one of them starred as the session's
 /// starting state.
 class SnapshotsPopover final : public Popover {
     Q_OBJECT
 
 public:
-    /// Captures, recalls, names and deletions can be taken back from `history`.
+    /// `history` can undo captures, recalls, renames and deletions.
     SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& recall, QUndoStack& history, SymbolButton& button,
                      DrawingContext& drawing, QWidget* over, WallClock clock = currentSecond);
 
-    /// Called after a recall, and after one was taken back.
+    /// Called after a recall, and after one was undone.
     std::function<void(const Snapshot&)> onRecalled;
     std::function<void()> onRecallUndone;
 

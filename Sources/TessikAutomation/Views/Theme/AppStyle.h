@@ -7,12 +7,12 @@ class QWidget;
 /// The look of what Qt draws itself: menus, lists, sheets, tooltips.
 namespace tessik::AppStyle {
 
-/// Before the first window: style and type. Whether the system asks for dark or light, as it reported before its
-/// colours were replaced.
+/// Sets style and type; call before the first window. Returns whether the system asks for dark or light, as reported
+/// before its colours were replaced.
 ColorScheme install();
 /// Gives all widgets of the application the colours of a look.
 void apply(const Look& look);
-/// Gives a widget and its children a style sheet in which "@name" stands for a colour of the look.
+/// Gives a widget and its children a style sheet in which "@name" stands for one of the look's colours.
 void applySheet(QWidget& widget, QString sheet, const Look& look);
 
 } // namespace tessik::AppStyle

@@ -4,8 +4,8 @@
 
 namespace tessik {
 
-/// Colours of what the palette does not name: light, print, lamps and displays. Legends keep a contrast of at least
-/// 4.5:1 to what they are printed on, ticks of 1.6:1.
+/// Colours that the palette does not name: light, print, lamps and displays. Legends keep a contrast of at least 4.5:1
+/// to their background, ticks 1.6:1.
 struct Tints {
     QColor text;          ///< titles
     QColor secondaryText; ///< status lines
@@ -28,14 +28,14 @@ struct Tints {
     QColor displayDim;
     QColor focusRing;
     QColor warning;
-    QColor active; ///< print that says that something runs
+    QColor active; ///< print that shows that something is running
 
     QColor ledGreen;
     QColor ledAmber;
     QColor ledRed;
     QColor ledYellow;
     QColor ledBlue;
-    QColor unlitArrow;  ///< a NULL arrow that says nothing
+    QColor unlitArrow;  ///< a NULL arrow that is off
     QColor arrowWindow; ///< behind the NULL arrows
 
     QColor capLine;   ///< the index line of a fader cap
@@ -43,7 +43,7 @@ struct Tints {
     QColor stereoLine;
 };
 
-/// Everything that is drawn is drawn in one of two looks.
+/// Everything drawn follows one of two looks.
 struct Look {
     ColorScheme scheme;
     const Palette& palette;
@@ -59,7 +59,7 @@ struct Look {
 
 /// A colour between two, `t` 0 to 1.
 QColor blend(const QColor& from, const QColor& to, double t);
-/// A translucent colour laid over an opaque one.
+/// Lays a translucent colour over an opaque one.
 QColor over(const QColor& top, const QColor& bottom);
 QColor withAlpha(QColor color, double alpha);
 

@@ -2,7 +2,7 @@
 
 #include <QColor>
 
-/// Colours of what the desk is made of, beside panels and print. The same in both looks.
+/// Colours of the desk's materials other than panels and print. The same in both looks.
 namespace tessik::Materials {
 
 // ---- caps and knobs

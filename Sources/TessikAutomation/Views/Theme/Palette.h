@@ -8,7 +8,7 @@ namespace tessik {
 
 enum class ColorScheme : std::uint8_t { dark, light };
 
-/// The named colours of the console. Several are translucent and meant to be laid over `appBackground`.
+/// The console's named colours. Several are translucent, meant to be laid over `appBackground`.
 struct Palette {
     QColor appBackground;
     QColor masterPanelBackground;

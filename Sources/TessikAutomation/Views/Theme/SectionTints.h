@@ -2,7 +2,7 @@
 
 #include <QColor>
 
-/// The colours that tell the sections of the console apart: knob caps, and titles after them. The same in both looks.
+/// The colours that distinguish the console's sections: knob caps, and titles to match. The same in both looks.
 namespace tessik::SectionTints {
 
 inline constexpr QColor input(0xC8, 0x40, 0x3C);

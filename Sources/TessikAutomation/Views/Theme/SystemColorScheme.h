@@ -11,8 +11,8 @@
 
 namespace tessik {
 
-/// Whether the desktop asks for dark or light: what it reported when the program started, and from `follow` on what
-/// its portal says, where there is one.
+/// Whether the desktop asks for dark or light: what it reported at startup and, once `follow` is called, what its
+/// portal says, if there is one.
 class SystemColorScheme final : public QObject {
     Q_OBJECT
 
@@ -21,12 +21,12 @@ public:
 
     QProperty<ColorScheme> scheme;
 
-    /// Asks the portal on the user's bus and listens to it from then on. Without a bus nothing happens; nor does a
-    /// second time.
+    /// Asks the portal on the user's bus and listens to it from then on. Does nothing without a bus, or when called
+    /// again.
     void follow();
     void follow(QDBusConnection bus);
 
-    /// The portal's colour-scheme setting; none for "no preference" and for what is no such setting.
+    /// The portal's colour-scheme setting; none for "no preference" or anything that is not such a setting.
     static std::optional<ColorScheme> fromPortal(QVariant value);
 
 private Q_SLOTS:

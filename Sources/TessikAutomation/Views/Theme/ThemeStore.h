@@ -14,15 +14,15 @@ public:
     ThemeStore();
 
     AppTheme theme() const { return _theme; }
-    /// Stores the choice, also an equal one.
+    /// Stores the choice, even if unchanged.
     void setTheme(AppTheme theme);
-    /// For watching; the setter is the way to write.
+    /// For observing; write through the setter.
     QBindable<AppTheme> bindableTheme() const { return QBindable<AppTheme>(&_theme); }
 
-    /// The scheme to draw with, given what the system reports at present.
+    /// The scheme to draw with, given what the system currently reports.
     ColorScheme effectiveScheme(ColorScheme systemScheme) const;
     const Palette& palette(ColorScheme forColorScheme) const { return Palette::of(effectiveScheme(forColorScheme)); }
-    /// The scheme that the windows ask for; none follows the system.
+    /// The scheme that the windows ask for; none means following the system.
     std::optional<ColorScheme> preferredColorScheme() const;
 
 private:

@@ -15,7 +15,7 @@ class LocatorField final : public PanelButton {
 
 public:
     explicit LocatorField(DrawingContext& drawing, QWidget* parent = nullptr);
-    /// Dashes where there is none.
+    /// Dashes if there is none.
     void setPosition(const std::optional<TimecodePosition>& position);
 
 protected:
@@ -24,22 +24,22 @@ protected:
 
 class EntryField;
 
-/// One locator: its label, its position to go to, a key that takes the current timecode and one that clears it. F2 and
-/// the context menu let the position be typed, also where there is none and no machine to go there.
+/// One locator: its label, its position to go to, a key that captures the current timecode and one that clears it. F2
+/// and the context menu let the position be typed, even if there is none yet and no machine to send there.
 class LocatorRow final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `label`: "START" or "END". `captureKeys` is how help names the keys that capture.
+    /// `label`: "START" or "END". `captureKeys` names the capture keys in help texts.
     LocatorRow(const QString& label, const QString& captureKeys, DrawingContext& drawing, QWidget* parent = nullptr);
 
-    /// What the row shows and offers.
+    /// Sets what the row shows and offers.
     void setState(const std::optional<TimecodePosition>& locator, bool hasTimecode, bool hasTransport);
 
-    /// The rate of what is typed. Has to be set.
+    /// The rate of what is typed. Must be set.
     std::function<MTCFrameRate()> rate;
-    /// Opens a field for typing the position. A text that is none stays there, with what is wrong with it, until it is
-    /// mended or dropped with Escape.
+    /// Opens a field for typing the position. Invalid text stays there, with what is wrong with it, until it is
+    /// corrected or dropped with Escape.
     void edit();
 
     LocatorField& field() const { return *_field; }

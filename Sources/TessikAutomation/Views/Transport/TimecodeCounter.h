@@ -7,8 +7,8 @@
 
 namespace tessik {
 
-/// The timecode display: the position in green while timecode runs and grey while it stands, with a lock lamp, its
-/// text and the frame rate below.
+/// The timecode display: the position, green while timecode runs and grey while it does not, with a lock lamp, its text
+/// and the frame rate below.
 class TimecodeCounter final : public QWidget {
     Q_OBJECT
 

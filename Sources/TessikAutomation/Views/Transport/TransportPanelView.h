@@ -15,22 +15,22 @@ class LocatorRow;
 class PanelButton;
 class TimecodeCounter;
 
-/// The transport: timecode counter, locators and the recorder's keys. Dark whatever the theme. Nothing here waits for
-/// the machine; the counter is the only evidence that it moved.
+/// The transport: timecode counter, locators and the recorder's keys. Dark in either theme. Nothing here waits for the
+/// machine; the counter is the only evidence that it moved.
 class TransportPanelView final : public HeaderPart {
     Q_OBJECT
 
 public:
-    /// Yields the end of the selected pass, if one is selected.
+    /// Returns the end of the selected pass, if one is selected.
     using PassEnd = std::function<std::optional<TimecodePosition>()>;
 
-    /// What was set or cleared here can be taken back from `history`.
+    /// `history` can undo what was set or cleared here.
     TransportPanelView(MTCClock& clock, LocatorStore& locators, TransportManager& transport, QUndoStack& history,
                        PassEnd passEnd, QWidget* parent = nullptr);
 
     /// Space plays and stops, Return goes to the start, C captures START and Shift+C END.
     void bindKeys(KeyboardArrowHandler& keys);
-    /// Stops while timecode runs, else plays.
+    /// Stops if timecode runs, else plays.
     void togglePlay();
     /// To the START locator, or to zero.
     void goToStart();

@@ -8,17 +8,17 @@ class QVBoxLayout;
 
 namespace tessik {
 
-/// The card of the first run: ways to begin. Ends with the `Choice` as its result.
+/// The first-run card: ways to begin. Its result is the `Choice`.
 class WelcomeView final : public QDialog {
     Q_OBJECT
 
 public:
     enum Choice : int { later = QDialog::Rejected, setUpMIDI, useRig, readManual };
 
-    /// `noMIDI`: why this machine has no MIDI; empty where it has.
+    /// `noMIDI`: why this machine has no MIDI; empty if it has.
     WelcomeView(const Look& look, const QString& noMIDI, QWidget* parent);
 
-    /// Whether nobody on this machine has chosen a port or sent the card away.
+    /// Whether nobody on this machine has chosen a port or dismissed the card.
     static bool isDue();
 
 protected:

@@ -8,7 +8,7 @@
 
 namespace tessik {
 
-/// A small lamp with its legend that lights while messages pass. Its timer runs only while it is lit, and it repaints
+/// A small lamp with a legend that lights while messages pass. Its timer runs only while it is lit, and it repaints
 /// only when it goes on or off.
 class ActivityLamp final : public QWidget {
     Q_OBJECT
@@ -23,7 +23,7 @@ public:
     /// A message passed.
     void flash();
     bool isLit() const { return _isLit; }
-    /// Goes out where the time is over. The lamp's own timer calls it.
+    /// Goes out if the time is up. The lamp's own timer calls it.
     void checkHold();
 
     QSize sizeHint() const override;

@@ -9,8 +9,8 @@ namespace tessik {
 
 class TextLine;
 
-/// What is worked on: the session's title, the name of what was recalled with the session's state beside it or, where
-/// that is too narrow, below it, and the button that lists problems. Title and name are elided, nothing else.
+/// What is being worked on: the session's title, the name of what was recalled with the session's state beside it or,
+/// if that is too narrow, below it, and the button that lists problems. Only title and name are elided.
 class HeaderTitle final : public HeaderPart {
     Q_OBJECT
 
@@ -19,9 +19,9 @@ public:
 
     /// `recalled` may be empty.
     void setTexts(const QString& title, const QString& recalled, const QString& state);
-    /// Behind the name of what was recalled, to let go of it; whoever knows whether that can be done shows it.
+    /// Beside the name of what was recalled, to deselect it; shown by whoever knows whether that is possible.
     PanelButton& deselectKey() { return *_deselect; }
-    /// Whoever lists the problems shows it.
+    /// Shown by whoever lists the problems.
     SymbolButton& problemsKey() { return *_problems; }
 
     int neededWidth(HeaderFit fit) const override;

@@ -15,11 +15,11 @@ class SymbolButton;
 /// The strip along the top of the window: transport panel, automation buttons, session title, settings, and lamps that
 /// light while MIDI from and to the desk passes.
 ///
-/// Its parts stand beside each other, each as wide as it needs to be; nothing is ever overlapped or cut. Where a window
-/// is too narrow for that, they give way in this order:
-///   1. the session's title is elided, and what was recalled, down to 96 pixels;
-///   2. legends go that a symbol stands for, and their keys become 32 pixels wide;
-///   3. the automation stands in a second row below, and the legends are back.
+/// Its parts stand side by side, each as wide as it needs to be; nothing is ever overlapped or cut off. If a window is
+/// too narrow for that, they give way in this order:
+///   1. the session's title and what was recalled are elided, down to 96 pixels;
+///   2. keys with a symbol lose their legend and become 32 pixels wide;
+///   3. the automation moves to a second row below, and the legends are back.
 /// What never gives way: the modes, their status and warning, the saved state, the problems.
 class HeaderView final : public QWidget {
     Q_OBJECT
@@ -29,16 +29,16 @@ public:
 
     /// Places a panel at the left end.
     void setTransportPanel(HeaderPart* panel);
-    /// Places a panel right of the transport.
+    /// Places a panel to the right of the transport.
     void setAutomationPanel(HeaderPart* panel);
     /// See HeaderTitle.
     void setTitle(const QString& title, const QString& recalled, const QString& state);
     /// See HeaderTitle.
     PanelButton& deselectKey();
-    /// The button below the title, for problems; whoever lists them shows it.
+    /// The button below the title, for problems; shown by whoever lists them.
     SymbolButton& problemsKey();
 
-    /// How the header is laid out in a window of that width.
+    /// The header's layout in a window of that width.
     HeaderFit fitFor(int width) const;
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;

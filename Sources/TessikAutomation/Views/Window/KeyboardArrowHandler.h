@@ -9,9 +9,9 @@ class QWidget;
 
 namespace tessik {
 
-/// The keys of a whole window: arrows page the desk, Space plays or stops, Return goes to the start, letters do what
-/// they are given. They pass while a text is edited, a menu is open, or Ctrl, Alt or Meta is held, and in dialogs. A
-/// list that has the keyboard keeps all but the letters.
+/// The keys of a whole window: arrows page the desk, Space plays or stops, Return goes to the start, letters do as
+/// assigned. They are left alone while text is being edited, a menu is open, or Ctrl, Alt or Meta is held, and in
+/// dialogs. A list with the keyboard focus keeps all but the letters.
 class KeyboardArrowHandler final : public QObject {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
     std::function<void()> onRight;
     std::function<void()> onPlayStop;
     std::function<void()> onReturnToStart;
-    /// By key, combined with Shift where that is held.
+    /// By key, combined with Shift if held.
     std::map<int, std::function<void()>> letters;
 
 protected:

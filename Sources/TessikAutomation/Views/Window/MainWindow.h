@@ -24,35 +24,35 @@ public:
     explicit MainWindow(const AppObjects& objects, QWidget* parent = nullptr);
     ~MainWindow() override;
 
-    /// Panels of the header; the window owns them from here on.
+    /// Panels of the header, which the window takes over.
     void setTransportPanel(HeaderPart* panel);
     void setAutomationPanel(HeaderPart* panel);
-    /// The session's name in the header, what was recalled last, if anything, and whether all is saved.
+    /// The session's name in the header, what was last recalled, if anything, and whether everything is saved.
     void setSessionTitle(const QString& title, const QString& recalled, const QString& state);
-    /// Beside the name of what was recalled, to let go of it.
+    /// Beside the name of what was recalled, to deselect it.
     PanelButton& deselectKey();
     /// Where problems are listed.
     SymbolButton& problemsKey();
 
-    /// Arrow keys page the inputs; Space and Return are set by whoever owns the transport.
+    /// Arrow keys page the inputs; the transport's owner assigns Space and Return.
     KeyboardArrowHandler keys;
 
-    /// Puts the window where it was when it was last closed; false where that is not known.
+    /// Puts the window where it was when last closed; false if that is not known.
     bool restorePlace();
 
     void openSettings();
-    /// Opens them, for a menu.
+    /// Opens the settings, for a menu.
     QAction* settingsAction() const { return _settingsAction; }
-    /// The sheet while it is open.
+    /// The settings while open.
     SettingsView* settingsView() const { return _settings; }
     /// The sizes of the desk, for a menu.
     const QList<QAction*>& zoomActions() const { return _zoomActions; }
     /// Folds the master section away and back, for a menu.
     QAction* foldAction() const { return _foldAction; }
     DeskView& desk() const { return *_desk; }
-    /// What the user can take back: manual controls, labels, master section.
+    /// What the user can undo: manual controls, labels, master section.
     QUndoStack& history() { return _history; }
-    /// What a panel in the header draws with.
+    /// What panels in the header draw with.
     DrawingContext& drawing() { return _drawing; }
 
 protected:

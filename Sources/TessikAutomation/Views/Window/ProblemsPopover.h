@@ -7,7 +7,7 @@ class QScrollArea;
 
 namespace tessik {
 
-/// What is wrong now, each with what to do about it. Its button is there only while something is.
+/// What is wrong now, each with what to do about it. Its button is there only while there are problems.
 class ProblemsPopover final : public Popover {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     ProblemsPopover(QProperty<std::vector<Problem>>& problems, SymbolButton& button, DrawingContext& drawing,
                     QWidget* over);
 
-    /// What the program can do about a problem; an offer that is not set is not made.
+    /// What the program can do about a problem; unset offers are not made.
     std::function<void()> onSettingsWanted;
     std::function<void()> onRigWanted;
 
@@ -28,7 +28,7 @@ private:
 
     QProperty<std::vector<Problem>>& _problems;
     std::vector<Problem> _shown;
-    QScrollArea* _scroll; ///< more than a low window has room for
+    QScrollArea* _scroll; ///< a low window may not have room for all of them
     QWidget* _cards;
     QPropertyNotifier _observer;
 };

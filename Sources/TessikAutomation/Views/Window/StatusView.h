@@ -8,14 +8,14 @@
 namespace tessik {
 
 /// The state of the two MIDI paths to the console, in small print with a lamp each: green when connected, amber while a
-/// chosen port is missing, dark without a choice, and a warning sign where the list of problems says more. A click
-/// opens the settings.
+/// chosen port is missing, dark without a choice, and a warning sign if the list of problems says more. A click opens
+/// the settings.
 class StatusView final : public QWidget {
     Q_OBJECT
 
 public:
     StatusView(const AppObjects& objects, DrawingContext& drawing, QWidget* parent = nullptr);
-    /// For both texts to be whole.
+    /// Wide enough for both texts.
     QSize sizeHint() const override;
 
 Q_SIGNALS:
@@ -30,7 +30,7 @@ private:
         QString text;
         bool chosen;
         bool connected;
-        bool isSound; ///< no other program keeps it, and no other port may be meant
+        bool isSound; ///< no other program holds it, and no other port could be meant
     };
     std::array<Path, 2> paths() const;
     void showStatus();

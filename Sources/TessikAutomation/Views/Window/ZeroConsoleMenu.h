@@ -9,7 +9,7 @@
 
 namespace tessik {
 
-/// The tiers of Zero Console, each with its confirmation. What was zeroed cannot be undone, nor what was done before.
+/// The tiers of Zero Console, each with its confirmation. Neither a Zero nor anything done before it can be undone.
 class ZeroConsoleMenu final : public QMenu {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
     ZeroConsoleMenu(const ZeroConsole& zeroConsole, QUndoStack& history, QWidget* parent);
 
     void ask(ResetTier tier);
-    /// The confirmation while it shows.
+    /// The confirmation while shown.
     QMessageBox* confirmation() const { return _confirmation; }
 
 private:
