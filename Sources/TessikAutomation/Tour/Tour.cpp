@@ -81,7 +81,7 @@ void Tour::answerDialog(std::function<bool(QDialog&)> answer) {
     QObject::connect(timer, &QTimer::timeout, timer, [timer, answer = std::move(answer)] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         if (!dialog) return;
-        timer->stop(); // answering may take its time
+        timer->stop(); // answering may take a while
         answer(*dialog) ? timer->deleteLater() : timer->start(dialogInterval);
     });
     timer->start(dialogInterval);
@@ -99,7 +99,8 @@ void Tour::answerFileDialog(const QString& path) {
 }
 
 void Tour::compareDesk() {
-    // What one end has just sent is on no cable yet: it has to be at rest again after everything under way has arrived.
+    // What one end has just sent is not on a cable yet: everything must be at rest again after what is in transit has
+    // arrived.
     int timesAtRest = 0;
     const bool quiet = _guide.waitFor([&] {
         _rig.service.waitUntilDelivered();

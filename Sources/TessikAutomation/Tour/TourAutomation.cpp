@@ -21,13 +21,13 @@ namespace {
 constexpr std::int64_t takeStart = 90'000; ///< 01:00:00:00
 constexpr double takeLength = 104;
 constexpr double holdStart = 46, holdEnd = 60; ///< all hands rest: time for a picture
-/// A move may be this much earlier or later than the hand's: it is played with its frame, and the machine may be busy.
+/// A move may be this much earlier or later than the hand's: it plays on its frame, and the machine may be busy.
 constexpr double tolerance = 2;
 
-/// Where the machine was kept from the program for longer, what the desk did tells nothing: it is played again.
+/// If the machine kept the program from running for longer, the desk's behaviour proves nothing: it is played again.
 constexpr Uptime longestAbsence = std::chrono::milliseconds(60);
 
-/// A hand that goes from one position to another, rests, and goes on to a third.
+/// A hand that goes from one position to another, rests, and moves on to a third.
 struct Ride {
     ChannelKind kind;
     int from, middle, to;
@@ -45,7 +45,7 @@ const Ride rides[]{{ChannelKind::input(2), 60, 105, 40},
                    {ChannelKind::group(1), 100, 64, 112},
                    {ChannelKind::stereo(), 106, 80, 106}};
 const Ride& updatedRide = rides[1];
-constexpr int rideUp = 20; ///< what UPDATE puts on top of it
+constexpr int rideUp = 20; ///< what UPDATE adds to it
 
 /// A mute pressed at one frame and again at another.
 struct Press {
@@ -77,7 +77,7 @@ QList<TimedEvent> lane(const AutomationPass& pass, int cc) {
     return found;
 }
 
-/// What a pass says for every fader at a frame, read off its events one by one.
+/// A pass's value for every fader at a frame, read from its events one by one.
 std::map<int, int> fadersAt(const AutomationPass& pass, std::int64_t frame) {
     std::map<int, int> values;
     for (const ChannelSnapshot& channel : *pass.initialState)
@@ -348,7 +348,7 @@ void Tour::nullParked() {
                 std::any_of(std::begin(rides), std::end(rides), [&](const Ride& ride) { return ride.kind == kind; });
             const int fader = isRidden ? _rig.desk.physicalFader(kind) : channel.faderValue.value();
             using Match = ChannelState::NullMatch;
-            // The rides leave each fader where it is clearly off, or on its target.
+            // The rides leave each fader either clearly off or on its target.
             const Match right = fader < target ? Match::needsUp : fader > target ? Match::needsDown : Match::matched;
             led += right != Match::matched;
             if (channel.nullTarget.value() != target || channel.faderValue.value() != fader ||

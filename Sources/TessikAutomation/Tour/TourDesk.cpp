@@ -47,7 +47,7 @@ void Tour::handMoves() {
         }
         _rig.desk.moveFader(kind, to);
     };
-    _guide.passTime(600); // what comes sooner still belongs to the scene
+    _guide.passTime(600); // anything sooner still belongs to the scene
     move(2, -30);
     move(4, 12);
     move(7, -18);
@@ -93,7 +93,7 @@ constexpr Named inputNames[]{{"Kick In", 1}, {"Kick Out", 1}, {"Snare", 1},   {"
 constexpr Named groupNames[]{{"Drums", 1}, {"Bass", 2},  {"Guitars", 5}, {"Keys", 4},
                              {"Vox", 8},   {"Brass", 6}, {"Perc", 3},    {"FX", 8}};
 
-/// Positions as a mix has them: most of a record away from where it was zeroed.
+/// Positions as in a mix: most of a record away from zero.
 template <typename Record>
 void turnKnobs(Record& record, const RecordControls<Record>& controls, std::mt19937& random) {
     const auto between = [&](double low, double high) {

@@ -16,7 +16,7 @@ TourGuide::TourGuide(QString folder) : _folder(std::move(folder)) {
     const QDir directory(_folder);
     _usable = directory.mkpath(QStringLiteral("."));
     for (const QString& old : directory.entryList({QStringLiteral("[0-9][0-9]-*.png"), QStringLiteral("report.md")}))
-        QFile::remove(directory.filePath(old)); // what an earlier tour left would pass for this one's
+        QFile::remove(directory.filePath(old)); // leftovers of an earlier tour would pass for this one's
     _report << QStringLiteral("# Tour of TessikAutomation %1 on the rig").arg(QLatin1String(TESSIK_VERSION));
 }
 
@@ -36,7 +36,7 @@ void TourGuide::check(bool holds, const QString& statement) {
 
 bool TourGuide::waitFor(const std::function<bool()>& condition, int timeoutMilliseconds) {
     const QDeadlineTimer deadline(timeoutMilliseconds);
-    QTimer wake; // looks at the condition and the clock also where nothing happens
+    QTimer wake; // looks at the condition and the clock even if nothing happens
     wake.start(2);
     while (!condition()) {
         if (deadline.hasExpired()) return false;
@@ -50,10 +50,10 @@ void TourGuide::passTime(int milliseconds) {
 }
 
 void TourGuide::picture(QWidget& window, const QString& name) {
-    passTime(50); // what is still to be painted is painted
+    passTime(50); // lets pending painting finish
     const QString file = QStringLiteral("%1-%2.png").arg(++_pictures, 2, 10, QLatin1Char('0')).arg(name);
     _report << QStringLiteral("\n![%1](%2)\n").arg(name, file);
-    // Beside the tour: a tape may be rolling, and an encoder takes several of its frames.
+    // In parallel with the tour: a tape may be rolling, and encoding takes several of its frames.
     _writing.emplace_back(
         file, std::async(std::launch::async, [image = window.grab().toImage(), path = QDir(_folder).filePath(file)] {
             return image.save(path);

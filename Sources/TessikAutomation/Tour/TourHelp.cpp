@@ -89,7 +89,7 @@ void Tour::problems() {
     _rig.service.plug(port);
     _guide.check(_guide.waitFor([&key] { return key.accessibleName().startsWith(u'1'); }),
                  QStringLiteral("the ports are back: %1").arg(key.accessibleName()));
-    _guide.passTime(600); // what comes sooner belongs to an earlier scene
+    _guide.passTime(600); // anything sooner belongs to an earlier scene
     _rig.desk.recallScene(1);
     auto* in = _app.window.findChild<ActivityLamp*>(); // the first
     _guide.check(_guide.waitFor([in] { return in->isLit(); }), QStringLiteral("the lamp of MIDI In lights"));

@@ -27,7 +27,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(startup, "tessik.startup", QtWarningMsg)
 
-/// Logs when a window has been painted for the first time, for measuring how long that took.
+/// Logs when a window has first been painted, to measure how long that took.
 class FirstFrameNotice final : public QObject {
 public:
     explicit FirstFrameNotice(QWidget* window) : QObject(window) { window->installEventFilter(this); }
@@ -57,7 +57,7 @@ QString nameOf(const Records& records, const QUuid& id) {
 
 const QString takeName = QStringLiteral("Take");
 
-/// "[*]" is where a title tells of changes; in a name it is only a name.
+/// In a window title, "[*]" marks where changes are indicated; in a name it is just text.
 QString inTitle(QString name) { return name.replace(QLatin1String("[*]"), QLatin1String("[*][*]")); }
 
 } // namespace

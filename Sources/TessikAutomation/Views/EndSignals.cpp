@@ -12,7 +12,7 @@ namespace {
 constexpr std::array endSignals{SIGTERM, SIGINT, SIGHUP};
 int writeEnd = -1; // set before a handler can run
 
-/// Does nothing that a handler may not.
+/// Does only what a signal handler may.
 void tell(int signal) {
     const int before = errno;
     const auto byte = char(signal);

@@ -34,7 +34,7 @@ constexpr int top = 4;
 constexpr int gap = 3;
 constexpr QSize capSize(16, 10);
 constexpr int lineHeight = 3;
-constexpr char capSprite = 0; // its address names the caps, which all faders share
+constexpr char capSprite = 0; // its address identifies the caps, which all faders share
 
 // ---- a column for each channel
 
@@ -55,7 +55,7 @@ QRect faderRect(QSize panel, int column) {
     return {whole.x(), top, whole.width(), muteRect(panel, column).y() - gap - top};
 }
 
-/// Geometry and keys of the desk's faders, with a small cap and without a scale.
+/// Geometry and keys of the desk's faders, but with a small cap and no scale.
 FaderTrackView travel() {
     FaderTrackView fader;
     fader.capHeight = capSize.height();
@@ -193,7 +193,7 @@ RigPane::RigPane(SimulatedConsole& desk, MainWindow& window)
       _desk(desk),
       _table(makeTable(desk.channels())),
       _surface(new ControlHost(_table.kind, _table.bind({&desk, &_changes}), window.drawing(), this)) {
-    setObjectName(QStringLiteral("rig")); // where the window remembers its place
+    setObjectName(QStringLiteral("rig")); // under which the window remembers its place
     setHelpContext(*this, HelpContext::rig);
     setAllowedAreas(Qt::TopDockWidgetArea | Qt::BottomDockWidgetArea);
     _surface->setAccessibleName(QStringLiteral("Faders and mutes of the rig's desk"));

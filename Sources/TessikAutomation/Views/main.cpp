@@ -19,12 +19,12 @@ using namespace tessik;
 
 namespace {
 
-/// The program as the desktop sees it.
+/// The program as seen by the desktop.
 class Program final : public QApplication {
 public:
     using QApplication::QApplication;
 
-    /// The desktop session, or another program in its name, wants this one to end.
+    /// The desktop session, or another program on its behalf, wants this one to end.
     std::function<void()> onQuitWanted;
 
 protected:
@@ -35,11 +35,11 @@ protected:
     }
 };
 
-/// Another start of everything, on the rig, within this process.
+/// Starts everything again, on the rig, within this process.
 constexpr int restartWithRig = 1000;
 
 int runTour(const CommandLine& line) {
-    const QTemporaryDir own; // a tour leaves the user's own settings and recovery files alone
+    const QTemporaryDir own; // a tour must not touch the user's own settings and recovery files
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, own.path());
     const QString crashRoot = qEnvironmentVariable(Tour::crashVariable);
     const QString recoveryRoot = crashRoot.isEmpty() ? own.path() : crashRoot;
@@ -49,13 +49,13 @@ int runTour(const CommandLine& line) {
     Tour(application, rig, own.path(), recoveryRoot).crash();
 }
 
-/// What every start does once the ports are there. Its questions come within the event loop, which a signal ends.
+/// What every start does once the ports exist. Its questions appear within the event loop, which a signal ends.
 int begin(Program& program, Application& application, const CommandLine& line) {
     const EndSignals signals([&application](int signal) { application.leave(128 + signal); });
     program.onQuitWanted = [&application] { application.leave(0); };
     QObject::connect(
         &program, &QGuiApplication::commitDataRequest, &application.window,
-        [&application] { application.session.keepUnsaved(); }, // no more: the desktop may yet stay
+        [&application] { application.session.keepUnsaved(); }, // nothing more: the desktop may yet stay
         Qt::DirectConnection);
     application.showWindow();
     QMetaObject::invokeMethod(

@@ -29,7 +29,7 @@ constexpr int keyWidth(HeaderFit fit) { return fit == HeaderFit::symbols ? 40 : 
 constexpr int heightOf(HeaderFit fit) {
     return fit == HeaderFit::rows ? Metrics::headerSecondRowHeight : Metrics::headerHeight;
 }
-/// In the low row there is no height for a legend.
+/// The low row has no room for legends.
 constexpr bool hasLegend(HeaderFit fit) { return fit == HeaderFit::legends; }
 int addedKeyWidth(HeaderFit fit) { return PanelButton::widthOf(hasLegend(fit)); }
 int addedButtonWidth(const SymbolButton& button, HeaderFit fit) {
@@ -176,7 +176,7 @@ int AutomationPanelView::neededWidth(HeaderFit fit) const {
     return Metrics::toGridUp(width + (fit == HeaderFit::rows ? all : widest));
 }
 
-/// Room for whatever may stand there, so that the keys beside it stay where they are; a longer text takes more.
+/// Room for anything that may appear there, so that the keys beside it stay put; a longer text takes more.
 int AutomationPanelView::statusWidth(HeaderFit fit) const {
     const bool isRow = fit == HeaderFit::rows;
     int width = std::max(widthOf(_title, QStringLiteral("WRONG FRAME RATE")), widthOf(_title, _title->text()));
@@ -214,7 +214,7 @@ void AutomationPanelView::setFit(HeaderFit fit) {
 
 bool AutomationPanelView::event(QEvent* event) {
     const bool handled = HeaderPart::event(event);
-    if (event->type() == QEvent::LayoutRequest) refit(); // a button has another text
+    if (event->type() == QEvent::LayoutRequest) refit(); // a button's text changed
     return handled;
 }
 
@@ -251,7 +251,7 @@ void AutomationPanelView::showKeys() {
     explain(_write, QStringLiteral("Record a new pass -- captures fader/switch moves as absolute positions"), 'W');
     const auto showPassKey = [&](ModeKey* key, AutomationMode keyMode, const QString& help, char letter) {
         key->setChecked(mode == keyMode);
-        key->setEnabled(hasPass || mode == keyMode); // what is armed can be switched off
+        key->setEnabled(hasPass || mode == keyMode); // an armed mode can always be switched off
         explain(key, hasPass ? help : selectFirst, letter);
     };
     showPassKey(_update, AutomationMode::update,

@@ -13,15 +13,15 @@ namespace tessik {
 namespace {
 
 constexpr int laneGap = 6;
-constexpr int plotMargin = 4; ///< of the lane around the plot
+constexpr int plotMargin = 4; ///< of the lane, around the plot
 constexpr int curveHeight = 76;
-constexpr int curveInset = 6; ///< so that a fader at either end is seen whole
+constexpr int curveInset = 6; ///< so that a fader at either end is fully visible
 constexpr int scaleGap = 6;   ///< from the scale to the plot
 constexpr int switchPitch = 14;
 constexpr int barHeight = 8;
 constexpr int switchesTop = 2;
 constexpr int headPadding = 10;
-constexpr int labelWidth = 104; ///< the least between two labels of the ruler
+constexpr int labelWidth = 104; ///< minimum between two ruler labels
 constexpr int rulerTextWidth = 74;
 constexpr double maxFader = 127;
 
@@ -34,7 +34,7 @@ QRect plotRect(const QRect& lane) {
     return lane.adjusted(LanePainter::headWidth, plotMargin, -plotMargin, -plotMargin - laneGap);
 }
 
-/// Without its edge.
+/// The plot without its edge.
 QRect insidePlot(const QRect& plot) {
     constexpr int edge = LanePainter::plotEdge;
     return plot.adjusted(edge, edge, -edge, -edge);
@@ -44,7 +44,7 @@ double curveY(const QRect& curve, double value) {
     return curve.bottom() + 1 - curveInset - (curve.height() - 2 * curveInset) * value / maxFader;
 }
 
-/// Marks that have room in a lane.
+/// The marks that fit in a lane.
 bool isLabelled(const FaderTrackView::Mark& mark) {
     static const QStringList labelled{QStringLiteral("+10"), QStringLiteral("+0"),  QStringLiteral("-10"),
                                       QStringLiteral("-20"), QStringLiteral("-30"), QStringLiteral("-∞")};
@@ -71,7 +71,7 @@ void shadeOutside(Canvas& canvas, const QRect& plot, const PassLanes& lanes, con
     canvas.painter.fillRect(QRect(end, whole.y(), whole.right() + 1 - end, whole.height()), shade);
 }
 
-/// Calls `visit(x, offset)` for every label of the ruler that meets a width.
+/// Calls `visit(x, offset)` for every ruler label that touches `width`.
 template <typename Visit>
 void forLabels(const LaneTimeline& timeline, double width, Visit visit) {
     const std::int64_t step = timeline.labelStep();
@@ -85,7 +85,7 @@ void forLabels(const LaneTimeline& timeline, double width, Visit visit) {
     }
 }
 
-/// What lanes with equally many switches share, drawn once for a size.
+/// What lanes with the same number of switches share, drawn once per size.
 void paintFace(Canvas& canvas, const QRect& lane) {
     const Look& look = canvas.look;
     Parts::modulePanel(canvas.painter, canvas.px(QRectF(lane.adjusted(0, 0, 0, -laneGap))), canvas.scale,
@@ -114,7 +114,7 @@ void paintTimeGrid(Canvas& canvas, const QRect& plot, const LaneTimeline& timeli
     });
 }
 
-/// Columns of the device that say the same are drawn as one.
+/// Device columns with equal values are drawn as one.
 template <typename Value, typename Draw>
 class Runs {
 public:
@@ -141,7 +141,7 @@ private:
     int _begin = 0, _end = 0;
 };
 
-/// Written pixel by pixel: a rectangle for each column is several times as slow.
+/// Drawn pixel by pixel: a rectangle for each column is several times slower.
 void paintCurve(Canvas& canvas, const QRect& plot, const QRect& curve, const PassLanes& lanes,
                 const PassLanes::Channel& channel, const LaneTimeline& timeline) {
     const QRect whole = canvas.px(QRectF(plot));

@@ -30,14 +30,14 @@ QString exportTo(const QString& path, const AutomationPass& pass, int midiChanne
 PassMIDIFile::Imported importFrom(const QString& path, int midiChannel, MTCFrameRate rateForBeats) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) return {.pass = {}, .error = file.errorString(), .notes = {}};
-    const QByteArray bytes = file.read(StandardMIDIFile::maxBytes + 1); // one more is too large
+    const QByteArray bytes = file.read(StandardMIDIFile::maxBytes + 1); // one more means too large
     if (file.error() != QFileDevice::NoError) return {.pass = {}, .error = file.errorString(), .notes = {}};
     PassMIDIFile::Imported imported = PassMIDIFile::read(bytes, midiChannel, rateForBeats, currentSecond());
     if (imported.pass && imported.pass->name.isEmpty()) imported.pass->name = QFileInfo(path).completeBaseName();
     return imported;
 }
 
-/// A name of a pass as one of a file: nothing that leads to another folder or hides it.
+/// Turns a pass's name into a file name: without anything that leads to another folder or hides the file.
 QString fileName(QString name) {
     name.replace(QLatin1Char('/'), QLatin1Char('-'));
     while (name.startsWith(QLatin1Char('.')))

@@ -27,10 +27,10 @@ constexpr QSize leastSize{480, 240};
 constexpr int plotMargin = 4;
 constexpr int lineRoom = 8; ///< on both sides of the line, for its handle
 constexpr double keyZoom = 1.5;
-constexpr double wheelZoom = 1.25; ///< a notch
+constexpr double wheelZoom = 1.25; ///< per notch
 constexpr int wheelNotch = 120;
-constexpr double widestFrame = 48; ///< pixels of a frame at the closest
-constexpr double mostPixels = 1e9; ///< of a pass at the closest
+constexpr double widestFrame = 48; ///< pixels per frame when fully zoomed in
+constexpr double mostPixels = 1e9; ///< per pass when fully zoomed in
 constexpr double pageShare = 0.125;
 
 const QString sheet = QStringLiteral(
@@ -76,7 +76,7 @@ PassLanesView::PassLanesView(const AutomationPass& pass, const LaneObjects& obje
     showPass(pass);
 
     _observers.push_back(objects.drawing.look.addNotifier([this] { applyLook(); }));
-    // The list may still be changing in the hands of whoever changes it.
+    // Whoever is changing the list may not be done yet.
     const auto refreshSoon = [this] {
         QMetaObject::invokeMethod(
             this, [this] { refreshPass(); }, Qt::QueuedConnection);
@@ -122,7 +122,7 @@ void PassLanesView::refreshPass() {
 }
 
 double PassLanesView::passLength() const {
-    // The last frame is there to be seen too.
+    // The last frame must be visible too.
     return double(std::max<std::int64_t>(_lanes->lastOffset() + 1, framesPerSecond(_pass.frameRate)));
 }
 
@@ -176,7 +176,7 @@ void PassLanesView::setFirstOffset(double offset) {
     redraw();
 }
 
-/// The bars follow the timeline, which is finer than their whole pixels.
+/// The scroll bars follow the timeline, which is finer than their whole pixels.
 void PassLanesView::updateScrollBars() {
     _isScrolling = true;
     const int width = plotSpan().width();
@@ -207,7 +207,7 @@ void PassLanesView::resizeEvent(QResizeEvent*) { _isFitted ? fitPass() : setFirs
 
 // ---- the tape
 
-/// While the tape runs the view turns its page with it, as long as the line was in it.
+/// While the tape runs, the view turns the page with it, provided the line was in view.
 void PassLanesView::followTape() {
     const QRect line = lineRect();
     const bool wasShown = !_shownLine.isEmpty();
@@ -369,7 +369,7 @@ void PassLanesView::keyPressEvent(QKeyEvent* event) {
     const QRect span = plotSpan();
     const double page = span.width() * pageShare * _timeline.framesPerPixel;
     const auto scrollDown = [this](int by) { verticalScrollBar()->setValue(verticalScrollBar()->value() + by); };
-    // The line stays where it is while it can be seen, else the middle.
+    // The line stays where it is if visible, else the middle does.
     const double fixed = lineRect().isEmpty() ? span.width() / 2.0 : xOf(*tapeOffset()) - span.x();
     switch (event->key()) {
     case Qt::Key_Plus:

@@ -20,7 +20,7 @@ bool isSelectedIn(const PassEngine& engine, const QUuid& id) {
     return selected && selected->id == id;
 }
 
-/// From its start to its last event: "3:20", "1:03:20".
+/// The time from its start to its last event: "3:20", "1:03:20".
 QString lengthText(const AutomationPass& pass) {
     const std::int64_t last =
         pass.events.isEmpty() ? 0 : std::max<std::int64_t>(0, pass.events.constLast().frameOffset);
@@ -31,7 +31,7 @@ QString lengthText(const AutomationPass& pass) {
                : QStringLiteral("%1:%2").arg(QString::number(end.hours), minutes.rightJustified(5, QLatin1Char('0')));
 }
 
-/// A selected pass is let go of, and comes back selected.
+/// Deselects a selected pass, which comes back selected.
 class PassRemoval final : public QUndoCommand {
 public:
     PassRemoval(PassEngine& engine, PassStore& passes, AutomationPass pass)
@@ -58,7 +58,7 @@ private:
     PassStore& _passes;
     AutomationPass _pass;
     bool _wasSelected = false;
-    bool _wasCompared = false; // with a take that waits
+    bool _wasCompared = false; // with a waiting take
 };
 
 } // namespace
@@ -159,7 +159,7 @@ void PassesPopover::showTake() {
         _openedItself = isHidden();
         open();
     } else if (_engine.isRecording() && std::exchange(_openedItself, false)) {
-        close(); // the tape goes on: what it said is past
+        close(); // the tape goes on: what was shown is out of date
     }
 }
 

@@ -7,9 +7,9 @@
 namespace tessik {
 namespace {
 
-constexpr int choicePadding = 12; ///< of a choice's text, on both sides
+constexpr int choicePadding = 12; ///< beside a choice's text, on both sides
 
-/// The take waits again, or is in the list where another one waits by then: nothing is lost.
+/// On undo the take waits again, or goes to the list if another one waits by then: nothing is lost.
 class TakeDiscard final : public QUndoCommand {
 public:
     TakeDiscard(PassEngine& engine, PassStore& passes, AutomationPass take)
@@ -67,7 +67,7 @@ TakeCard::TakeCard(PassEngine& engine, PassStore& passes, QUndoStack& history, D
     line->setSpacing(0);
     auto* label = new QLabel(QStringLiteral("Play:"), _choice);
     label->setMinimumWidth(
-        label->fontMetrics().horizontalAdvance(field().accessibleName())); // its buttons as the field
+        label->fontMetrics().horizontalAdvance(field().accessibleName())); // its buttons are as large as the field
     line->addWidget(label);
     line->addSpacing(8);
     for (TextButton* button : {_playTake, _playBefore}) {
@@ -92,7 +92,7 @@ void TakeCard::refresh() {
     showChoice();
 }
 
-/// The pass before by the name that it has by now.
+/// Shows the previous pass under its current name.
 void TakeCard::showChoice() {
     const std::optional<AutomationPass>& before = _engine.selectedPass.value();
     _choice->setVisible(before.has_value());

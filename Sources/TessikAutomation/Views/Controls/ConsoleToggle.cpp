@@ -10,7 +10,7 @@ namespace tessik {
 namespace {
 
 constexpr int glowReach = 7;
-constexpr int legendMargin = 6; // of the two sides; a wider legend is set tighter
+constexpr int legendMargin = 6; // both sides together; a wider legend is condensed
 
 qreal widthOf(const QString& text, const QFont& font) { return QFontMetricsF(font).horizontalAdvance(text); }
 

@@ -20,8 +20,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::chrono::milliseconds valueStays = 1200ms; // after the last turn of a knob
-constexpr Uptime gestureEnds = 1s;                       // without a key or a turn of the wheel
+constexpr std::chrono::milliseconds valueStays = 1200ms; // after a knob was last turned
+constexpr Uptime gestureEnds = 1s;                       // without a key or a wheel turn
 constexpr QSize entrySize(64, 22);
 
 } // namespace
@@ -198,7 +198,7 @@ void ControlHost::mousePressEvent(QMouseEvent* event) {
 
 void ControlHost::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = event->position();
-    // A release that went elsewhere, to a dialog say, ends the drag all the same.
+    // A release that went elsewhere, to a dialog for instance, ends the drag too.
     if (_pressed >= 0 && !(event->buttons() & Qt::LeftButton)) updateControl(std::exchange(_pressed, -1));
     if (_pressed < 0) {
         const int control = controlAt(at.toPoint());

@@ -17,7 +17,7 @@ public:
     int control() const { return _control; }
 
     bool isValid() const override { return !_host.isNull(); }
-    /// The host's object stands for the host alone.
+    /// The host's object represents only the host.
     QObject* object() const override { return nullptr; }
     QWindow* window() const override { return _host->window()->windowHandle(); }
     QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(_host); }
@@ -30,7 +30,7 @@ public:
         switch (kind) {
         case QAccessible::Name: return _host->name(_control);
         case QAccessible::Value: return _host->valueText(_control);
-        // The bus carries only numbers as values, so what has none says there what it shows.
+        // The bus carries only numbers as values, so controls without one put their text here.
         case QAccessible::Description: return isContinuous() || isSwitch() ? QString() : _host->valueText(_control);
         default: return {};
         }

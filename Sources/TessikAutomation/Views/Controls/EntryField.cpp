@@ -42,7 +42,7 @@ void EntryField::mouseReleaseEvent(QMouseEvent* event) {
 
 void EntryField::focusOutEvent(QFocusEvent* event) {
     QLineEdit::focusOutEvent(event);
-    // A menu of the field itself, or a window over this one, is not elsewhere.
+    // A menu of the field itself, or a window over this one, does not count as elsewhere.
     if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) Q_EMIT left();
 }
 

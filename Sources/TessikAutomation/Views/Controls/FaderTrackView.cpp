@@ -11,7 +11,7 @@ namespace {
 
 constexpr double maxValue = 127;
 constexpr double pageStep = 8;
-constexpr char capSprite = 0; // its address names the caps, which all faders share
+constexpr char capSprite = 0; // its address identifies the caps, which all faders share
 
 } // namespace
 
@@ -41,7 +41,7 @@ double FaderTrackView::valueAt(const QRect& rect, double y) const {
 }
 
 int FaderTrackView::grooveX(const QRect& rect) const {
-    // Labels, ticks, gap, groove, gap, ticks, with the free width shared by both sides.
+    // Labels, ticks, gap, groove, gap, ticks, with the spare width split between both sides.
     if (isNarrow(rect)) return rect.x() + (rect.width() - grooveWidth) / 2;
     return rect.x() + (rect.width() - contentWidth()) / 2 + scaleWidth + Metrics::grooveGap;
 }
@@ -73,7 +73,7 @@ void FaderTrackView::paintStatic(Canvas& canvas, const QRect& rect) const {
     paintScale(canvas, rect);
     const QRect groove = canvas.px(QRectF(grooveX(rect), rect.y() + 4, grooveWidth, rect.height() - 8));
     Parts::recess(canvas.painter, groove, canvas.scale, canvas.look.tints.slotFloor, groove.width() / 2.0, canvas.look);
-    // The slot in its floor, where the cap's stem runs.
+    // The slot in its floor, in which the cap's stem runs.
     canvas.painter.fillRect(groove.adjusted(canvas.line(2), canvas.line(4), -canvas.line(2), -canvas.line(4)),
                             over(canvas.look.palette.grooveColor, Qt::black));
 }
@@ -93,7 +93,7 @@ void FaderTrackView::paintScale(Canvas& canvas, const QRect& rect) const {
     const int longTick = canvas.px(tickLength(rect));
     const int shortTick = longTick / 2;
 
-    // Short ticks between two marks, each a whole number of decibels or an even share of them, as there is room.
+    // Short ticks between two marks, each a whole number of decibels or an equal share of them, as space allows.
     for (std::size_t i = 1; i < tickFractions.size() - 1; ++i) {
         const double from = centreY(rect, tickFractions[i - 1].fraction);
         const double to = centreY(rect, tickFractions[i].fraction);
@@ -105,7 +105,7 @@ void FaderTrackView::paintScale(Canvas& canvas, const QRect& rect) const {
         }
     }
 
-    // The ends and unity are always labelled; the others where they are clear of those.
+    // The ends and unity are always labelled; the others only where clear of those.
     std::vector<double> taken;
     const QFont font = Type::font(9 * canvas.scale, QFont::Medium);
     const QFont zeroFont = Type::font(9 * canvas.scale, QFont::Bold);
@@ -118,7 +118,7 @@ void FaderTrackView::paintScale(Canvas& canvas, const QRect& rect) const {
         const QRect box = canvas.px(QRectF(labelRect(rect, y)));
         if (box.isEmpty()) return;
         const QColor color = zero ? look.tints.scaleZero : withAlpha(look.tints.legend, 0.85);
-        // A narrow scale is without signs: what is above the zero is more, and what is below it less.
+        // A narrow scale has no signs: above zero is plus, below it minus.
         const QString text = isNarrow(rect) ? mark.label.mid(1) : Type::typeset(mark.label);
         Type::draw(painter, box, Qt::AlignRight, text, zero ? zeroFont : font, color);
     };
@@ -141,7 +141,7 @@ void FaderTrackView::paintMoving(Canvas& canvas, const QRect& rect, const Contro
     const QSize size = canvas.px(QRectF(0, 0, Metrics::capWidth, capHeight)).size();
     const QPoint inner(canvas.px(room.left()), canvas.px(room.top()));
     const QSize whole = size + QSize(inner.x() + canvas.px(room.right()), inner.y() + canvas.px(room.bottom()));
-    // The height is rounded on the device, not in logical pixels, so that a slow move is smooth on a fine screen.
+    // The height is rounded on the device, not in logical pixels, so that slow moves are smooth on a fine screen.
     const double centre = centreY(rect, std::clamp(state.value.number, 0.0, maxValue) / maxValue);
     const QPoint at(canvas.px(capRect(rect, 0).x()), qRound(centre * canvas.scale - size.height() / 2.0));
     const QColor line = canvas.look.tints.*accentTint;

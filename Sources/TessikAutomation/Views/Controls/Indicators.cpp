@@ -16,7 +16,7 @@ struct ArrowColors {
     QColor up, down;
 };
 
-/// Yellow says where to go, green that it is there.
+/// Yellow shows where to go, green that it is there.
 ArrowColors arrowColors(NullMatch match, const Tints& tints) {
     switch (match) {
     case NullMatch::none: return {tints.unlitArrow, tints.unlitArrow};
@@ -43,7 +43,7 @@ void paintArrow(QPainter& painter, const QRect& window, qreal u, bool up, const 
     painter.drawPath(arrow);
 }
 
-/// How a readout is set: digits in cells, in a narrow one smaller and without the unit. In logical pixels.
+/// How a readout is typeset: digits in cells; in a narrow one smaller and without the unit. In logical pixels.
 struct ReadoutType {
     int cell, point, infinity, right;
     qreal size;
@@ -103,7 +103,7 @@ void LevelReadout::paintStatic(Canvas& canvas, const QRect& rect) const {
 }
 
 void LevelReadout::paintMoving(Canvas& canvas, const QRect& rect, const ControlState& state) const {
-    // Digits stand in cells of one width, so that they do not dance while a fader moves.
+    // Digits stand in cells of the same width, so that they do not dance while a fader moves.
     const QRect display = canvas.px(QRectF(rect));
     const ReadoutType type = readoutType(rect);
     const int cell = canvas.px(type.cell);

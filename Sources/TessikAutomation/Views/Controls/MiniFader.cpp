@@ -11,7 +11,7 @@ namespace {
 
 constexpr int capWidth = 20;
 constexpr int shadow = 5;
-constexpr char capSprite = 0; // its address names the caps, which short faders share
+constexpr char capSprite = 0; // its address identifies the caps, which short faders share
 
 void paintCap(QPainter& painter, const QRect& cap, qreal u, const QColor& line) {
     const int hair = std::max(1, qRound(u));

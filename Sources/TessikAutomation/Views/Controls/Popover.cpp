@@ -106,7 +106,7 @@ void Popover::fit() {
     setGeometry(Metrics::toGrid(x), Metrics::toGrid(tip.y() - shadowRoom + 2), width,
                 Metrics::toGridUp(_layout->hasHeightForWidth() ? _layout->totalHeightForWidth(width)
                                                                : _layout->sizeHint().height()));
-    setMask(rect().adjusted(0, shadowRoom - 2, 0, 0)); // the button above stays within reach of the pointer
+    setMask(rect().adjusted(0, shadowRoom - 2, 0, 0)); // the pointer can still reach the button above
     update();
 }
 
@@ -150,7 +150,7 @@ bool Popover::eventFilter(QObject* receiver, QEvent* event) {
         return false;
     }
     QWidget* focus = QApplication::focusWidget();
-    if (focus && focus->testAttribute(Qt::WA_InputMethodEnabled)) return false; // a text is edited
+    if (focus && focus->testAttribute(Qt::WA_InputMethodEnabled)) return false; // text is being edited
     const int key = static_cast<QKeyEvent*>(event)->key();
     if (key == Qt::Key_Tab && !(focus && (focus == this || isAncestorOf(focus)))) {
         if (QWidget* first = neighbour(*this, true)) first->setFocus(Qt::TabFocusReason);
@@ -161,7 +161,7 @@ bool Popover::eventFilter(QObject* receiver, QEvent* event) {
     return true;
 }
 
-/// The next part of this card that Tab reaches; null beyond its ends. What scrolls has gone over its own parts by
+/// The next part of this card that Tab reaches; null beyond its ends. A scrolling part moves through its own contents
 /// itself, and is entered at its first.
 QWidget* Popover::neighbour(QWidget& of, bool forward) const {
     const auto scroller = [this](QWidget* part) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int pitch = RecordRow::rowHeight + 2;
 constexpr int emptyHeight = 56;
-constexpr int mostHeight = 322; ///< a cut row shows that there are more
+constexpr int mostHeight = 322; ///< a row cut off shows that there are more
 
 bool hasKeyboard(const RecordRow& row) {
     const QWidget* focus = QApplication::focusWidget();
@@ -25,7 +25,7 @@ RecordList::RecordList(const QString& emptyText, Records records, DrawingContext
       _drawing(drawing),
       _empty(new QLabel(emptyText, this)),
       _content(new QWidget) {
-    setFocusPolicy(Qt::ClickFocus); // Tab goes past it to its rows, which stand behind it in the order
+    setFocusPolicy(Qt::ClickFocus); // Tab skips it to reach its rows, which come after it in the order
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     viewport()->setAutoFillBackground(false);
@@ -74,7 +74,7 @@ void RecordList::refresh() {
     for (const auto& [index, row] : _placed)
         bind(*row, index);
     place();
-    if (isGone && count > 0) held->setFocus(); // not the trash of the next
+    if (isGone && count > 0) held->setFocus(); // not the next one's trash
 }
 
 void RecordList::setCurrent(qsizetype index) {
@@ -161,7 +161,7 @@ void RecordList::keyPressEvent(QKeyEvent* event) {
     }
     wanted = std::clamp<qsizetype>(wanted, 0, std::max<qsizetype>(0, count - 1));
     if (wanted == _current)
-        event->ignore(); // beyond the end is what stands around the list
+        event->ignore(); // past the end, the surroundings take over
     else
         setCurrent(wanted);
 }

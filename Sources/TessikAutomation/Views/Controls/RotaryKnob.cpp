@@ -9,9 +9,9 @@ namespace tessik {
 namespace {
 
 constexpr double dragTravel = 150;
-constexpr double pointerStep = 1.5; // degrees between two pictures of the pointer
+constexpr double pointerStep = 1.5; // degrees between two images of the pointer
 constexpr int positionsRoom = 24;   // for the names of a selector's positions
-// Their addresses name pictures that knobs of one size share.
+// Their addresses identify images shared by knobs of the same size.
 constexpr char pointerSprite = 0;
 constexpr char hoverSprite = 0;
 

@@ -29,7 +29,7 @@ void ScribbleStrip::paintMoving(Canvas& canvas, const QRect& rect, const Control
     const QRect paper = canvas.px(QRectF(rect));
     const int line = canvas.line();
     const bool labelled = state.value.number != noLabel;
-    // Let into the metal: dark above, light below.
+    // Inset into the metal: dark above, light below.
     painter.fillRect(paper.adjusted(-line, -line, line, 0), withAlpha(Qt::black, 0.45));
     painter.fillRect(paper.adjusted(-line, 0, line, line), withAlpha(Qt::white, 0.5));
     QLinearGradient tape(paper.topLeft(), paper.bottomLeft());
@@ -48,7 +48,7 @@ void ScribbleStrip::paintMoving(Canvas& canvas, const QRect& rect, const Control
     const QRect text = paper.adjusted(margin, 0, -margin, -stripe);
     const QFontMetricsF metrics(font);
     QString name = state.value.text;
-    if (isNarrow) // as a hand writes it that comes to the tape's end
+    if (isNarrow) // as a hand does when it runs out of tape
         while (!name.isEmpty() && metrics.horizontalAdvance(name) > text.width())
             name.chop(1);
     else

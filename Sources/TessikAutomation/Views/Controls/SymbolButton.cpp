@@ -89,7 +89,7 @@ void SymbolButton::paintEvent(QPaintEvent*) {
         Type::draw(painter, QRect(textLeft, key.y(), key.right() - textLeft, key.height()), Qt::AlignLeft, text(),
                    Type::font(textSize * canvas.scale, QFont::DemiBold), look.tints.legend);
     }
-    if (_isCalling) { // on the symbol's corner, where no text is
+    if (_isCalling) { // on the symbol's corner, where there is no text
         const int lamp = canvas.px(lampSide);
         Parts::lamp(painter, QRect(symbol.right() - lamp / 2, symbol.y() - lamp / 3, lamp, lamp), canvas.scale,
                     look.tints.ledAmber, true);

@@ -10,12 +10,12 @@
 namespace tessik {
 namespace {
 
-constexpr double detentReach = 0.025; // of the range, to both sides of the centre
+constexpr double detentReach = 0.025; // of the range, on both sides of the centre
 constexpr double wheelTravel = 300;
 constexpr double finePerStep = 5;
 constexpr double stepsPerPage = 5;
 
-/// A number without a minus sign where it is written as zero.
+/// A number without a minus sign if it is written as zero.
 QString fixed(double value, int decimals, bool sign = false) {
     QString text = decimalText(value, decimals);
     const bool zero = text.toDouble() == 0;
@@ -24,7 +24,7 @@ QString fixed(double value, int decimals, bool sign = false) {
     return text;
 }
 
-/// A number and, after it, one of the units; the place of the unit found, 0 for none.
+/// A number followed by one of the units, and the unit's place counted from 1, 0 if there is none.
 std::optional<std::pair<double, int>> numberWithUnit(QString text, const QStringList& units) {
     text = text.trimmed().toLower();
     text.replace(QChar(0x2212), QLatin1Char('-'));
@@ -123,7 +123,7 @@ std::optional<double> Travel::keyed(int key, bool fine, double value) const {
 }
 
 double Travel::wheeled(double delta, double value) const {
-    // A selector clicks by one position a notch of the wheel.
+    // A selector moves one position per notch of the wheel.
     if (!positions.isEmpty()) return std::round(std::clamp(value + delta / 10, min, max));
     return valueAt(position(value) + delta / wheelTravel);
 }

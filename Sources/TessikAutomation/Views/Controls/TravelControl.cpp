@@ -6,7 +6,7 @@
 namespace tessik {
 namespace {
 
-constexpr int valueWidth = 52; // of "+12.5 dB" and its like
+constexpr int valueWidth = 52; // for "+12.5 dB" and the like
 
 } // namespace
 

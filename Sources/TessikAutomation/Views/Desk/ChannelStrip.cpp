@@ -66,7 +66,7 @@ void paintFace(Canvas& canvas, QSize strip) {
     Parts::barShadow(canvas.painter, QRect(0, barEnd, whole.width(), canvas.px(barShadowHeight)));
 }
 
-/// What belongs to the controls is printed on strips that have them.
+/// Whatever belongs to the controls is printed only on strips that have them.
 void paintPrintedFace(Canvas& canvas, QSize strip) {
     paintFace(canvas, strip);
     if (isFolded(strip)) return;
@@ -123,7 +123,7 @@ ControlBinding bindFader(const StripSubject& subject) {
             .watch = watching(channel.faderValue)};
 }
 
-/// How far the fader is from its target; "to -12.0 dB" where one of them is off.
+/// The fader's distance from its target; "to -12.0 dB" if one of them is off.
 QString nullDistance(const ChannelState& channel) {
     const std::optional<int> target = channel.nullTarget.value();
     if (!target || channel.nullMatch() == ChannelState::NullMatch::matched) return {};

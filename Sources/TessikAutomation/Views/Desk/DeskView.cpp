@@ -16,9 +16,9 @@
 namespace tessik {
 namespace {
 
-constexpr quint64 scrollGesture = 400; // milliseconds; a wheel that scrolls goes on to do so for as long
+constexpr quint64 scrollGesture = 400; // milliseconds for which a wheel that scrolls keeps scrolling
 
-/// Points to where the edge goes.
+/// Points the way the edge will go.
 void paintChevron(QPainter& painter, const QRectF& rect, const QColor& color, bool toTheRight) {
     const QPointF centre = rect.center();
     const qreal width = rect.width() * (toTheRight ? 0.14 : -0.14);
@@ -190,7 +190,7 @@ void DeskView::setZoom(int percent) {
     });
     if (*nearest != _zoom) SavedSettings::setInteger(SavedSettings::Key::deskZoom, *nearest);
     _zoom = *nearest;
-    // Whole eighths, in which the widths of strips stay on the grid.
+    // Whole eighths keep the widths of strips on the grid.
     _drawing.zoom = std::round(_zoom / 12.5) / 8;
     layOut();
     for (ControlHost* host : findChildren<ControlHost*>())
@@ -219,21 +219,21 @@ void DeskView::applyLook() {
 void DeskView::resizeEvent(QResizeEvent*) { layOut(); }
 
 bool DeskView::event(QEvent* event) {
-    if (event->type() == QEvent::LayoutRequest) layOut(); // the status has another width
+    if (event->type() == QEvent::LayoutRequest) layOut(); // the status changed its width
     return QWidget::event(event);
 }
 
 void DeskView::layOut() {
     const int inputCount = ConsoleModel::inputCount(_objects.desk.model.modelSize);
     const int height = stripHeight();
-    // The module comes first; when it is complete, the fader grows.
+    // The module comes first; once it is complete, the fader grows.
     const int whole = toGridUp(scaled(inputModuleHeight()));
     const int upper = std::clamp(toGrid(height - scaled(minStripHeight)), 0, whole);
     const int lower = height - upper;
     const bool scrolls = upper < whole;
-    const int fixed = toGrid(width() - fixedWidth()); // what the grid leaves over is at the window's edge
+    const int fixed = toGrid(width() - fixedWidth()); // the grid's remainder goes to the window's edge
     const int visible = std::max(0, toGrid(fixed - deskDivider));
-    // Wider strips where there is room, but for a zoomed desk, whose strips keep to the grid in their own width only.
+    // Wider strips if there is room, except on a zoomed desk, whose strips are on the grid only at their own width.
     const int stripWidth =
         _zoom != 100 ? scaled(inputChannelStripWidth)
                      : std::clamp(toGrid(visible / inputCount), inputChannelStripWidth, maxInputChannelStripWidth);
@@ -272,7 +272,7 @@ void DeskView::layOut() {
     _masterView->scrollBar()->setVisible(!isFolded.value() && masterHeight > upper);
     _masterView->scrollBar()->raise();
 
-    // Under the right block, and further left where its texts need it and a bar for the inputs remains.
+    // Below the right block, extending left if its texts need it and a scroll bar for the inputs remains.
     const int statusWidth = _status ? std::max(width() - fixed, std::min(toGridUp(_status->sizeHint().width()),
                                                                          toGrid(width() - minInputsBarWidth)))
                                     : 0;
@@ -291,7 +291,7 @@ void DeskView::layOut() {
 void DeskView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), _drawing.look.value()->railColor());
-    // Between the two blocks the frame of the desk shows.
+    // The desk's frame shows between the two blocks.
     const int x = _inputs->width();
     painter.fillRect(QRect(x, 0, strip(ChannelKind::stereo())->x() - x, stripHeight()),
                      _drawing.look.value()->gapColor());
@@ -312,7 +312,7 @@ QMenu* DeskView::stripMenu(const QString& channelID, QWidget* parent) {
     auto* menu = new QMenu(parent);
     setHelpContext(*menu, HelpContext::channelStrip);
     menu->addAction(QStringLiteral("Copy Settings"), this, [this, channelID] { _clipboard.copy(channelID); });
-    // A strip outside the selection is meant alone.
+    // A strip outside the selection is meant on its own.
     QStringList targets;
     if (_selection.contains(channelID))
         for (const ChannelState* channel : _objects.desk.model.visibleInputs())
@@ -333,7 +333,7 @@ bool DeskView::eventFilter(QObject* object, QEvent* event) {
         _scrolledAt = now;
         return false;
     }
-    // A wheel that began scrolling goes on scrolling, whatever passes under the pointer.
+    // A wheel that began scrolling keeps scrolling, whatever passes under the pointer.
     auto* host = static_cast<ControlHost*>(object);
     if (!_scrolledAt || now - *_scrolledAt > scrollGesture || !_inputs->isAncestorOf(host)) return false;
     QCoreApplication::sendEvent(_inputs, event);

@@ -12,7 +12,7 @@ namespace {
 using namespace Metrics;
 using Settings = ManualChannelSettings;
 
-/// A place in a row of `columns` equal columns, over `span` of them.
+/// A place in a row of `columns` equal columns, `span` of them wide.
 struct Cell {
     int column, columns, span = 1;
 };
@@ -23,7 +23,7 @@ struct Title {
     QColor tint;
 };
 
-/// The module, built from the top down.
+/// Builds the module from the top down.
 class Builder {
 public:
     void section(const char* title, const QColor& tint) {

@@ -32,18 +32,18 @@ constexpr int maxKeyHeight = 27;
 constexpr int selectorHeight = 62;
 constexpr int maxSelectorHeight = 68;
 constexpr int levelHeight = 3 * keyPitch;
-constexpr int keyBlockHeight = 3 * 20; // of three rows of keys
+constexpr int keyBlockHeight = 3 * 20; // for three rows of keys
 constexpr int framePadding = 4;
 constexpr int blockGap = 6;
-constexpr int maxRowsHeight = 540; // what a panel is higher, the maker's plate has
+constexpr int maxRowsHeight = 540; // any further height goes to the maker's plate
 
-/// What is left above the rows for the maker's plate.
+/// The height left above the rows for the maker's plate.
 int plateHeight(int panelHeight) {
     const int rest = panelHeight - maxRowsHeight;
     return rest < namePlateMinHeight ? 0 : rest;
 }
 
-/// Rows from the top down. What the panel has beyond their heights is shared by weight.
+/// Rows from the top down. A panel's extra height is distributed by weight.
 class Rows {
 public:
     int add(int height, double weight) {
@@ -51,14 +51,14 @@ public:
         return int(_rows.size()) - 1;
     }
     int count() const { return int(_rows.size()); }
-    /// The upper edge of a row's share; of the row after the last, the lower end.
+    /// The upper edge of a row's share; for the row after the last, the lower end.
     double top(int row, int panelHeight) const {
         double y = plateHeight(panelHeight) + moduleTop;
         for (int i = 0; i < row; ++i)
             y += _rows[std::size_t(i)].height + share(panelHeight) * _rows[std::size_t(i)].weight;
         return y;
     }
-    /// A row's place in the middle of its share, as high as that is but not above `maxHeight`.
+    /// A row's place in the middle of its share, as high as the share but at most `maxHeight`.
     QRect place(int row, int x, int width, int maxHeight, int panelHeight) const {
         const double from = top(row, panelHeight);
         const double room = top(row + 1, panelHeight) - from;
@@ -97,7 +97,7 @@ struct Print {
 template <typename Record>
 struct Field {
     const RecordControl<Record>& control;
-    std::function<const Record*(const Master&)> find; ///< null where the record has no such part
+    std::function<const Record*(const Master&)> find; ///< null if the record has no such part
     std::function<Record&(Master&)> make;
     QString owner;
     QString idPrefix;
@@ -136,7 +136,7 @@ class Builder {
 public:
     using Place = std::function<QRect(QSize)>;
 
-    /// A place in a row of one of the columns; of a block of keys, the `index`-th of `count` rows.
+    /// A place in a row of one of the columns; in a block of keys, the `index`-th of `count` rows.
     static Place at(const std::shared_ptr<Rows>& rows, int row, int x, int width, int maxHeight) {
         return [=](QSize panel) { return rows->place(row, x, width, maxHeight, panel.height()); };
     }
@@ -150,7 +150,7 @@ public:
     static Place knobPlace(const std::shared_ptr<Rows>& rows, int row, int x, int width) {
         return at(rows, row, x, width, maxKnobHeight);
     }
-    /// A frame around the rows from `first` up to the last one there is.
+    /// A frame around the rows from `first` to the last so far.
     void frame(const std::shared_ptr<Rows>& rows, int first, int x, int width) {
         const int last = rows->count();
         frames.push_back([=](QSize panel) {
@@ -286,7 +286,7 @@ void addControlRoom(Builder& b, const std::shared_ptr<Rows>& rows) {
     b.frame(rows, title, right, rightWidth);
 }
 
-/// A block of half the column's width: a knob, and three keys beside it.
+/// A block half a column wide: a knob with three keys beside it.
 void addKnobAndKeys(Builder& b, const std::shared_ptr<Rows>& rows, int row, int x, double Master::*knob,
                     const std::array<bool Master::*, 3>& keys) {
     constexpr int knobWidth = 64;

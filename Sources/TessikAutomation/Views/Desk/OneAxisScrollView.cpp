@@ -10,7 +10,7 @@ namespace tessik {
 
 OneAxisScrollView::OneAxisScrollView(Qt::Orientation axis, QWidget* parent)
     : QWidget(parent), _axis(axis), _content(new QWidget(this)), _scrollBar(new QScrollBar(axis, this)) {
-    _content->setAttribute(Qt::WA_OpaquePaintEvent); // its children cover it, so that scrolling copies pixels
+    _content->setAttribute(Qt::WA_OpaquePaintEvent); // covered by its children, so that scrolling copies pixels
     _content->setAttribute(Qt::WA_NoSystemBackground);
     _scrollBar->setFocusPolicy(Qt::NoFocus);
     connect(_scrollBar, &QScrollBar::valueChanged, this, &OneAxisScrollView::moveContent);
@@ -35,14 +35,14 @@ void OneAxisScrollView::layOut() {
 }
 
 void OneAxisScrollView::moveContent() {
-    // On a screen of a fractional pixel ratio the content stands on the grid, else it would be drawn between pixels.
+    // On a screen with a fractional pixel ratio the content stays on the grid, or it would be drawn between pixels.
     const bool isWholeRatio = devicePixelRatioF() == std::floor(devicePixelRatioF());
     const int at = isWholeRatio ? _scrollBar->value() : Metrics::toGrid(_scrollBar->value());
     _content->move(_axis == Qt::Horizontal ? QPoint(-at, 0) : QPoint(0, -at));
 }
 
 int OneAxisScrollView::wheelDistance(const QWheelEvent& event, Qt::Orientation turned) {
-    // A touchpad counts pixels, a wheel eighths of a degree, 120 a notch: one step of the bar.
+    // A touchpad counts pixels; a wheel counts eighths of a degree, 120 a notch: one step of the bar.
     const bool isInPixels = !event.pixelDelta().isNull();
     const QPoint delta = isInPixels ? event.pixelDelta() : event.angleDelta();
     const double along = turned == Qt::Horizontal ? delta.x() : delta.y();

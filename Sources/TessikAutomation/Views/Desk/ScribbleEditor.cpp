@@ -21,11 +21,11 @@ constexpr int swatchCount = int(channelLabelPalette.size());
 constexpr QSize panelSize(2 * margin + swatchCount * swatchPitch - (swatchPitch - swatchSide),
                           3 * margin + fieldHeight + swatchSide);
 
-/// As they are called for who cannot see them.
+/// Their names for anyone who cannot see them.
 constexpr std::array<const char*, swatchCount> colorNames{"grey", "red",    "orange", "yellow", "green",
                                                           "blue", "indigo", "purple", "pink"};
 
-/// One colour. The keyboard stays with the name, else Return would be the window's.
+/// One colour. The keyboard focus stays with the name, or Return would go to the window.
 class Swatch final : public QAbstractButton {
 public:
     Swatch(int index, DrawingContext& drawing, QWidget* parent)
@@ -41,7 +41,7 @@ public:
     }
 
 protected:
-    void nextCheckState() override {} // the editor says which one holds
+    void nextCheckState() override {} // the editor decides which one is checked
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
@@ -56,7 +56,7 @@ protected:
     }
 
 private:
-    static constexpr QMargins around{3, 3, 3, 3}; // for the ring, and so that hardly a click goes between two
+    static constexpr QMargins around{3, 3, 3, 3}; // for the ring, and so that few clicks fall between two
 
     const QColor _color;
     DrawingContext& _drawing;
@@ -96,7 +96,7 @@ ScribbleEditor::ScribbleEditor(ScribbleFocusCoordinator& scribbles, ChannelLabel
       _field(new EntryField(this)) {
     resize(panelSize);
     setAccessibleRole(*this, QAccessible::Grouping);
-    // A click on a colour leaves the keyboard with the name, else Return would be the window's.
+    // Clicking a colour leaves the keyboard focus with the name, or Return would go to the window.
     setFocusPolicy(Qt::ClickFocus);
     setFocusProxy(_field);
     _field->setGeometry(margin, margin, panelSize.width() - 2 * margin, fieldHeight);
@@ -163,7 +163,7 @@ void ScribbleEditor::setColor(const QString& colorHex) {
     _field->setAccessibleDescription(QStringLiteral("colour %1; Up and Down choose another").arg(name));
 }
 
-/// Round and round; from a colour of its own to the first or the last.
+/// Wraps around; from a custom colour it goes to the first or the last.
 void ScribbleEditor::stepColor(int by) {
     int at = by > 0 ? -1 : swatchCount;
     for (int i = 0; i < swatchCount; ++i)

@@ -7,7 +7,7 @@
 namespace tessik::Parts {
 namespace {
 
-/// The profile of the cap from its upper to its lower edge: two scooped halves that meet at the index line.
+/// The cap's profile from top to bottom: two scooped halves that meet at the index line.
 constexpr struct {
     double at;
     int level;
@@ -26,7 +26,7 @@ void faderCap(QPainter& painter, const QRect& cap, qreal u, const QColor& line) 
     const int hair = std::max(1, px(1));
     const qreal radius = 2.6 * u;
 
-    // A long soft shadow away from the light, and a tight one where the cap is nearest to the panel.
+    // A long soft shadow away from the light, and a tight one where the cap is closest to the panel.
     dropShadow(painter, QRectF(cap).adjusted(1 * u, 8 * u, 3 * u, 8 * u), radius + 3 * u, 13 * u, 0.52);
     dropShadow(painter, QRectF(cap).adjusted(0.5 * u, 1.5 * u, 1.5 * u, 3 * u), radius + u, 6 * u, 0.68);
 

@@ -25,7 +25,7 @@ void disc(QPainter& painter, QPointF centre, qreal radius, const QBrush& brush) 
     painter.drawEllipse(centre, radius, radius);
 }
 
-/// A gradient across a disc, from the light to the dark side.
+/// A gradient across a disc, from the lit to the dark side.
 QLinearGradient lit(QPointF centre, qreal radius, const QColor& light, const QColor& dark) {
     QLinearGradient gradient(centre - QPointF(0.55, 0.83) * radius, centre + QPointF(0.55, 0.83) * radius);
     gradient.setColorAt(0, light);

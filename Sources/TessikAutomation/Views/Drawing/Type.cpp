@@ -12,7 +12,7 @@ namespace tessik::Type {
 namespace {
 
 QString family = QStringLiteral("Inter");
-constexpr int minPixels = 8; // in less nothing can be read
+constexpr int minPixels = 8; // anything smaller is unreadable
 
 } // namespace
 
@@ -49,7 +49,7 @@ void draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const Q
           const QColor& color) {
     if (onDraw) onDraw(text, font);
     const QFontMetricsF metrics(font);
-    // The space after the last letter is no part of the line.
+    // The space after the last letter is not part of the line.
     const qreal width = metrics.horizontalAdvance(text) - font.letterSpacing();
     qreal x = rect.x();
     if (alignment & Qt::AlignRight)

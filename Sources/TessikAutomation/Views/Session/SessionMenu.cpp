@@ -9,7 +9,7 @@
 namespace tessik {
 namespace {
 
-/// A name as a menu shows it: "&" is no key there.
+/// A name as shown in a menu: its "&" marks no shortcut.
 QString inMenu(QString name) { return name.replace(QLatin1Char('&'), QLatin1String("&&")); }
 
 } // namespace
@@ -72,7 +72,7 @@ bool SessionDrop::eventFilter(QObject*, QEvent* event) {
     if (event->type() == QEvent::Drop)
         QMetaObject::invokeMethod(
             this, [this, url = urls.constFirst()] { _session.open(url); },
-            Qt::QueuedConnection); // after the drag ended
+            Qt::QueuedConnection); // after the drag has ended
     return true;
 }
 

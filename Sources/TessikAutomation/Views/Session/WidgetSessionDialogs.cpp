@@ -38,7 +38,7 @@ public:
         setIcon(icon);
         setText(title);
         setInformativeText(text);
-        setTextFormat(Qt::PlainText); // file names are no markup
+        setTextFormat(Qt::PlainText); // file names are not markup
         setWindowModality(Qt::WindowModal);
         setWindowTitle(programName);
     }
@@ -134,7 +134,7 @@ SessionDialogs::TakeAnswer WidgetSessionDialogs::askTake(const QString& title, c
         return label;
     };
     layout->addWidget(icon, 0, 0, 2, 1, Qt::AlignTop);
-    addLine(0, title)->setObjectName(QStringLiteral("qt_msgbox_label")); // set as the titles of all questions
+    addLine(0, title)->setObjectName(QStringLiteral("qt_msgbox_label")); // styled like the titles of all questions
     addLine(1, text);
     auto* name = new QLineEdit(proposedName, &box);
     name->setObjectName(QStringLiteral("name"));

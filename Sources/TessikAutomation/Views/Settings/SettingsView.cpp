@@ -18,7 +18,7 @@ namespace {
 
 constexpr int rowHeight = 36;
 constexpr int pickerWidth = 236;
-constexpr int statusWidth = 330; ///< in two lines there is room for the longest
+constexpr int statusWidth = 330; ///< fits the longest in two lines
 
 const QString sheet = QStringLiteral(
     "QDialog { background: @sheet; }"
@@ -39,7 +39,7 @@ const QString sheet = QStringLiteral(
     "QPushButton { color: white; background: @primary; border: 1px solid @fieldEdge; border-radius: 6px;"
     "  padding: 5px 22px; }");
 
-/// A combo box with an arrow in the colour of its text, which a style sheet cannot draw.
+/// A combo box whose arrow has the colour of its text, which a style sheet cannot do.
 class Picker final : public QComboBox {
 public:
     explicit Picker(QWidget* parent) : QComboBox(parent) { setFixedWidth(pickerWidth); }
@@ -255,7 +255,7 @@ void SettingsView::addStatus(QBoxLayout* group) {
     _observers.push_back(status.addNotifier(show));
     addRow(group, QStringLiteral("Status"), text, {});
     text->setObjectName(QStringLiteral("status"));
-    text->setAccessibleName({}); // what it says is its name
+    text->setAccessibleName({}); // its text is its name
 }
 
 } // namespace tessik

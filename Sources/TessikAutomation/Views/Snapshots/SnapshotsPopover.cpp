@@ -8,7 +8,7 @@
 namespace tessik {
 namespace {
 
-/// A snapshot that comes or goes, with its star.
+/// Adds or removes a snapshot, with its star.
 class SnapshotPresence final : public QUndoCommand {
 public:
     enum class Change : std::uint8_t { capture, removal };

@@ -27,7 +27,7 @@ std::optional<Sign> signOf(QStyle::StandardPixmap which) {
     }
 }
 
-/// A lit lamp with the letter on it; large, as icons are only ever made smaller.
+/// A lit lamp with the letter on it; large, because icons are only ever scaled down.
 QPixmap drawn(const Sign& sign) {
     constexpr int side = 192;
     QPixmap pixmap(side, side);

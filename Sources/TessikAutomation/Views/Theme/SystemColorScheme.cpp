@@ -13,7 +13,7 @@ constexpr QLatin1String interface("org.freedesktop.portal.Settings");
 constexpr QLatin1String appearance("org.freedesktop.appearance");
 constexpr QLatin1String colorScheme("color-scheme");
 
-/// To look for a bus where there is none would start one.
+/// Looking for a bus where there is none would start one.
 bool hasUserBus() {
     return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
            QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));

@@ -9,7 +9,7 @@
 namespace tessik::ToolTips {
 namespace {
 
-/// Qt wraps only rich text, and that in lines of eighty letters.
+/// Qt wraps only rich text, and at eighty letters a line.
 QString wrapped(const QString& text) {
     const QFontMetrics metrics(QToolTip::font());
     QStringList lines;
@@ -35,7 +35,7 @@ protected:
     bool eventFilter(QObject* receiver, QEvent* event) override {
         if (event->type() != QEvent::ToolTip || !receiver->isWidgetType()) return false;
         auto* widget = static_cast<QWidget*>(receiver);
-        if (widget->toolTip().isEmpty()) return false; // it, or what is around it, shows one of its own
+        if (widget->toolTip().isEmpty()) return false; // it, or an ancestor, shows its own
         show(static_cast<QHelpEvent*>(event)->globalPos(), widget->toolTip(), widget, {});
         event->accept();
         return true;

@@ -67,7 +67,7 @@ void LocatorRow::setState(const std::optional<TimecodePosition>& locator, bool h
     _field->setPosition(locator);
     _field->setAccessibleName(QStringLiteral("%1 locator %2").arg(_label, _field->text()));
     _field->setEnabled(locator && hasTransport);
-    setFocusPolicy(_field->isEnabled() ? Qt::NoFocus : Qt::TabFocus); // the keyboard gets here in any case
+    setFocusPolicy(_field->isEnabled() ? Qt::NoFocus : Qt::TabFocus); // the keyboard focus gets here either way
     setAccessibleName(_field->accessibleName());
     _field->setToolTip(!locator       ? QStringLiteral("Set %1 first").arg(name)
                        : hasTransport ? QStringLiteral("Locate transport to %1").arg(name)
@@ -108,7 +108,7 @@ void LocatorRow::edit() {
     _entry->setFocus(Qt::OtherFocusReason);
 }
 
-/// Whether the entry may close: with a position, or as it was.
+/// Whether the entry may close: with a valid position, or unchanged.
 bool LocatorRow::keep() {
     const QString text = _entry->text();
     if (text.trimmed().isEmpty() || text == _field->text()) return true;
@@ -132,7 +132,7 @@ void LocatorRow::closeEntry() {
         setFocus(Qt::OtherFocusReason);
 }
 
-/// Below the panel, so that the other locator stays in sight, until the text is changed.
+/// Below the panel, so that the other locator stays visible, until the text is changed.
 void LocatorRow::showProblem(const QString& problem) {
     delete _problem;
     if (_entry) _entry->setAccessibleDescription(problem);

@@ -16,7 +16,7 @@ constexpr int digitPixels = 27;
 constexpr int lampDiameter = 6;
 constexpr int glowReach = 5;
 
-/// A reader of the screen asks for the value when it wants it: twelve notices a second would drown everything else.
+/// A screen reader asks for the value when it wants it: twelve announcements a second would drown out everything else.
 class CounterAccessible final : public QAccessibleWidget {
 public:
     explicit CounterAccessible(TimecodeCounter* counter)
@@ -70,7 +70,7 @@ void TimecodeCounter::paintEvent(QPaintEvent* event) {
     painter.setRenderHint(QPainter::Antialiasing);
     const Look& look = canvas.look;
     const QRect whole = canvas.px(QRectF(rect()));
-    static const int hollow = 0; // names the layer
+    static const int hollow = 0; // its address identifies the layer
     painter.drawPixmap(0, 0, _drawing.layer(&hollow, whole.size(), [&](QPainter& ground) {
         Parts::recess(ground, whole.adjusted(0, 0, 0, -canvas.line()), canvas.scale, look.tints.displayBackground,
                       5 * canvas.scale, look);

@@ -54,7 +54,7 @@ void TimecodeText::draw(Canvas& canvas, const QRect& rect, const QString& text, 
     painter.setPen(color);
     int x = rect.x() + (rect.width() - width) / 2;
     const int baseline = qRound(rect.y() + (rect.height() + metrics.capHeight()) / 2);
-    // A colon stands on the line; between digits it belongs at half their height.
+    // A colon sits on the baseline; between digits it belongs at half their height.
     const qreal raise = (metrics.capHeight() - metrics.xHeight()) / 2;
     for (const QChar character : text) {
         const bool isColon = character == QLatin1Char(':');

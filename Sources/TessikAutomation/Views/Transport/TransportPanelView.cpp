@@ -16,7 +16,7 @@ namespace {
 constexpr int panelHeight = 64;
 constexpr int margin = 4;
 constexpr int keyCount = 7;
-constexpr int searchKeys = 4; ///< that find a place; the others roll from it
+constexpr int searchKeys = 4; ///< that find a position; the others start a roll
 constexpr int keyHeight = 52;
 constexpr int keyGap = 8; ///< between the two kinds
 
@@ -67,7 +67,7 @@ TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, 
     _observers.push_back(locators.bindableEnd().addNotifier(look));
     _observers.push_back(transport.port.availableDestinations.addNotifier(look));
     _observers.push_back(transport.port.connectedDestinationID.addNotifier(look));
-    // The first position opens the capture keys; all later ones concern the counter alone.
+    // The first position enables the capture keys; later ones affect only the counter.
     _observers.push_back(clock.currentPosition.addNotifier([this] {
         if (!_startRow->captureKey().isEnabled()) refresh();
     }));
@@ -77,7 +77,7 @@ TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, 
 void TransportPanelView::connectRow(LocatorRow& row, const QString& name, std::function<LocatorStore::Locator()> read,
                                     std::function<void(const LocatorStore::Locator&)> assign) {
     const auto write = [this, name, read, assign](const LocatorStore::Locator& position) {
-        if (read() == position) return assign(position); // nothing to take back
+        if (read() == position) return assign(position); // nothing to undo
         _history.push(new UndoStep((position ? QStringLiteral("setting %1") : QStringLiteral("clearing %1")).arg(name),
                                    [assign, position] { assign(position); },
                                    [assign, before = read()] { assign(before); }));

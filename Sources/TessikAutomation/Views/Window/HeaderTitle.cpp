@@ -13,7 +13,7 @@
 namespace tessik {
 namespace {
 
-constexpr int minTitleWidth = 96; // in less the session's name says nothing; the window's title has it too
+constexpr int minTitleWidth = 96; // narrower, the session's name says nothing; the window's title has it too
 constexpr int titleHeight = 18;
 constexpr int lineHeight = 13;
 constexpr QSize deselectSize(28, lineHeight);
@@ -66,7 +66,7 @@ HeaderTitle::HeaderTitle(DrawingContext& drawing, QWidget* parent)
     _title->setObjectName(QStringLiteral("title"));
     _recalled->setObjectName(QStringLiteral("recalled"));
     _state->setObjectName(QStringLiteral("state"));
-    // The state has its whole width before the name gets any.
+    // The state gets its full width before the name gets any.
     _state->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     _problems->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     _deselect->hide();
@@ -107,7 +107,7 @@ void HeaderTitle::setTexts(const QString& title, const QString& recalled, const 
     arrangeState();
 }
 
-/// Beside the name where both have room in one line.
+/// Beside the name if both fit on one line.
 void HeaderTitle::arrangeState() {
     const bool isAlone = _recalled->isHidden();
     const QString beside = isAlone ? _stateText : QStringLiteral("  ·  ") + _stateText;
@@ -119,7 +119,7 @@ void HeaderTitle::arrangeState() {
 }
 
 int HeaderTitle::neededWidth(HeaderFit) const {
-    // The place of the problems' key is kept, so that nothing moves under a hand when there are some.
+    // Room for the problems key is reserved, so that nothing moves under a hand when it appears.
     const int state = int(std::ceil(QFontMetricsF(_state->font()).horizontalAdvance(_stateText)));
     return Metrics::toGridUp(std::max({minTitleWidth, state, _problems->sizeHint().width()}));
 }

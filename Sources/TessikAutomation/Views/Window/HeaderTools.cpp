@@ -63,7 +63,7 @@ int HeaderTools::neededWidth(HeaderFit fit) const {
     return Metrics::toGridUp(std::max(lamps, PanelButton::widthOf(fit != HeaderFit::symbols)));
 }
 
-/// The lamps stand beside each other, and in a narrow header above each other.
+/// The lamps stand side by side or, in a narrow header, one above the other.
 void HeaderTools::setFit(HeaderFit fit) {
     const int width = neededWidth(fit);
     const bool isNarrow = fit == HeaderFit::symbols;

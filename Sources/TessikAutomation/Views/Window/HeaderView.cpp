@@ -35,7 +35,7 @@ void HeaderView::place(HeaderPart*& slot, HeaderPart* panel) {
     delete std::exchange(slot, panel);
     if (panel) {
         panel->setParent(this);
-        panel->stackUnder(_title); // the keyboard goes over it first
+        panel->stackUnder(_title); // for keyboard focus order
         panel->show();
     }
     layOut();

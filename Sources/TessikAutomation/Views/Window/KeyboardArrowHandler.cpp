@@ -18,12 +18,12 @@ bool isInList(const QWidget* part) {
     return part;
 }
 
-/// Whether what has the keyboard wants the key for itself.
+/// Whether the focused widget wants the key for itself.
 bool isTaken(int key, bool isLetter) {
     if (QApplication::activePopupWidget()) return true;
     const QWidget* focus = QApplication::focusWidget();
     if (!focus) return false;
-    if (focus->testAttribute(Qt::WA_InputMethodEnabled)) { // a text is edited
+    if (focus->testAttribute(Qt::WA_InputMethodEnabled)) { // text is being edited
         const auto* entry = qobject_cast<const EntryField*>(focus);
         return !(entry && entry->isWaiting() && isTapeKey(key));
     }
@@ -52,7 +52,7 @@ bool KeyboardArrowHandler::eventFilter(QObject* receiver, QEvent* event) {
                                                 : isTapeKey(key)        ? &onReturnToStart
                                                                         : nullptr;
     if (!action || !*action || isTaken(key, letter != letters.end())) return false;
-    // A key held down pages on, but does not play and stop in turn.
+    // A key held down keeps paging, but does not play and stop in turn.
     if (pages || !press.isAutoRepeat()) (*action)();
     return true;
 }

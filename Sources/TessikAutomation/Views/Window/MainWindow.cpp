@@ -28,7 +28,7 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
     _desk->setMinimumHeight(Metrics::minStripHeight + Metrics::railHeight);
     setMinimumWidth(Metrics::minWindowWidth);
     setWindowTitle(QStringLiteral("TessikAutomation"));
-    // No control has the keyboard before someone asks for one.
+    // No control has the keyboard focus until someone asks for one.
     central->setFocusPolicy(Qt::StrongFocus);
     central->setFocus();
 
@@ -61,7 +61,7 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
     applyTheme();
 }
 
-// The views draw with what the window holds, so they go first.
+// The views draw with what the window owns, so they go first.
 MainWindow::~MainWindow() {
     delete _settings.data();
     qDeleteAll(findChildren<QDockWidget*>(Qt::FindDirectChildrenOnly));

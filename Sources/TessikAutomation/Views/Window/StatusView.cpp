@@ -17,7 +17,7 @@ namespace {
 constexpr int besideText = 30; // the lamp, and margins
 
 QFont textFont(qreal scale) { return Type::font(10 * scale, QFont::Medium); }
-/// In pixels at that scale, with what stands beside it.
+/// In pixels at that scale, including what stands beside it.
 int widthOf(const QString& text, qreal scale) {
     return int(std::ceil(QFontMetricsF(textFont(scale)).horizontalAdvance(text) + besideText * scale)) + 1;
 }
@@ -87,7 +87,7 @@ void StatusView::paintEvent(QPaintEvent*) {
     const QFont font = textFont(canvas.scale);
     const QFontMetrics metrics(font);
     const auto [in, out] = paths();
-    // Half of the room each, unless one needs more and the other can give it.
+    // Half of the room each, unless one needs more and the other can spare it.
     const int room = canvas.px(width());
     const int least = widthOf(in.text, canvas.scale);
     const int most = room - widthOf(out.text, canvas.scale);
