@@ -10,22 +10,22 @@
 
 namespace tessik {
 
-/// One direction of a MIDI 1.0 cable: 31,250 baud, ten bits a byte (both from the MIDI 1.0 standard), with a buffer at
-/// its entrance that drops what does not fit, as an old interface's does.
+/// One direction of a MIDI 1.0 cable: 31,250 baud, ten bits a byte (both from the MIDI 1.0 standard), with an input
+/// buffer that drops what does not fit, like that of an old interface.
 class MIDICable {
 public:
     static constexpr Uptime byteTime = std::chrono::microseconds(320);
 
     explicit MIDICable(std::size_t bufferBytes) : _bufferBytes(bufferBytes) {}
 
-    /// Bytes that reach the entrance at `at`; times never run backwards.
+    /// Bytes that arrive at the input at `at`; times never run backwards.
     void feed(Uptime at, std::span<const std::uint8_t> bytes);
 
     struct Byte {
-        Uptime at; ///< when its last bit was through
+        Uptime at; ///< when its last bit had passed
         std::uint8_t value;
     };
-    /// The next byte that is through at `now`.
+    /// The next byte that has passed by `now`.
     std::optional<Byte> take(Uptime now);
 
     bool isIdle() const { return _inside.empty(); }
@@ -38,8 +38,8 @@ private:
     std::int64_t _dropped = 0;
 };
 
-/// Makes three-byte channel messages of a cable's bytes: running status, real-time bytes in between and System
-/// Exclusive messages included, the latter passed over.
+/// Extracts three-byte channel messages from a cable's bytes: handles running status and interleaved real-time bytes,
+/// and skips System Exclusive messages.
 class ChannelMessageParser {
 public:
     struct Message {

@@ -18,7 +18,7 @@ class RigCommands {
 public:
     RigCommands(SimulatedConsole& desk, SimulatedRecorder& recorder) : _desk(desk), _recorder(recorder) {}
 
-    /// Obeys one line. The answer: "ok", what was asked for, or "error: " and why; empty for an empty line.
+    /// Executes one line. Returns "ok", what was asked for, or "error: " and the reason; empty for an empty line.
     QString obey(const QString& line);
 
 private:

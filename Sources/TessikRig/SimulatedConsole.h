@@ -13,11 +13,11 @@
 namespace tessik {
 
 /// The rig's desk: 32 or 24 inputs, 8 groups and stereo, each with a physical fader that only a hand moves, a VCA that
-/// follows whoever moved last, hand or MIDI, and four switches. It is a device of its own at the far end of two
+/// follows whoever moved last, hand or MIDI, and four switches. It is a separate device at the far end of two
 /// 31,250-baud cables, a source and a destination named "Rig Console", and knows nothing of the program.
 ///
-/// It transmits what a hand does and, when a scene is recalled, everything; it echoes nothing unless told so. As desks
-/// of its time do, it marks what has changed and reads the value when the cable is free for it.
+/// It transmits what a hand does and, when a scene is recalled, everything; it echoes nothing unless told to. Like
+/// desks of its time, it marks what has changed and reads the value once the cable is free for it.
 class SimulatedConsole {
 public:
     static constexpr int sceneCount = 8;
@@ -31,9 +31,9 @@ public:
     static QString portName() { return QStringLiteral("Rig Console"); }
     /// The MIDI channel on which the desk sends and listens, 1 to 16; messages on any other are ignored.
     void setBasicChannel(int channel) { _basicChannel = channel; }
-    /// Whether it also transmits what MIDI has changed.
+    /// Whether it also transmits changes made by MIDI.
     void setEchoing(bool isEchoing) { _isEchoing = isEchoing; }
-    /// Whether what it transmits is lost on the way, as at an overrun.
+    /// Whether its transmissions are lost on the way, as in an overrun.
     void setLost(bool isLost) { _isLost = isLost; }
 
     // ---- what a hand does
@@ -56,13 +56,12 @@ public:
     /// True when neither cable carries anything.
     bool isQuiet() const { return _in.isIdle() && !_sending; }
 
-    /// Called when MIDI moved a fader's VCA, with the time at which the message was through the cable.
+    /// Called when MIDI moved a fader's VCA, with the time at which the message had passed the cable.
     std::function<void(Uptime at, ChannelKind kind, int value)> onVCAMoved;
     /// Called when anything that the desk holds has changed.
     std::function<void()> onChange;
 
-    /// Carries both cables on to the present. The desk's own timer calls it while they are busy; a test calls it
-    /// itself.
+    /// Advances both cables to the present. The desk's own timer calls it while they are busy; tests call it directly.
     void advance();
 
 private:
@@ -104,7 +103,7 @@ private:
     std::array<std::vector<Stored>, sceneCount> _scenes;
     MIDICable _in{inputBufferBytes};
     ChannelMessageParser _parser;
-    std::deque<int> _toTell; // controllers, each once
+    std::deque<int> _toTell; // controllers, once each
     struct Sending {
         int cc, value;
         Uptime doneAt;

@@ -16,22 +16,21 @@ struct RecorderSettings {
     std::uint8_t deviceID = 0; ///< 0 to 126
     bool answersAllCall = true;
     Uptime jitter{}; ///< a quarter frame leaves up to this much early or late, evenly distributed; under 4 ms
-    /// Quarter frames leave only at the ends of audio buffers of this length, as those of a computer do; 0 for any
-    /// time.
+    /// Quarter frames leave only at the ends of audio buffers of this length, as on a computer; 0 for any time.
     Uptime audioBuffer{};
-    Uptime slowStart{};       ///< until a tape that starts has reached its speed
+    Uptime slowStart{};       ///< until a starting tape has reached its speed
     bool tellsLocates = true; ///< by a full frame
     std::uint32_t seed = 1;
     double shuttleSpeed = 20; ///< of play
 };
 
-/// A hard-disk recorder on two cables, "Rig Recorder" each: obeys MIDI Machine Control and sends the MIDI Time Code of
-/// its tape. Located while it plays it plays on from there; while it shuttles it sends nothing.
+/// A hard-disk recorder on two cables, both named "Rig Recorder": obeys MIDI Machine Control and sends its tape's MIDI
+/// Time Code. Located during play it keeps playing from there; while it shuttles it sends nothing.
 ///
-/// Its keys and settings may be used from any thread; the timecode leaves from one thread, its own.
+/// Its keys and settings may be used from any thread; the timecode leaves from a single thread of its own.
 class SimulatedRecorder {
 public:
-    /// By a thread, to the uptime of the machine; or by `advance`, to whatever clock was given.
+    /// By a thread, on the machine's uptime; or by `advance`, on whatever clock was given.
     enum class Drive : std::uint8_t { thread, manual };
     enum class State : std::uint8_t { stopped, paused, playing, fastForwarding, rewinding };
 
@@ -48,19 +47,19 @@ public:
     void pause() { enter(State::paused); }
     void fastForward() { enter(State::fastForwarding); }
     void rewind() { enter(State::rewinding); }
-    void recordStrobe(); ///< rolls if it does not
+    void recordStrobe(); ///< starts rolling if it is not
     void recordExit();
     void locate(const TimecodePosition& label); ///< and tells where it went in a full frame
 
-    /// 1 is the tape's own speed; above 0.
+    /// 1 is the tape's own speed; must be above 0.
     void setSpeed(double speed);
-    void setRate(MTCFrameRate rate); ///< stops, and goes back to zero: it is another tape
+    void setRate(MTCFrameRate rate); ///< stops and returns to zero: it is another tape
     void setJitter(Uptime jitter);
-    /// From now on the tape is late by this much, for which it stands.
+    /// From now on the tape is late by this much, for which it stands still.
     void slip(Uptime delay);
-    /// Sends nothing for that long, while the tape rolls on.
+    /// Sends nothing for that long, while the tape keeps rolling.
     void dropOut(Uptime duration);
-    /// The next run of quarter frames tells another rate.
+    /// The next run of quarter frames gives another rate.
     void misreadRate();
 
     // ---- what it does
@@ -77,7 +76,7 @@ public:
     std::optional<Uptime> nextDeadline() const;
     /// Sends what is due.
     void advance(Uptime now);
-    /// Lets time go by on `clock`, the one given at construction, and sends everything on the dot.
+    /// Lets time pass on `clock`, the one given at construction, and sends everything exactly on time.
     void roll(ManualUptimeClock& clock, Uptime duration);
 
 private:

@@ -6,24 +6,24 @@
 
 namespace tessik {
 
-/// Arrival of a quarter frame: nanoseconds, and which one it is in a count that goes on.
+/// Arrival of a quarter frame: nanoseconds, and its number in a running count.
 struct Beat {
     double time = 0;
     std::int64_t count = 0;
 };
 
-/// Takes the jitter out of the arrivals of quarter frames: a second-order delay-locked loop, wide after a start and 1
-/// Hz later. It starts from the line through the last arrivals, and again where they no longer fit.
+/// Removes the jitter from the arrivals of quarter frames: a second-order delay-locked loop, wide after a start and 1
+/// Hz later. It starts from a line through the last arrivals, and starts again when they no longer fit.
 class BeatLoop {
 public:
     static constexpr int runsKept = 3; // of eight, the most that a start looks back on
 
-    /// Forgets the arrivals so far, not the period.
+    /// Forgets the arrivals so far but keeps the period.
     void forget() { _size = 0; }
     /// Remembers an arrival without following it.
     void note(const Beat& beat);
-    /// Begins to follow the arrivals remembered, at least one; their own period is taken from two runs or more, unless
-    /// it is to be kept.
+    /// Begins to follow the remembered arrivals, of which there must be at least one. Takes their own period if they
+    /// span two runs or more, unless it is to be kept.
     void start(bool keepsPeriod);
     /// Follows an arrival.
     void track(const Beat& beat);
@@ -36,7 +36,7 @@ public:
 private:
     struct Line {
         double time, period, deviation; // at the last beat; period and deviation in ns
-        int fitting;                    // beats that do not lie far from it
+        int fitting;                    // beats that are not far from it
     };
 
     std::span<const Beat> recent(int most) const;
@@ -44,18 +44,18 @@ private:
     Line lineThrough(std::span<const Beat> beats, bool keepsPeriod) const;
     void noteOutlier(const Beat& beat);
 
-    std::array<Beat, 8 * runsKept> _recent{}; // the newest last
+    std::array<Beat, 8 * runsKept> _recent{}; // newest last
     int _size = 0;
 
     double _period = 1e7;
-    double _time = 0; // when quarter frame `_count` was due, jitter taken out
+    double _time = 0; // when quarter frame `_count` was due, without jitter
     std::int64_t _count = 0;
     int _accepted = 0;     // quarter frames since the start
     double _widenedAt = 0; // the bandwidth narrows from here
     double _meanError = 0;
     double _variance = 0;
-    std::uint32_t _outliers = 0; // a bit for each of the last quarter frames, the lowest the newest
-    int _regularOutliers = 0;    // of these the last ones that keep step with each other
+    std::uint32_t _outliers = 0; // a bit for each of the last quarter frames, newest lowest
+    int _regularOutliers = 0;    // the latest of these that keep step with each other
 };
 
 } // namespace tessik

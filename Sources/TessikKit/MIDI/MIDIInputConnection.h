@@ -12,7 +12,7 @@
 
 namespace tessik {
 
-/// One system or channel-voice word, taken apart.
+/// One system or channel-voice word, decoded.
 struct MIDIWord {
     Uptime stamp;             ///< arrival
     std::uint8_t messageType; ///< 1 system, 2 MIDI 1.0 channel voice
@@ -21,21 +21,21 @@ struct MIDIWord {
     int data2;
 };
 
-/// A MIDI client with one input port, connected to at most one source, which it finds again when it comes back.
+/// A MIDI client with one input port, connected to at most one source, which it reconnects to when it comes back.
 ///
-/// Words and System Exclusive data go to handlers that run on the MIDI thread and do no more than filter; what matters
-/// they `submit`, and it reaches the task handler on the main thread, in order and with its stamp. Set the handlers
-/// before a source is selected. All else here is main-thread only; platform failures are logged and shown in
+/// Words and System Exclusive data go to handlers that run on the MIDI thread and only filter; they `submit` what
+/// matters, and it reaches the task handler on the main thread, in order and with its stamp. Set the handlers before
+/// selecting a source. Everything else here is main-thread only; platform failures are logged and shown in
 /// `statusText`, never thrown.
 class MIDIInputConnection {
 public:
     using WordHandler = std::function<void(const MIDIWord&)>;
-    /// Gets the data bytes of a whole message, without F0 and F7. One that is too long is dropped, the first one
+    /// Gets the data bytes of a whole message, without F0 and F7. Messages that are too long are dropped; the first is
     /// logged.
     using SysExHandler = std::function<void(Uptime stamp, std::span<const std::uint8_t> bytes)>;
     using TaskHandler = std::function<void(Uptime stamp, std::uint64_t payload)>;
 
-    /// Words of one packet beyond these are dropped, which bounds the work of a callback.
+    /// Further words of a packet are dropped, which bounds the work of a callback.
     static constexpr std::size_t maxPacketWords = 64;
     /// Payloads that may wait for the main thread.
     static constexpr int maxWaiting = 16'384;
@@ -47,26 +47,26 @@ public:
     void setSysExHandler(SysExHandler onSysEx) { _onSysEx = std::move(onSysEx); }
     /// Runs on the main thread for each payload submitted.
     void setTaskHandler(TaskHandler onTask) { _onTask = std::move(onTask); }
-    /// Runs on the main thread, in its place among the tasks, when the platform lost incoming data, and after the cable
-    /// was put back.
+    /// Runs on the main thread, in order with the tasks, when the platform lost incoming data, and after the cable was
+    /// restored.
     void setDataLostHandler(std::function<void()> onDataLost) { _onDataLost = std::move(onDataLost); }
 
-    /// Gets the number of payloads that gave way to newer ones, on the main thread and before these.
+    /// Gets the number of payloads replaced by newer ones, on the main thread and before those.
     void setOvertakenHandler(std::function<void(std::int64_t)> onOvertaken) { _onOvertaken = std::move(onOvertaken); }
     /// For the handlers, on the MIDI thread: has the task handler called with this. While `maxWaiting` wait, the latest
-    /// payload of a key takes the place of an older one, and a payload without a key is lost.
+    /// payload of a key replaces an older one, and a payload without a key is lost.
     void submit(Uptime stamp, std::uint64_t payload, std::optional<int> key = std::nullopt);
 
-    /// Enumerates the sources anew and reconnects the chosen one where it came back.
+    /// Lists the sources again and reconnects the chosen one if it came back.
     void refreshSources();
-    /// Connects to that source; none, or an id that is not listed, disconnects.
+    /// Connects to that source; none or an unlisted id disconnects.
     void selectSource(std::optional<std::int32_t> uniqueID);
-    /// `reconnecting`: the endpoint connected before is gone and is not disconnected.
+    /// `reconnecting`: the previous endpoint is gone, so it is not disconnected.
     void connect(const MIDISourceInfo& source, bool reconnecting);
-    /// Nothing happens while the chosen source is missing: the choice stays.
+    /// Does nothing while the chosen source is missing: the choice stays.
     void disconnect();
 
-    /// From the chosen source. What happens to it is not in `statusText`.
+    /// The cable from the chosen source. Its state is not in `statusText`.
     PortCable cable;
 
     const QString clientName;
@@ -80,10 +80,10 @@ public:
     QProperty<bool> connectedSourceWasRecentlyMissing{false};
     QProperty<QString> statusText{QStringLiteral("Not connected")};
     QProperty<std::int64_t> rawPacketListCount{0};      ///< event lists received
-    QProperty<std::int64_t> rawByteCount{0};            ///< 4 a word received
+    QProperty<std::int64_t> rawByteCount{0};            ///< 4 per word received
     QProperty<QString> lastRawHex{QStringLiteral("—")}; ///< the words of the last event list
-    QProperty<std::int64_t> dataLostCount{0};           ///< times that incoming data was lost
-    QProperty<std::int64_t> overtakenCount{0};          ///< payloads that gave way to newer ones
+    QProperty<std::int64_t> dataLostCount{0};           ///< how often incoming data was lost
+    QProperty<std::int64_t> overtakenCount{0};          ///< payloads replaced by newer ones
 
 private:
     enum class Kind : std::uint8_t { none, task, listCounters, dataLost, overflow };
@@ -94,14 +94,14 @@ private:
         QByteArray hex;            // of a list
     };
 
-    /// What came while the queue was full, to be taken by the entry that was its last.
+    /// What came while the queue was full, picked up by the entry that was its last.
     struct Overflow {
         struct Payload {
             int key;
             Uptime stamp;
             std::uint64_t payload;
         };
-        std::vector<Payload> latest; // of each key, in the order in which they came
+        std::vector<Payload> latest; // of each key, in order of arrival
         std::int64_t overtaken = 0;
         std::int64_t lost = 0;
         std::int64_t lists = 0, words = 0;
@@ -134,7 +134,7 @@ private:
     Waiting _tasksWaiting = 0;
     Waiting _listsWaiting = 0;
     std::atomic<bool> _isOverflowing = false; // set by the MIDI thread, cleared by the main one
-    std::mutex _overflowing;                  // guards what follows, and that clearing
+    std::mutex _overflowing;                  // guards the following, and that clearing
     Overflow _overflow;
     MainThreadQueue<Entry> _queue;
     QObject _notifications; // receives the setup notices on the main thread

@@ -15,8 +15,7 @@ public:
     ConsoleModel& consoleModel;
     MIDIInputConnection connection;
 
-    /// Called on the main thread for each Control Change, just before the model takes it; false keeps it from the
-    /// model.
+    /// Called on the main thread for each Control Change, just before the model gets it; false keeps it from the model.
     std::function<bool(Uptime stamp, int cc, int value)> onControlChange;
 
     /// Writes every Control Change to standard error as it arrives. Process-wide.

@@ -8,13 +8,13 @@
 
 namespace tessik {
 
-/// One port as the lists of the settings show it. The user's choice is remembered by `uniqueID` alone.
+/// One port as listed in the settings. The user's choice is remembered by `uniqueID` alone.
 struct MIDIPortInfo {
     std::int32_t uniqueID = 0;
     QString name;
     MIDIEndpointRef endpoint = 0;
     int ordinal = 0;
-    bool isAmbiguous = false; ///< it may have changed places with a port of the same name
+    bool isAmbiguous = false; ///< it may have swapped places with a port of the same name
 
     friend bool operator==(const MIDIPortInfo&, const MIDIPortInfo&) = default;
 };
@@ -22,7 +22,7 @@ struct MIDIPortInfo {
 using MIDISourceInfo = MIDIPortInfo;
 using MIDIDestinationInfo = MIDIPortInfo;
 
-/// An enumeration as a list to choose from: `nameless` stands in for a name and 0 for an id that cannot be read.
+/// An enumeration as a list to choose from: `nameless` replaces an unreadable name, 0 an unreadable id.
 inline std::vector<MIDIPortInfo> describePorts(const std::vector<MIDIEndpoint>& endpoints, const QString& nameless) {
     std::vector<MIDIPortInfo> ports;
     ports.reserve(endpoints.size());
@@ -32,7 +32,7 @@ inline std::vector<MIDIPortInfo> describePorts(const std::vector<MIDIEndpoint>& 
     return ports;
 }
 
-/// Their names, with a number behind those that would be equal.
+/// Their names, with a number appended to any that would be equal.
 inline QStringList distinctNames(const std::vector<MIDIPortInfo>& ports) {
     QStringList names;
     for (const MIDIPortInfo& port : ports) {
@@ -46,7 +46,7 @@ inline QStringList distinctNames(const std::vector<MIDIPortInfo>& ports) {
     return names;
 }
 
-/// The first port with that id; null where none has it.
+/// The first port with that id; null if there is none.
 inline const MIDIPortInfo* findPort(const std::vector<MIDIPortInfo>& ports, std::optional<std::int32_t> uniqueID) {
     const auto found =
         std::find_if(ports.begin(), ports.end(), [&](const MIDIPortInfo& port) { return port.uniqueID == uniqueID; });

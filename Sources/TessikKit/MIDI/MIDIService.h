@@ -13,19 +13,19 @@
 
 namespace tessik {
 
-/// Handles given out by a MIDI service. 0 is never a valid one.
+/// Handles given out by a MIDI service. 0 is never valid.
 using MIDIClientRef = std::uint32_t;
 using MIDIPortRef = std::uint32_t;
-/// A source or destination. A device that is plugged in again gets another handle under the same unique id.
+/// A source or destination. A device that is plugged in again gets a new handle under the same unique id.
 using MIDIEndpointRef = std::uint32_t;
 
-/// 0 for success; else the platform's own signed number.
+/// 0 for success, else the platform's own signed number.
 using MIDIStatus = std::int32_t;
-/// The service does not know the client, port or endpoint that it was given.
+/// The service does not know the given client, port or endpoint.
 inline constexpr MIDIStatus midiUnknownHandle = -10844;
 
-/// Universal MIDI Packet words of MIDI 1.0 protocol that arrived together. Message types used: 1 system common and
-/// real time, 2 channel voice, 3 System Exclusive (two words: data bytes only, without F0 and F7).
+/// Universal MIDI Packet words in MIDI 1.0 protocol that arrived together. Message types used: 1 system common and real
+/// time, 2 channel voice, 3 System Exclusive (two words: data bytes only, without F0 and F7).
 struct MIDIEventPacket {
     Uptime stamp; ///< arrival
     std::span<const std::uint32_t> words;
@@ -34,22 +34,22 @@ struct MIDIEventPacket {
 /// What one call of a receive block delivers.
 struct MIDIEventList {
     std::span<const MIDIEventPacket> packets;
-    /// Data was lost before the first packet: whoever assembles messages from pieces starts afresh.
+    /// Data was lost before the first packet: discard any partial message.
     bool dataLost = false;
 };
 
-/// Runs on a thread of the service, never on two at once for one port.
+/// Runs on one of the service's threads, never concurrently for one port.
 using MIDIReceiveBlock = std::function<void(const MIDIEventList&)>;
-/// Something in the MIDI setup changed. Runs on a thread of the service.
+/// Something in the MIDI setup changed. Runs on one of the service's threads.
 using MIDINotifyBlock = std::function<void()>;
 
 /// One entry of an enumeration.
 struct MIDIEndpoint {
     MIDIEndpointRef ref = 0;
-    std::optional<std::int32_t> uniqueID; ///< persistent; none where the platform cannot tell
+    std::optional<std::int32_t> uniqueID; ///< persistent; none if the platform cannot tell
     std::optional<QString> displayName;
-    int ordinal = 0;          ///< among ports of equal names; it belongs to the id
-    bool isAmbiguous = false; ///< which of ports of equal names it is cannot be told: they may have changed places
+    int ordinal = 0;          ///< among ports of equal names; part of the id
+    bool isAmbiguous = false; ///< it may have swapped places with another port of the same name
 };
 
 /// The platform's MIDI system: clients with ports, connected to sources and sending to destinations.
@@ -59,8 +59,8 @@ public:
     virtual ~MIDIService() = default;
 
     virtual MIDIStatus createClient(const QString& name, MIDINotifyBlock notify, MIDIClientRef& client) = 0;
-    /// Ends the client with its ports, virtual endpoints and connections. When it returns, none of its blocks runs
-    /// or will run. An unknown client is ignored.
+    /// Ends the client with its ports, virtual endpoints and connections. Once it returns, none of its blocks runs or
+    /// will run. Ignores an unknown client.
     virtual void disposeClient(MIDIClientRef client) = 0;
 
     virtual MIDIStatus createInputPort(MIDIClientRef client, const QString& name, MIDIReceiveBlock receive,
@@ -72,29 +72,29 @@ public:
 
     virtual MIDIStatus connectSource(MIDIPortRef inputPort, MIDIEndpointRef source) = 0;
     virtual MIDIStatus disconnectSource(MIDIPortRef inputPort, MIDIEndpointRef source) = 0;
-    /// Readies a port for sending to one destination, in the place of another; 0 only lets that go.
+    /// Prepares a port for sending to one destination, replacing any other; 0 only releases that.
     virtual MIDIStatus connectDestination(MIDIPortRef outputPort, MIDIEndpointRef destination) = 0;
-    /// Whether what was connected still is: other programs may have undone it.
+    /// Whether a connection still exists: other programs may have removed it.
     virtual bool isConnected(MIDIPortRef port, MIDIEndpointRef endpoint) const = 0;
 
-    /// Sends whole messages, in order, without blocking. On any status but 0 nothing of this call can be relied on to
-    /// have gone out; `midiWouldBlock` asks to try again later.
+    /// Sends whole messages, in order, without blocking. On any status but 0, assume nothing of this call to have gone
+    /// out; `midiWouldBlock` asks to try again later.
     virtual MIDIStatus send(MIDIPortRef outputPort, MIDIEndpointRef destination,
                             std::span<const std::uint32_t> words) = 0;
 
-    /// Endpoints that others see, as a device's own ports are; for the rig.
+    /// Endpoints visible to others, like a device's own ports; for the rig.
     virtual MIDIStatus createSource(MIDIClientRef client, const QString& name, MIDIEndpointRef& source) = 0;
     virtual MIDIStatus createDestination(MIDIClientRef client, const QString& name, MIDIReceiveBlock receive,
                                          MIDIEndpointRef& destination) = 0;
-    /// Hands words from an own source to everyone connected to it. Callable from any one thread a source.
+    /// Passes words from a source of ours to everyone connected to it. Callable from one thread per source.
     virtual MIDIStatus transmit(MIDIEndpointRef source, std::span<const std::uint32_t> words) = 0;
 };
 
-/// The receiver is not keeping up; what was sent is still owed.
+/// The receiver cannot keep up; what was sent is still owed.
 inline constexpr MIDIStatus midiWouldBlock = -11;
-/// Another program holds the port for itself alone.
+/// Another program holds the port exclusively.
 inline constexpr MIDIStatus midiPortHeld = -16;
-/// Another program has taken the connection out.
+/// Another program has removed the connection.
 inline constexpr MIDIStatus midiNotConnected = -107;
 
 } // namespace tessik

@@ -8,8 +8,8 @@
 
 namespace tessik {
 
-/// Building and taking apart the 32-bit words in which MIDI 1.0 messages travel (Universal MIDI Packet format,
-/// M2-104-UM: message type in the top four bits, group 0 in the next four).
+/// Builds and decodes the 32-bit words in which MIDI 1.0 messages travel (Universal MIDI Packet format, M2-104-UM:
+/// message type in the top four bits, group 0 in the next four).
 namespace MIDIWords {
 
 /// A channel-voice word: `status` 0x80 to 0xEF.
@@ -48,7 +48,7 @@ struct SysExBytes {
     constexpr const std::uint8_t* end() const { return data.data() + count; }
 };
 
-/// The bytes of one message on a MIDI 1.0 cable, of a word of type 1 or 2, appended to `bytes`; none for other types.
+/// Appends to `bytes` one message as on a MIDI 1.0 cable, from a word of type 1 or 2; nothing for other types.
 void appendBytes(std::vector<std::uint8_t>& bytes, std::uint32_t word);
 
 } // namespace MIDIWords

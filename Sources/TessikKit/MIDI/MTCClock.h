@@ -30,9 +30,9 @@ public:
     bool isTelling() const { return _lock.isTelling(); }
     /// The rate of these answers.
     std::optional<MTCFrameRate> rate() const { return _lock.rate(); }
-    /// Arrival of the last quarter frame, whatever it held; kept when timecode stops.
+    /// Arrival of the last quarter frame, whatever its content; kept when timecode stops.
     Uptime lastQuarterFrameStamp() const { return _lastQuarterFrameStamp; }
-    /// Arrival of the last one that left no doubt where the tape is; kept when timecode stops.
+    /// Arrival of the last one that left no doubt about the tape's position; kept when timecode stops.
     Uptime toldUntil() const { return _toldUntil; }
     /// Arrival of the first one after the last silence.
     Uptime quarterFramesSince() const { return _quarterFramesSince; }

@@ -11,11 +11,11 @@
 
 namespace tessik {
 
-/// Carries entries of one MIDI thread to the main thread, in order and without locks or an event for each. A thousand
+/// Carries entries from one MIDI thread to the main thread, in order, without locks or an event for each. A thousand
 /// waiting entries cost one posted event; the main thread takes them in slices of at most 2 ms and paints in between.
 ///
-/// `push` is for one producer thread at a time; everything else is the main thread's. Once the queue is gone, so are
-/// its posted events.
+/// Only one producer thread at a time may `push`; everything else belongs to the main thread. Destroying the queue
+/// removes its posted events.
 template <typename Entry>
 class MainThreadQueue {
 public:
@@ -41,7 +41,7 @@ public:
         if (!_wakeupPosted.exchange(true)) post();
     }
 
-    /// Runs what waits, for at most `slice`, and comes back by itself for the rest.
+    /// Runs what is waiting, for at most `slice`, and schedules itself for the rest.
     void drain(std::chrono::nanoseconds slice = std::chrono::milliseconds(2)) {
         const auto end = std::chrono::steady_clock::now() + slice;
         _wakeupPosted.store(false);

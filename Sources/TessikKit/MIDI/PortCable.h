@@ -10,7 +10,7 @@ namespace tessik {
 /// that port to itself, and others may remove it, as patch bays do: then it is restored once. Main thread only.
 class PortCable {
 public:
-    /// `connect` makes the connection, `isConnected` tells whether it is still there.
+    /// `connect` makes the connection, `isConnected` tells whether it still exists.
     PortCable(std::function<MIDIStatus(MIDIEndpointRef)> connect, std::function<bool(MIDIEndpointRef)> isConnected)
         : _connect(std::move(connect)), _isConnected(std::move(isConnected)) {}
 
@@ -20,8 +20,8 @@ public:
     /// After any setup change: whether it must be made again, because it was refused or removed.
     bool isDue();
 
-    QProperty<MIDIStatus> refusal{0}; ///< why the last attempt failed; 0 where it did not
-    QProperty<bool> isCut{false};     ///< taken out again after it was put back
+    QProperty<MIDIStatus> refusal{0}; ///< why the last attempt failed; 0 if it did not
+    QProperty<bool> isCut{false};     ///< removed again after it was restored
 
 private:
     const std::function<MIDIStatus(MIDIEndpointRef)> _connect;

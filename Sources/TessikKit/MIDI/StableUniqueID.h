@@ -8,15 +8,15 @@ namespace tessik {
 
 enum class PortDirection : std::uint8_t { source, destination };
 
-/// A port's id, made of what stays the same between boots and replugs: its direction, its client's and its own name
-/// and, only to tell ports of equal names apart, `ordinal` (0 for the first). FNV-1a, folded to a signed number, never
+/// A port's id, derived from what stays the same across boots and replugs: its direction, its client's and its own name
+/// and, only to distinguish ports of equal names, `ordinal` (0 for the first). FNV-1a, folded to a signed number, never
 /// 0.
 inline std::int32_t stableUniqueID(PortDirection direction, const QString& client, const QString& port, int ordinal) {
     std::uint32_t hash = 2166136261u;
     const auto mix = [&hash](const QByteArray& bytes) {
         for (const char byte : bytes)
             hash = (hash ^ std::uint8_t(byte)) * 16777619u;
-        hash = (hash ^ 0xFFu) * 16777619u; // no UTF-8 text holds 0xFF: it ends one part and begins the next
+        hash = (hash ^ 0xFFu) * 16777619u; // never in UTF-8 text: separates the parts
     };
     mix(direction == PortDirection::source ? "source" : "destination");
     mix(client.toUtf8());

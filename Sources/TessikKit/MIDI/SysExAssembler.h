@@ -8,16 +8,16 @@
 
 namespace tessik {
 
-/// Puts System Exclusive messages together from type-3 word pairs.
+/// Assembles System Exclusive messages from type-3 word pairs.
 class SysExAssembler {
 public:
-    /// A longer message is dropped.
+    /// Longer messages are dropped.
     static constexpr std::size_t maxBytes = 64 * 1024;
 
-    /// Takes one pair. Returns the data bytes of the message that it completes, without F0 and F7 and valid until the
-    /// next call; none while it completes none.
+    /// Takes one pair. Returns the data bytes of the message that it completes, without F0 and F7, valid until the next
+    /// call; none if it completes none.
     std::optional<std::span<const std::uint8_t>> take(std::uint32_t first, std::uint32_t second);
-    /// Forgets what has come of an unfinished message.
+    /// Forgets an unfinished message.
     void reset() { _gathered.clear(); }
     /// Messages dropped for their length.
     std::int64_t droppedCount() const { return _dropped; }

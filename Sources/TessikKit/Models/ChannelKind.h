@@ -6,13 +6,13 @@
 
 namespace tessik {
 
-/// How many channels of each kind the console has at most, whatever its size.
+/// The most channels of each kind that a console of any size has.
 inline constexpr int maxInputs = 32;
 inline constexpr int groupCount = 8;
 inline constexpr int channelCount = maxInputs + groupCount + 1;
 
-/// The identity of one automatable channel: an input strip (1 to 32), a group (1 to 8) or the stereo master.
-/// A number outside its range is a valid identity that names no channel.
+/// The identity of one automatable channel: an input strip (1 to 32), a group (1 to 8) or the stereo master. A number
+/// out of range is a valid identity that names no channel.
 class ChannelKind {
 public:
     enum class Case : std::uint8_t { input, group, stereo };

@@ -10,7 +10,7 @@
 
 namespace tessik {
 
-/// The four switches of a channel that the console sends and understands over MIDI.
+/// The four switches of a channel that the console transmits and obeys over MIDI.
 struct ChannelSwitches {
     bool monMuted = false;  ///< monitor (in-line) mute
     bool auxMuted = false;  ///< aux-send mute
@@ -20,8 +20,8 @@ struct ChannelSwitches {
     friend bool operator==(const ChannelSwitches&, const ChannelSwitches&) = default;
 };
 
-/// The live state of one channel. Made once by the console model and never replaced, so others may hold on to it.
-/// Every field may be written by whoever knows better: a message from the desk, playback, recall, the screen.
+/// The live state of one channel. Created once by the console model and never replaced, so others may keep a reference.
+/// Any field may be written by whoever knows better: a message from the desk, playback, recall, the screen.
 class ChannelState {
 public:
     explicit ChannelState(ChannelKind channelKind)
@@ -38,7 +38,7 @@ public:
     QProperty<bool> chanMuted{false};
     /// When this channel's state last became known; the distant past means never.
     QProperty<Uptime> lastUpdate{distantPast};
-    /// The fader value that the physical fader should be brought to.
+    /// The fader value to which the physical fader should be moved.
     QProperty<std::optional<int>> nullTarget{std::nullopt};
 
     double normalizedFader() const { return faderValue.value() / 127.0; }
@@ -54,12 +54,12 @@ public:
         none,      ///< no NULL target
         needsUp,   ///< the fader is below its target
         needsDown, ///< the fader is above its target
-        matched    ///< within half a decibel of its target; within 2 steps where either end is off
+        matched    ///< within half a decibel of its target; within 2 steps if either end is off
     };
     static constexpr std::array allNullMatches{NullMatch::none, NullMatch::needsUp, NullMatch::needsDown,
                                                NullMatch::matched};
-    /// Which way a hand must move the fader. Compared in decibels, because a step is several of them at the bottom
-    /// of the travel and a fraction of one at unity.
+    /// Which way a hand must move the fader. Compared in decibels, because a step is several of them at the bottom of
+    /// the travel and a fraction of one at unity.
     NullMatch nullMatch() const;
     static NullMatch nullMatch(int fader, int target);
 };

@@ -16,7 +16,7 @@ enum class ChangeOrigin : std::uint8_t {
 
 /// One change of a fader or of a channel's four switches, named by the controller that carries it on the cable.
 struct ConsoleChange {
-    Uptime stamp; ///< arrival of the message; for others, when it was made
+    Uptime stamp; ///< arrival of the message, or when the change was made
     int cc;       ///< fader or switch controller of a channel
     int value;    ///< 0 to 127; a switch byte for a switch controller
     ChangeOrigin origin;

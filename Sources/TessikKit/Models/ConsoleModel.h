@@ -12,8 +12,8 @@
 
 namespace tessik {
 
-/// The mirror of the automatable part of the console: 32 inputs, 8 groups and the stereo master, whatever its size.
-/// Main thread only.
+/// The mirror of the console's automatable part: 32 inputs, 8 groups and the stereo master, whatever its size. Main
+/// thread only.
 class ConsoleModel {
 public:
     /// The two console sizes. A size only decides which inputs are shown.
@@ -38,11 +38,11 @@ public:
     ChannelState* channelOf(int cc) const;
     /// The inputs that the size shows.
     Channels visibleInputs() const;
-    /// Visible inputs, groups, stereo: the order of everything that walks all channels.
+    /// Visible inputs, groups, stereo: the order of everything that goes through all channels.
     Channels allVisibleChannels() const;
     bool isVisible(const ChannelState& channel) const;
 
-    QProperty<std::int64_t> messageCount{0}; ///< Control Changes handed over, understood or not
+    QProperty<std::int64_t> messageCount{0}; ///< Control Changes received, understood or not
     QProperty<QString> lastMessage{QStringLiteral("No MIDI received yet")};
 
     // ---- What happens to the console. `cc` and `value` are 0 to 127; a controller of no channel is ignored.
@@ -76,8 +76,8 @@ public:
     };
     /// Oldest first.
     const std::deque<RecentFader>& recentFaderChannelIDs() const { return _recentFaders; }
-    /// True while the console transmits its whole state: 16 different faders reported within half a second.
-    /// Ends with the first fader message after half a second of silence.
+    /// True while the console transmits its whole state: 16 different faders reported within half a second. Ends with
+    /// the first fader message after half a second of silence.
     QProperty<bool> isReceivingStateDump{false};
     QProperty<Uptime> lastFaderMessageAt{distantPast};
 
@@ -92,7 +92,7 @@ private:
     Channels _inputs;
     Channels _groups;
     std::deque<RecentFader> _recentFaders;
-    std::unordered_map<QString, int> _recentCounts; // entries of _recentFaders a channel id, none of them 0
+    std::unordered_map<QString, int> _recentCounts; // entries in _recentFaders per channel id, never 0
 };
 
 } // namespace tessik

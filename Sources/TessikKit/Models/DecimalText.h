@@ -4,8 +4,8 @@
 
 namespace tessik {
 
-/// A number with `decimals` digits after its point, as "%.*f" of C writes it in every locale: what lies just between
-/// two goes to the even one, which Qt's own formatting does not do.
+/// A number with `decimals` digits after the point, as C's "%.*f" writes it, in every locale: exact ties round to even,
+/// unlike Qt's own formatting.
 QString decimalText(double value, int decimals);
 
 } // namespace tessik

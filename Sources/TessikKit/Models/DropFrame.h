@@ -20,7 +20,7 @@ constexpr std::int64_t frameOfLabel(std::int64_t label) {
 
 constexpr std::int64_t labelOfFrame(std::int64_t frame) {
     const std::int64_t tens = frame / framesPerTenMinutes;
-    const std::int64_t rest = frame % framesPerTenMinutes; // its first minute is a whole one
+    const std::int64_t rest = frame % framesPerTenMinutes; // its first minute is a full one
     return frame + 2 * (9 * tens + std::max<std::int64_t>(0, (rest - 2) / framesPerMinute));
 }
 

@@ -7,7 +7,7 @@
 
 namespace tessik {
 
-/// The console's fader law: its 7-bit fader value in decibels.
+/// The console's fader law: from its 7-bit fader value to decibels.
 namespace FaderDBCalibration {
 
 struct Point {
@@ -15,7 +15,7 @@ struct Point {
     double decibels; ///< dB relative to unity
 };
 
-/// The measured law, ascending; between two points it is linear.
+/// The measured law, ascending; linear between two points.
 inline constexpr std::array<Point, 12> referencePoints{{{1, -60.0},
                                                         {5, -50.0},
                                                         {9, -40.0},

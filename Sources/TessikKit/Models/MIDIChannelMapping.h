@@ -8,14 +8,14 @@
 
 namespace tessik {
 
-/// The console's Control Change map, both ways. Faders: CC 0-31 inputs, 32-39 groups, 48 stereo. Switch bytes: the
-/// same plus 64. CC 40-47 and 104-111 are transmitted by the console with no documented meaning and stay unmapped.
+/// The console's Control Change map, both ways. Faders: CC 0-31 inputs, 32-39 groups, 48 stereo. Switch bytes: the same
+/// plus 64. The console transmits CC 40-47 and 104-111 with no documented meaning; they stay unmapped.
 namespace MIDIChannelMapping {
 
 inline constexpr int controllerCount = 128;
 inline constexpr int switchCCOffset = 64;
 
-/// The controller of a channel's fader. Callers pass only channels that exist.
+/// The controller of a channel's fader. Pass only channels that exist.
 constexpr int faderCC(ChannelKind kind) {
     switch (kind.kind()) {
     case ChannelKind::Case::input: return int(kind.number()) - 1;
@@ -25,7 +25,7 @@ constexpr int faderCC(ChannelKind kind) {
     return 48;
 }
 
-/// The controller of a channel's switch byte. Callers pass only channels that exist.
+/// The controller of a channel's switch byte. Pass only channels that exist.
 constexpr int switchCC(ChannelKind kind) { return faderCC(kind) + switchCCOffset; }
 
 /// The channel whose fader a controller carries.
@@ -51,7 +51,7 @@ constexpr ChannelSwitches decodeSwitchByte(std::uint8_t byte) {
     return {.monMuted = !(byte & 1), .auxMuted = !(byte & 2), .eqOn = !(byte & 4), .chanMuted = !(byte & 32)};
 }
 
-/// A channel's fader or switch byte, as its controller carries it.
+/// A channel's fader or switch byte, as carried by its controller.
 inline int controllerValue(const ChannelState& channel, int cc) {
     return cc < switchCCOffset ? channel.faderValue.value() : encodeSwitchByte(channel.switches());
 }

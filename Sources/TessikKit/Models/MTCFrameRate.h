@@ -7,10 +7,10 @@
 
 namespace tessik {
 
-/// The rate of a timecode; the number is the two-bit code that MIDI Time Code carries and that files hold.
+/// The rate of a timecode; the number is the two-bit code used in MIDI Time Code and in files.
 enum class MTCFrameRate : std::uint8_t { fps24 = 0, fps25 = 1, fps30Drop = 2, fps30 = 3 };
 
-/// None for any number but 0 to 3.
+/// None for any number other than 0 to 3.
 constexpr std::optional<MTCFrameRate> mtcFrameRateFromRawValue(std::int64_t raw) {
     return raw >= 0 && raw <= 3 ? std::optional(MTCFrameRate(raw)) : std::nullopt;
 }

@@ -16,12 +16,12 @@ struct TimecodePosition {
     std::int64_t seconds = 0;
     std::int64_t frames = 0;
 
-    /// The label of a frame count; a negative count is taken as 0.
+    /// The label of a frame count; a negative count is treated as 0.
     static TimecodePosition fromTotalFrames(MTCFrameRate rate, std::int64_t totalFrames);
 
     /// Frames since 00:00:00:00. An overflow stops the program, here and in `addFrames`.
     std::int64_t totalFrames() const;
-    /// Moves by `n` frames, back where negative but never below 0, and leaves every field in its range.
+    /// Moves by `n` frames, backwards if negative but never below 0, and leaves every field in range.
     void addFrames(std::int64_t n);
 
     /// The same label with its hours wrapped at 24, as a machine expects it.

@@ -10,7 +10,7 @@ using Uptime = std::chrono::nanoseconds;
 /// Earlier than every real time by at least a century, and far enough from the ends of the type to be subtracted.
 inline constexpr Uptime distantPast = -std::chrono::hours(24 * 365 * 100);
 
-/// Where the time comes from. Everything that measures time is given one, so that a test can play an hour in a second.
+/// The source of time. Everything that measures time is given one, so that a test can play an hour in a second.
 class UptimeClock {
 public:
     virtual ~UptimeClock() = default;

@@ -5,7 +5,7 @@
 
 namespace tessik {
 
-/// One client of the service: its ports, and what each does with the events that come in.
+/// One client of the service: its ports, and what each does with incoming events.
 class ALSAClient final : private SequencerListener {
 public:
     /// Null on failure, with the reason in `status`.
@@ -20,23 +20,23 @@ public:
     int createReceivingPort(const QString& name, MIDIReceiveBlock receive);
     int createSendingPort(const QString& name);
 
-    /// `midiUnknownHandle` for other ports than the receiving ones.
+    /// `midiUnknownHandle` for anything but a receiving port.
     MIDIStatus connect(std::uint8_t port, SequencerAddress source);
     MIDIStatus disconnect(std::uint8_t port, SequencerAddress source);
-    /// What a sending port is subscribed to.
+    /// The destination that a sending port is subscribed to.
     struct Subscription {
         MIDIEndpointRef destination = 0; // 0 for nothing
         SequencerAddress receiver;
     };
-    /// Subscribes a sending port to one destination or to none, in the place of another: hardware hears none but those
-    /// subscribed to it. `midiUnknownHandle` for other ports than the sending ones.
+    /// Subscribes a sending port to one destination or to none, replacing any other: hardware only hears ports
+    /// subscribed to it. `midiUnknownHandle` for anything but a sending port.
     MIDIStatus subscribe(std::uint8_t port, Subscription wanted);
-    /// Whether an own port is subscribed to that one, or that one to it.
+    /// Whether a port of ours is subscribed to that one, or that one to ours.
     bool isConnected(std::uint8_t port, SequencerAddress other) const {
         return _receivers.contains(port) ? _sequencer->isSubscribed(other, address(port))
                                          : _sequencer->isSubscribed(address(port), other);
     }
-    /// Sends to one destination, subscribing to it first where that is another than before.
+    /// Sends to one destination, subscribing to it first if it is not the previous one.
     MIDIStatus send(std::uint8_t port, MIDIEndpointRef destination, SequencerAddress receiver,
                     std::span<const std::uint32_t> words);
     /// Sends to everyone subscribed to the port. Any thread.
@@ -48,7 +48,7 @@ private:
     struct Receiver {
         MIDIReceiveBlock receive;
         EventDecoder decoder;
-        std::vector<std::uint32_t> words; // of the batch under way
+        std::vector<std::uint32_t> words; // of the current batch
     };
 
     explicit ALSAClient(std::unique_ptr<SequencerClient> sequencer) : _sequencer(std::move(sequencer)) {}
@@ -59,7 +59,7 @@ private:
     std::unique_ptr<SequencerClient> _sequencer;
     std::mutex _mutex; // the client's thread holds it while a receive block runs
     std::map<std::uint8_t, Receiver> _receivers;
-    Uptime _stamp{}; // of the batch under way
+    Uptime _stamp{}; // of the current batch
 
     std::map<std::uint8_t, Subscription> _subscriptions; // by sending port; main thread
 };

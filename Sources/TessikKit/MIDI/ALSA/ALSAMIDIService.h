@@ -10,15 +10,15 @@ namespace tessik {
 class ALSAClient;
 class PortWatcher;
 
-/// MIDI by the ALSA sequencer. A client is a client of the sequencer, with a pool and a thread of its own, so that a
-/// flood at one loses nothing of another; statuses are errno values below 0. Ports of this process are not listed.
-/// Where the sequencer cannot be opened, everything fails with the reason and the lists are empty.
+/// MIDI by the ALSA sequencer. Each client is a sequencer client with its own pool and thread, so that a flood at one
+/// loses nothing of another; statuses are errno values below 0. Ports of this process are not listed. If the sequencer
+/// cannot be opened, everything fails with the reason and the lists are empty.
 class ALSAMIDIService final : public MIDIService {
 public:
     ALSAMIDIService();
     ~ALSAMIDIService() override;
 
-    /// Why the sequencer cannot be opened, as "/dev/snd/seq: No such file or directory"; none where it can.
+    /// Why the sequencer cannot be opened, for example "/dev/snd/seq: No such file or directory"; none if it can.
     static std::optional<QString> problem();
 
     MIDIStatus createClient(const QString& name, MIDINotifyBlock notify, MIDIClientRef& client) override;

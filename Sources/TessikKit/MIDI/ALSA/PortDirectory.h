@@ -8,7 +8,7 @@
 
 namespace tessik {
 
-/// The address of a port in the sequencer. Numbers of clients are given out anew to whoever comes next.
+/// The address of a port in the sequencer. Client numbers are reused.
 struct SequencerAddress {
     std::uint8_t client = 0;
     std::uint8_t port = 0;
@@ -16,16 +16,16 @@ struct SequencerAddress {
     friend auto operator<=>(const SequencerAddress&, const SequencerAddress&) = default;
 };
 
-/// What tells a device from its equals; empty where the system knows nothing.
+/// What distinguishes a device from others like it; empty if the system knows nothing.
 struct DeviceIdentity {
-    QString socket; ///< where it is plugged in, as "usb-0000:00:14.0-2"
-    QString serial; ///< its number, which some makers give to every one
+    QString socket; ///< where it is plugged in, such as "usb-0000:00:14.0-2"
+    QString serial; ///< its serial number, which some makers reuse for every unit
 
     bool isKnown() const { return !socket.isEmpty() || !serial.isEmpty(); }
     friend bool operator==(const DeviceIdentity&, const DeviceIdentity&) = default;
 };
 
-/// What the sequencer tells of one port.
+/// What the sequencer reports about one port.
 struct SequencerPort {
     SequencerAddress address;
     QString clientName;
@@ -35,19 +35,19 @@ struct SequencerPort {
     DeviceIdentity device;
 };
 
-/// Keeps apart the sequencer's ports over time: hands out their endpoint handles and unique ids.
+/// Tells the sequencer's ports apart over time: hands out their endpoint handles and unique ids.
 ///
-/// A handle holds the address and a generation that rises with every going there, so that a device plugged in again
-/// looks new and an old handle never reaches it, also where both announcements meet one enumeration. A coming need not
-/// raise it, and one announced late does not make a port new that an enumeration has found already. A unique id is of
-/// the names; ports of equal names get ordinals that they keep as long as they live, and get back where the device
-/// tells who it is.
+/// A handle holds the address and a generation that rises each time something there goes away, so that a device plugged
+/// in again looks new and an old handle never reaches it, even if one enumeration covers both announcements. An arrival
+/// need not raise it, and one announced late does not make a port new that an enumeration has already found. A unique
+/// id is derived from the names; ports with equal names get ordinals that they keep as long as they live, and get back
+/// if the device identifies itself.
 class PortDirectory {
 public:
     /// Ports of `ownProcessID` are not listed.
     explicit PortDirectory(int ownProcessID) : _ownProcessID(ownProcessID) {}
 
-    /// What the announcements say.
+    /// What was announced.
     void portExited(SequencerAddress address);
     void clientExited(std::uint8_t client);
     /// Announcements were lost: any port may have come and gone.
@@ -55,10 +55,10 @@ public:
 
     /// The endpoints among all the ports `present`, in their order.
     std::vector<MIDIEndpoint> list(PortDirection direction, const std::vector<SequencerPort>& present);
-    /// The address of a handle given out; none after anything went there.
+    /// The address behind a handle; none once anything went away there.
     std::optional<SequencerAddress> resolve(MIDIEndpointRef endpoint) const;
 
-    /// The port's name, preceded by the client's where it does not begin with it.
+    /// The port's name, preceded by the client's unless it begins with it.
     static QString displayName(const QString& clientName, const QString& portName);
 
 private:
@@ -79,7 +79,7 @@ private:
 
     const int _ownProcessID;
     std::map<SequencerAddress, Identity> _living;
-    std::map<Names, std::vector<DeviceIdentity>> _devices; // that had each ordinal last
+    std::map<Names, std::vector<DeviceIdentity>> _devices; // the last to have each ordinal
     // A generation is the sum of these: each only rises, and so does the sum.
     std::map<SequencerAddress, std::uint32_t> _portExits;
     std::array<std::uint32_t, 256> _clientExits{};

@@ -7,7 +7,7 @@ namespace tessik {
 /// Follows which ports the sequencer has, by its announcements, and knows their handles and ids. Any thread.
 class PortWatcher final : private SequencerListener {
 public:
-    /// `onChange` runs on the watcher's thread: once for all announcements that come within 20 ms.
+    /// `onChange` runs on the watcher's thread, once for all announcements within 20 ms.
     explicit PortWatcher(std::function<void()> onChange);
     ~PortWatcher();
 
@@ -23,8 +23,8 @@ private:
 
     const std::function<void()> _onChange;
     mutable std::mutex _mutex;
-    mutable PortDirectory _directory; // learns at each enumeration
-    bool _changed = false;            // the watcher's thread only
+    mutable PortDirectory _directory; // updated by each enumeration
+    bool _changed = false;            // watcher's thread only
     MIDIStatus _status = 0;
     std::unique_ptr<SequencerClient> _client;
 };

@@ -9,13 +9,13 @@
 
 namespace tessik {
 
-/// Gets what a sequencer client receives, on the thread of that client.
+/// Gets what a sequencer client receives, on that client's thread.
 class SequencerListener {
 public:
     virtual void receive(const snd_seq_event_t& event, Uptime stamp) = 0;
-    /// Everything that waited before what comes next was lost.
+    /// Everything that was waiting before what comes next was lost.
     virtual void receiveOverrun() = 0;
-    /// The events received since the last call are all that waited.
+    /// The events received since the last call are all that was waiting.
     virtual void endBatch() = 0;
 
 protected:
@@ -31,7 +31,7 @@ public:
     SequencerClient(const SequencerClient&) = delete;
     SequencerClient& operator=(const SequencerClient&) = delete;
 
-    /// Starts reading. After something arrived, `settle` is waited for more before it is read.
+    /// Starts reading. When something has arrived, waits `settle` for more before reading it.
     MIDIStatus start(SequencerListener& listener, std::chrono::milliseconds settle = {});
     /// Ends reading: when it returns, the listener is not and will not be called.
     void stop();
@@ -39,8 +39,8 @@ public:
     std::uint8_t number() const { return _number; }
     /// Returns the port's number.
     int createPort(const QString& name, unsigned capability);
-    /// One end is an own port. Success where they are subscribed already; `midiPortHeld` where the other end is
-    /// another's alone, for which the sequencer has the same answer.
+    /// One end is a port of ours. Succeeds if they are already subscribed; returns `midiPortHeld` if someone else holds
+    /// the other end exclusively, which the sequencer does not distinguish.
     MIDIStatus subscribe(SequencerAddress sender, SequencerAddress receiver) {
         const MIDIStatus status = link(snd_seq_subscribe_port, sender, receiver);
         return status == midiPortHeld && isSubscribed(sender, receiver) ? 0 : status;
@@ -51,11 +51,11 @@ public:
     MIDIStatus unsubscribe(SequencerAddress sender, SequencerAddress receiver) {
         return link(snd_seq_unsubscribe_port, sender, receiver);
     }
-    /// Sends words from an own port, without blocking, to `receiver` or else to all that are subscribed to the port.
-    /// `midiWouldBlock` where a receiver or this client has no room. Any thread.
+    /// Sends words from a port of ours, without blocking, to `receiver` or else to all subscribers of the port.
+    /// `midiWouldBlock` if a receiver or this client has no room. Any thread.
     MIDIStatus send(std::uint8_t fromPort, std::optional<SequencerAddress> receiver,
                     std::span<const std::uint32_t> words);
-    /// All ports of the sequencer, in the order of their addresses.
+    /// All ports of the sequencer, ordered by address.
     std::vector<SequencerPort> ports() const;
 
 private:
@@ -68,7 +68,7 @@ private:
     snd_seq_t* const _sequencer;
     const QString _name;
     const std::uint8_t _number;
-    std::mutex _sending; // the library keeps a buffer for sending
+    std::mutex _sending; // the library keeps one buffer for sending
     int _stopSignal = -1;
     std::thread _thread;
 };

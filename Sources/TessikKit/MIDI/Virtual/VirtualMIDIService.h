@@ -10,8 +10,8 @@
 
 namespace tessik {
 
-/// MIDI inside the process: sources and destinations that appear, vanish and come back under command. Delivers from a
-/// thread of its own, as a real service does, or at once within the sender's call where a test must be repeatable.
+/// MIDI inside the process: sources and destinations that appear, vanish and come back on command. Delivers from its
+/// own thread, as a real service does, or directly within the sender's call where a test must be repeatable.
 class VirtualMIDIService final : public MIDIService {
 public:
     enum class Delivery : std::uint8_t { thread, synchronous };
@@ -38,15 +38,15 @@ public:
     // ---- what a person at the plugs does
 
     enum class Ends : std::uint8_t { all, sources, destinations };
-    /// Takes the endpoints of that name out of the setup, with their connections; their unique ids are kept for them.
+    /// Removes the endpoints of that name from the setup, with their connections, but keeps their unique ids.
     void unplug(const QString& name, Ends ends = Ends::all) { setPlugged(name, ends, false); }
-    /// Puts them back, under new handles.
+    /// Puts them back, with new handles.
     void plug(const QString& name, Ends ends = Ends::all) { setPlugged(name, ends, true); }
-    /// Another program takes the endpoints of that name for itself alone, or lets them go. What is connected stays so.
+    /// Another program takes the endpoints of that name exclusively, or releases them. Existing connections stay.
     void hold(const QString& name, bool isHeld);
-    /// Takes out what is connected to the endpoints of that name, as a patch bay does.
+    /// Removes all connections to the endpoints of that name, as a patch bay does.
     void cut(const QString& name);
-    /// Takes away the readable name of every endpoint of that name.
+    /// Makes the name of every endpoint of that name unreadable.
     void hideName(const QString& name);
     /// The next call of an operation returns this instead of succeeding.
     enum class Operation : std::uint8_t {
@@ -58,9 +58,9 @@ public:
         send
     };
     void failNext(Operation operation, MIDIStatus status);
-    /// Delivers, as from that source, an event list as it is; also one that no transmitter could make.
+    /// Delivers an event list from that source unchanged, even one that no transmitter could make.
     void inject(MIDIEndpointRef source, const MIDIEventList& list);
-    /// Returns when everything sent so far has been handed to the receive blocks.
+    /// Returns once everything sent so far has been passed to the receive blocks.
     void waitUntilDelivered();
 
 private:
@@ -75,8 +75,8 @@ private:
     };
     struct Endpoint {
         MIDIClientRef client = 0;
-        MIDIEndpointRef handle = 0;  // changes with every plugging
-        MIDIEndpointRef created = 0; // the handle that the owner was given
+        MIDIEndpointRef handle = 0;  // changes each time it is plugged in
+        MIDIEndpointRef created = 0; // the handle given to the owner
         std::int32_t uniqueID = 0;
         int ordinal = 0;
         QString name;
