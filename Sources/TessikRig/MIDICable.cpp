@@ -31,7 +31,7 @@ std::optional<ChannelMessageParser::Message> ChannelMessageParser::feed(std::uin
         _data1.reset();
         return std::nullopt;
     }
-    if (_status == 0 || (_status & 0xE0) == 0xC0) return std::nullopt; // one-byte messages are nothing to a desk
+    if (_status == 0 || (_status & 0xE0) == 0xC0) return std::nullopt; // a desk ignores messages with one data byte
     if (!_data1) {
         _data1 = byte;
         return std::nullopt;

@@ -32,7 +32,7 @@ SimulatedConsole::SimulatedConsole(MIDIService& service, const UptimeClock& cloc
         for (const MIDIEventPacket& packet : list.packets)
             for (std::size_t i = 0; i < packet.words.size(); ++i) {
                 if (packet.words[i] >> 28 == 3)
-                    ++i; // System Exclusive is nothing to a desk, and its second word no message
+                    ++i; // a desk ignores System Exclusive, and its second word is not a message
                 else
                     _received.push({packet.stamp, packet.words[i]});
             }
@@ -44,7 +44,7 @@ SimulatedConsole::SimulatedConsole(MIDIService& service, const UptimeClock& cloc
 
 SimulatedConsole::~SimulatedConsole() { _service.disposeClient(_client); }
 
-// A rough mix in the first memory, and variations of it: something to look at, the same at every start.
+// A rough mix in the first memory, and variations of it: something to look at, identical at every start.
 void SimulatedConsole::makeFactoryScenes() {
     std::minstd_rand random(41);
     const auto upTo = [&random](int n) { return int(random() % std::uint32_t(n)); };
@@ -140,7 +140,7 @@ int SimulatedConsole::currentValue(int cc) const {
 
 void SimulatedConsole::advance() {
     const Uptime now = _clock.now();
-    while (true) { // what happens first on either cable comes first
+    while (true) { // whichever happens first on either cable
         const bool isSendingDone = _sending && _sending->doneAt <= now;
         if (const auto byte = _in.take(isSendingDone ? _sending->doneAt : now)) {
             if (const auto message = _parser.feed(byte->value)) obey(byte->at, *message);

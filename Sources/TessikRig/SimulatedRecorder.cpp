@@ -14,10 +14,10 @@ constexpr std::uint8_t allCall = 0x7F;
 constexpr std::uint8_t machineControlCommand = 0x06;
 constexpr std::uint8_t commandLocate = 0x44;
 constexpr std::uint8_t locateTarget = 0x01;
-/// From here to 0x77 a command is followed by the number of its data bytes.
+/// Commands from here to 0x77 are followed by the number of their data bytes.
 constexpr std::uint8_t firstCommandWithData = 0x40;
 
-/// Short, so that a key pressed in between is felt.
+/// Short, so that a key pressed in the meantime responds at once.
 constexpr Uptime longestSleep = std::chrono::milliseconds(20);
 
 void sleepUntil(Uptime deadline) {
@@ -80,7 +80,7 @@ void SimulatedRecorder::obey(std::span<const std::uint8_t> sysEx) {
         commands = commands.subspan(1);
         std::span<const std::uint8_t> data;
         if (command >= firstCommandWithData) {
-            if (commands.empty() || commands.front() >= commands.size()) return; // cut off
+            if (commands.empty() || commands.front() >= commands.size()) return; // truncated
             data = commands.subspan(1, commands.front());
             commands = commands.subspan(1 + data.size());
         }
@@ -184,7 +184,7 @@ void SimulatedRecorder::misreadRate() {
 
 // ---- the tape
 
-/// In tape frames since zero; past 24 hours while it has rolled over them since it was last moved.
+/// In tape frames since zero; past 24 hours if it has rolled that far since it was last moved.
 double SimulatedRecorder::tapePosition(Uptime now) const {
     if (now < _slipEnd) return _slippedAt;
     double seconds = double((now - _anchorTime).count()) / 1e9;
@@ -198,7 +198,7 @@ double SimulatedRecorder::tapePosition(Uptime now) const {
     return std::max(0.0, _anchorFrame + seconds * realFramesPerSecond(_rate));
 }
 
-/// How much of the tape has gone by at its own speed, so long after a start that gains speed evenly.
+/// How many seconds of tape, at normal speed, have passed this long after a start that accelerates evenly.
 double SimulatedRecorder::playedSeconds(Uptime since) const {
     const double elapsed = double(since.count()) / 1e9;
     const double ramp = double(_ramp.count()) / 1e9;
@@ -234,7 +234,7 @@ std::optional<Uptime> SimulatedRecorder::deadline() const {
     return due;
 }
 
-/// The words of one message that is due, without any while it drops out; none where nothing is due.
+/// The words of one message that is due, without words during a dropout; none if nothing is due.
 std::optional<std::vector<std::uint32_t>> SimulatedRecorder::takeDue(Uptime now) {
     const std::optional<Uptime> due = deadline();
     if (!due || *due > now) return std::nullopt;

@@ -1,4 +1,4 @@
-// tessik-rig: the simulated desk and recorder as clients of the ALSA sequencer, to stand in for real ones.
+// tessik-rig: the simulated desk and recorder as ALSA sequencer clients, to stand in for real ones.
 #include "TessikKit/MIDI/ALSA/ALSAMIDIService.h"
 #include "TessikRig/RigCommands.h"
 
@@ -77,7 +77,7 @@ int main(int argc, char** argv) {
     QObject::connect(&input, &QSocketNotifier::activated, &app, [&] {
         char bytes[4096];
         const ssize_t count = ::read(STDIN_FILENO, bytes, sizeof bytes);
-        if (count <= 0) return input.setEnabled(false); // without a terminal the rig goes on alone
+        if (count <= 0) return input.setEnabled(false); // without a terminal the rig runs on by itself
         pending.append(bytes, int(count));
         for (qsizetype end; (end = pending.indexOf('\n')) >= 0; pending.remove(0, end + 1)) {
             const QString answer = commands.obey(QString::fromUtf8(pending.left(end)));

@@ -12,12 +12,12 @@ namespace {
 constexpr double millisecond = 1e6;
 constexpr double second = 1e9;
 
-constexpr double outlierBound = 5 * millisecond;   // and four deviations at least
+constexpr double outlierBound = 5 * millisecond;   // and at least four deviations
 constexpr double maxDeviation = 14 * millisecond;  // of arrivals at the ends of the longest audio buffers
-constexpr double usualPeriod = 10.5 * millisecond; // the gains are those of it where a tape is slower
-constexpr double regularBound = 6 * millisecond;   // outliers that keep step with each other are a new beat
+constexpr double usualPeriod = 10.5 * millisecond; // the gains are for this period even if a tape is slower
+constexpr double regularBound = 6 * millisecond;   // outliers that keep step with each other form a new beat
 constexpr int outliersToRelock = 3;
-constexpr int outliersToRefit = 8; // of the last sixteen: the jitter or the speed is another one
+constexpr int outliersToRefit = 8; // of the last sixteen: the jitter or the speed has changed
 constexpr std::uint32_t lastSixteen = 0xFFFF;
 constexpr double shortest = 2 * millisecond; // period: four times the fastest rate's own speed
 constexpr double longest = 50 * millisecond; // a fifth of the slowest
@@ -48,12 +48,12 @@ void BeatLoop::follow(std::span<const Beat> beats, bool keepsPeriod) {
     _widenedAt = _time;
     _meanError = 0;
     const double variance = std::pow(std::min(line.deviation, maxDeviation), 2);
-    _variance = keepsPeriod ? std::max(_variance, variance) : variance; // a few tell little of the jitter
+    _variance = keepsPeriod ? std::max(_variance, variance) : variance; // a few arrivals say little about the jitter
     _outliers = 0;
     _regularOutliers = 0;
 }
 
-/// Of least squares, once with all and once without those that lie far from it.
+/// The least-squares line, once through all beats and again without those far from it.
 BeatLoop::Line BeatLoop::lineThrough(std::span<const Beat> beats, bool keepsPeriod) const {
     Line line{0, _period, 0, 0};
     std::array<double, 8 * runsKept> errors;
@@ -104,7 +104,7 @@ void BeatLoop::track(const Beat& beat) {
     if (isOutlier(beat)) return noteOutlier(beat);
     _regularOutliers = 0;
 
-    // 3 Hz after a start, 1 Hz later; of the first quarter frames the line of least squares.
+    // 3 Hz after a start, 1 Hz later; for the first quarter frames, the least-squares line.
     const double steps = double(beat.count - _count);
     const double predicted = timeOf(double(beat.count));
     const double error = beat.time - predicted;
@@ -125,8 +125,8 @@ void BeatLoop::track(const Beat& beat) {
     if (lagging && _accepted > errorWindow) _widenedAt = beat.time;
 }
 
-/// Three in a row that keep step with each other are late by the same: the beat goes on from them. Where half of the
-/// last sixteen lie outside, the line is drawn anew through all of those.
+/// Three in a row that keep step with each other are equally late: the beat continues from them. If half of the last
+/// sixteen are outliers, the line is fitted again through all of those.
 void BeatLoop::noteOutlier(const Beat& beat) {
     const Beat& previous = _recent[_recent.size() - 2];
     const double expected = previous.time + double(beat.count - previous.count) * _period;
@@ -134,7 +134,7 @@ void BeatLoop::noteOutlier(const Beat& beat) {
     _outliers |= 1;
     _regularOutliers = isRegular ? _regularOutliers + 1 : 1;
     if (_regularOutliers == outliersToRelock) {
-        _size = outliersToRelock; // those before were on another line
+        _size = outliersToRelock; // earlier ones were on another line
         follow(recent(outliersToRelock), true);
     } else if (std::popcount(_outliers & lastSixteen) >= outliersToRefit) {
         follow(recent(beatsForPeriod), false);

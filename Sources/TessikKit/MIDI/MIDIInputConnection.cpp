@@ -43,7 +43,7 @@ void MIDIInputConnection::setUpClient() {
         QMetaObject::invokeMethod(
             &_notifications, [this] { refreshSources(); }, Qt::QueuedConnection);
     };
-    // A port failure that follows a client failure replaces its text.
+    // A port failure that follows from a client failure replaces its text.
     report("MIDIClientCreateWithBlock", _service.createClient(clientName, notify, _client));
     report("MIDIInputPortCreateWithProtocol", _service.createInputPort(
                                                   _client, clientName + QStringLiteral(" Input"),
@@ -101,7 +101,7 @@ void MIDIInputConnection::connect(const MIDISourceInfo& source, bool reconnectin
         statusText = QStringLiteral("Connected: %1").arg(source.name);
         return;
     }
-    // The choice is recorded all the same: the next change of the setup tries again.
+    // The choice is recorded anyway: the next change of the setup tries again.
     log(QStringLiteral("MIDIPortConnectSource FAILED OSStatus=%1 name=%2 uid=%3")
             .arg(QString::number(status), source.name, QString::number(source.uniqueID)));
     statusText = QStringLiteral("Connected: %1 (MIDIPortConnectSource returned OSStatus %2)")
@@ -166,8 +166,8 @@ void MIDIInputConnection::submit(Uptime stamp, std::uint64_t payload, std::optio
     if (!overflows(_tasksWaiting, keep)) _queue.push({Kind::task, stamp, payload, {}});
 }
 
-/// Whether what comes now has no room in the queue and is kept beside it. Everything before is in the queue, everything
-/// after comes behind the entry that takes what was kept: so the order stands.
+/// Whether what comes now does not fit in the queue and is kept beside it. Everything earlier is in the queue;
+/// everything later comes after the entry that picks up what was kept, so the order holds.
 bool MIDIInputConnection::overflows(Waiting& waiting, const std::function<void(Overflow&)>& keep) {
     const auto hasRoom = [&] { return waiting < maxWaiting; };
     if (!_isOverflowing && hasRoom()) {

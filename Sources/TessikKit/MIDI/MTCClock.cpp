@@ -3,10 +3,10 @@
 namespace tessik {
 namespace {
 
-/// A payload is a quarter frame's data byte or, with this bit, the bytes of a full frame that tell its position.
+/// A payload is a quarter frame's data byte or, with this bit, the position bytes of a full frame.
 constexpr std::uint64_t fullFrameFlag = std::uint64_t(1) << 32;
 
-/// A run with a longer pause in it may be of two places of the tape. At an eighth of its speed quarter frames come more
+/// A run with a longer pause may span two places on the tape. Even at an eighth of its speed, quarter frames come more
 /// often than this.
 constexpr Uptime longestPause = std::chrono::milliseconds(100);
 

@@ -9,10 +9,10 @@ namespace {
 constexpr int maxAhead = 8; // quarter frames answered past the last one: two frames
 constexpr int runLength = 8;
 constexpr int straysToCount = 3;         // in order: the pieces jumped
-constexpr double shortestSilence = 75e6; // ns: of nine quarter frames at 30 a second; no wrong period makes one of less
+constexpr double shortestSilence = 75e6; // ns: of nine quarter frames at 30 a second, so that no wrong period fakes one
 constexpr double reverseWithin = 4;      // periods
 
-/// From one piece to another that came later: 1 to 8.
+/// Steps from one piece to a later one: 1 to 8.
 int stepsTo(int piece, int from) { return ((piece - from - 1) & 7) + 1; }
 
 std::int64_t quarterFramesPerDay(MTCFrameRate rate) { return 4 * labelsPerDay(rate); }
@@ -61,11 +61,11 @@ std::optional<Uptime> MTCLock::instant(double frame) const {
     return Uptime(std::llround(_loop.timeOf(double(_count) + ahead)));
 }
 
-/// Counts a quarter frame; false where it does not fit those before it.
+/// Counts a quarter frame; false if it does not fit those before it.
 bool MTCLock::count(double time, int piece) {
     const double elapsed = (time - _time) / _loop.period();
     const std::int64_t steps = stepsTo(piece, _piece);
-    // As many as the time tells, among those that the piece allows.
+    // The number closest to the elapsed time, among those that the piece allows.
     const std::int64_t stepsInTime = steps + 8 * std::max(0LL, std::llround((elapsed - double(steps)) / 8));
     const bool steppedBack = stepsTo(piece, _lastPiece) == 7 && time - _lastTime < reverseWithin * _loop.period();
     _descending = steppedBack ? _descending + 1 : 0;
@@ -95,7 +95,7 @@ bool MTCLock::count(double time, int piece) {
     return true;
 }
 
-/// A piece of noise, or the pieces jumped: then the count goes on by the time gone by.
+/// A stray piece, or the pieces jumped: then the count advances by the elapsed time.
 bool MTCLock::countStray(double elapsed, int piece) {
     _strays = _strays > 0 && stepsTo(piece, _lastPiece) == 1 ? _strays + 1 : 1;
     if (_strays < straysToCount) return false;
@@ -122,7 +122,7 @@ void MTCLock::takeLabel(TimecodePosition completed) {
         _candidate.reset();
         if (difference(*_label, label) != 0) adopt(label);
     } else if (_labelBefore && !_mayHaveStood && agree(*_labelBefore, label, completed)) {
-        adopt(label); // it rolled on
+        adopt(label); // it kept rolling
     } else if (_candidate && agree(*_candidate, label, completed)) {
         adopt(label);
     } else {
@@ -143,14 +143,14 @@ void MTCLock::adopt(const Label& label) {
     if (!goesOn || _answered > now + maxAhead) _answered = -std::numeric_limits<double>::infinity();
 }
 
-/// By how much the second stands for more than the first, both at one rate; the shorter way around the day.
+/// How much later the second label is for the same count, both at one rate; the shorter way around the day.
 std::int64_t MTCLock::difference(const Label& from, const Label& to) {
     const std::int64_t day = quarterFramesPerDay(to.rate);
     const std::int64_t rest = (to.offset - from.offset) % day;
     return rest > day / 2 ? rest - day : rest < -day / 2 ? rest + day : rest;
 }
 
-/// Two labels are left out at the start of a minute, but for every tenth; this is no jump.
+/// Two labels are skipped at the start of a minute, except every tenth; this is not a jump.
 bool MTCLock::agree(const Label& label, const Label& next, const TimecodePosition& nextSays) {
     if (label.rate != next.rate) return false;
     const std::int64_t difference = MTCLock::difference(label, next);

@@ -146,7 +146,7 @@ void ConsoleModel::noteFaderMessage(ChannelState& channel, int value) {
         if (_recentCounts.contains(reported->id)) reported->nullTarget = reported->faderValue.value();
 }
 
-// The counts make the window cost the same however fast the messages come.
+// The counts make the window cost the same however fast messages arrive.
 void ConsoleModel::forgetRecentFaders(Uptime before) {
     while (!_recentFaders.empty() && _recentFaders.front().at < before) {
         const auto count = _recentCounts.find(_recentFaders.front().id);

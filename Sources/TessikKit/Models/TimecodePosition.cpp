@@ -11,7 +11,7 @@ std::int64_t checkedAdd(std::int64_t a, std::int64_t b) {
     return sum;
 }
 
-/// value × scale + next, as the fields of a label follow each other.
+/// value × scale + next, for combining successive fields of a label.
 std::int64_t checkedShift(std::int64_t value, std::int64_t scale, std::int64_t next) {
     std::int64_t product = 0;
     if (__builtin_mul_overflow(value, scale, &product))
@@ -46,7 +46,7 @@ TimecodePosition TimecodePosition::withinDay() const {
 
 TimecodePosition TimecodePosition::bounded() const {
     const auto held = [](std::int64_t field, std::int64_t mostFrames) {
-        const std::int64_t most = farthest / 4 / mostFrames; // four fields share the way
+        const std::int64_t most = farthest / 4 / mostFrames; // shared by four fields
         return std::clamp(field, -most, most);
     };
     return {frameRate, held(hours, 3600 * 30), held(minutes, 60 * 30), held(seconds, 30), held(frames, 1)};

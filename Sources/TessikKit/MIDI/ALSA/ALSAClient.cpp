@@ -11,7 +11,7 @@ std::shared_ptr<ALSAClient> ALSAClient::open(const QString& name, MIDIStatus& st
 }
 
 int ALSAClient::createReceivingPort(const QString& name, MIDIReceiveBlock receive) {
-    const std::lock_guard lock(_mutex); // what arrives at once waits for its receiver
+    const std::lock_guard lock(_mutex); // events that arrive at once wait for their receiver
     const int port = _sequencer->createPort(name, SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE);
     if (port >= 0) _receivers[std::uint8_t(port)].receive = std::move(receive);
     return port;
@@ -36,7 +36,7 @@ MIDIStatus ALSAClient::subscribe(std::uint8_t port, Subscription wanted) {
     if (found == _subscriptions.end()) return midiUnknownHandle;
     Subscription& current = found->second;
     if (current.destination != 0 && current.destination != wanted.destination)
-        _sequencer->unsubscribe(address(port), current.receiver); // may be gone: no matter
+        _sequencer->unsubscribe(address(port), current.receiver); // may be gone already: no matter
     current = {};
     if (wanted.destination == 0) return 0;
     const MIDIStatus status = _sequencer->subscribe(address(port), wanted.receiver);

@@ -11,7 +11,7 @@ namespace tessik {
 
 namespace {
 
-// Handles of clients are their numbers in the sequencer, those of own ports their addresses.
+// Handles of clients are their numbers in the sequencer, those of our own ports their addresses.
 constexpr std::uint32_t handleOf(SequencerAddress address) { return std::uint32_t(address.client) << 8 | address.port; }
 constexpr MIDIClientRef clientOf(std::uint32_t handle) { return handle >> 8; }
 constexpr std::uint8_t portOf(std::uint32_t handle) { return std::uint8_t(handle); }

@@ -38,7 +38,7 @@ void EventDecoder::decode(const snd_seq_event_t& event, std::vector<std::uint32_
     case SND_SEQ_EVENT_CHANPRESS: return voice(0xD0, control.channel, value);
     case SND_SEQ_EVENT_PITCHBEND: return voice(0xE0, control.channel, value & most, (value + 8192) >> 7);
 
-    // One event for what are several messages on a cable.
+    // A single event stands for several messages on a cable.
     case SND_SEQ_EVENT_CONTROL14:
         if (control.param >= 32) return controller(control.param, value);
         if (value > most14) return;

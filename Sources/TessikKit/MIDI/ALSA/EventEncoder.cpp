@@ -9,7 +9,7 @@ namespace tessik {
 
 namespace {
 
-/// False where the word makes no event.
+/// False if there is no event for the word.
 bool encodeVoice(std::uint32_t word, snd_seq_event_t& event) {
     const auto channel = std::uint8_t(word >> 16 & 0xF);
     const auto data1 = std::uint8_t(word >> 8 & 0x7F);

@@ -43,7 +43,7 @@ void PortDirectory::identify(const std::vector<SequencerPort>& present) {
                    port.portName == entry.second.portName;
         });
     });
-    // Which of two comes first after a start is chance, but not in which sockets they are.
+    // Which of two ports appears first after startup is chance, but their sockets are not.
     std::vector<const SequencerPort*> sorted;
     for (const SequencerPort& port : present)
         sorted.push_back(&port);
@@ -93,7 +93,7 @@ bool PortDirectory::isAmbiguous(const Identity& identity, PortDirection directio
     if (identity.isGuess[std::size_t(direction)]) return true;
     const std::vector<DeviceIdentity>& devices = _devices.at({direction, identity.clientName, identity.portName});
     const int ordinal = *identity.ordinals[std::size_t(direction)];
-    for (int n = 0; n < int(devices.size()); ++n) // of two that tell nothing, or the same, each may be the other
+    for (int n = 0; n < int(devices.size()); ++n) // any two with no identity, or the same one, may have swapped
         if (n != ordinal && devices[std::size_t(n)] == devices[std::size_t(ordinal)] &&
             isLiving(identity, direction, n))
             return true;

@@ -31,12 +31,12 @@ std::optional<SequencerAddress> PortWatcher::resolve(MIDIEndpointRef endpoint) c
 }
 
 void PortWatcher::receive(const snd_seq_event_t& event, Uptime) {
-    const snd_seq_addr_t& announced = event.data.addr; // of a subscription the sender
+    const snd_seq_addr_t& announced = event.data.addr; // for a subscription, the sender
     const SequencerAddress address{announced.client, announced.port};
     const std::lock_guard lock(_mutex);
     switch (event.type) {
     case SND_SEQ_EVENT_PORT_EXIT: _directory.portExited(address); break;
-    case SND_SEQ_EVENT_CLIENT_EXIT: _directory.clientExited(address.client); break; // says nothing of its ports
+    case SND_SEQ_EVENT_CLIENT_EXIT: _directory.clientExited(address.client); break; // its ports are not announced
     case SND_SEQ_EVENT_PORT_START:
     case SND_SEQ_EVENT_PORT_CHANGE:
     case SND_SEQ_EVENT_CLIENT_CHANGE:

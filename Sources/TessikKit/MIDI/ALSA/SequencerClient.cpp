@@ -19,9 +19,9 @@ namespace tessik {
 
 namespace {
 
-/// Events that may wait to be read: the most that the kernel grants.
+/// Events that may wait to be read: the most that the kernel allows.
 constexpr std::size_t inputPoolEvents = 2000;
-/// As much as that pool can hold. The read of an event longer than this buffer never succeeds.
+/// As much as that pool can hold. Reading an event longer than this buffer never succeeds.
 constexpr std::size_t inputBufferBytes = 64 * 1024;
 
 QString errorText(int status) { return QString::fromLocal8Bit(std::strerror(-status)); }
@@ -37,7 +37,7 @@ QString errorText(int status) { return QString::fromLocal8Bit(std::strerror(-sta
     logLine(QStringLiteral("ALSA"), error ? message + QStringLiteral(": ") + errorText(-error) : message);
 }
 
-/// The socket stands in the card's long name, as "UM-ONE at usb-0000:00:14.0-2, full speed".
+/// The socket is in the card's long name, such as "UM-ONE at usb-0000:00:14.0-2, full speed".
 DeviceIdentity deviceOf(int card) {
     DeviceIdentity device;
     char* longName = nullptr;

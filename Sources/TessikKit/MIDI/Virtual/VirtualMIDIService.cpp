@@ -185,7 +185,7 @@ void VirtualMIDIService::inject(MIDIEndpointRef source, const MIDIEventList& lis
     const auto endpoint = std::find_if(_endpoints.begin(), _endpoints.end(), [source](const Endpoint& candidate) {
         return candidate.plugged && (candidate.created == source || candidate.handle == source);
     });
-    if (endpoint == _endpoints.end()) return; // the cable is out
+    if (endpoint == _endpoints.end()) return; // the cable is unplugged
     std::vector<Delivered> items;
     for (const auto& [ref, port] : _ports) {
         if (std::find(port.connected.begin(), port.connected.end(), endpoint->handle) == port.connected.end()) continue;
