@@ -11,7 +11,7 @@
 
 namespace tessik::test {
 
-/// The whole path of the automation with the rig's desk and recorder at its ends, in a time that moves only by `run`.
+/// The whole path of the automation with the rig's desk and recorder at its ends, in time that passes only in `run`.
 struct AutomationRig {
     explicit AutomationRig(const RecorderSettings& settings = {})
         : tape(service, settings, SimulatedRecorder::Drive::manual, uptime) {
@@ -55,7 +55,7 @@ struct AutomationRig {
         tape.play();
         run(duration);
     }
-    /// Stops the tape and lets that be noticed.
+    /// Stops the tape and waits until that is noticed.
     void stop() {
         tape.stop();
         run(std::chrono::seconds(1));

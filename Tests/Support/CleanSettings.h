@@ -4,7 +4,7 @@
 
 namespace tessik {
 
-/// A machine on which the program never ran. As a base it is made before what reads the settings.
+/// A machine on which the program never ran. As a base class it comes before anything that reads the settings.
 struct CleanSettings {
     CleanSettings() {
         QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("TessikAutomation"),

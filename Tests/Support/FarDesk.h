@@ -6,7 +6,7 @@
 
 namespace tessik {
 
-/// A desk at the far end of virtual cables: "Desk Out" can be heard, "Desk In" writes down what it is sent.
+/// A desk at the far end of virtual cables: "Desk Out" can be heard, "Desk In" records what it is sent.
 struct FarDesk {
     explicit FarDesk(VirtualMIDIService& itsService) : service(itsService) {
         service.createClient(QStringLiteral("Far"), {}, client);

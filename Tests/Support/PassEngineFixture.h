@@ -61,19 +61,19 @@ struct PassEngineTest : testing::Test, AutomationRig {
     void arm(AutomationMode mode) { engine.mode = mode; }
     int shown(ChannelKind kind) { return channel(kind).faderValue.value(); }
     std::optional<int> target(ChannelKind kind) { return channel(kind).nullTarget.value(); }
-    /// Runs until the tape is at an offset into passes made by `pass`, and a quarter of a frame beyond.
+    /// Runs until the tape is a quarter of a frame past an offset into passes made by `pass`.
     void runTo(std::int64_t offset) {
         while (tape.truePosition(uptime.now()) < double(passStart + offset) + 0.25)
             run(1ms);
     }
     const AutomationPass& take() { return *engine.recordingPass.value(); }
     std::int64_t takeStart() { return take().startTimecode.totalFrames(); }
-    /// Plays the tape from the start of the passes, or a bit before.
+    /// Plays the tape from the start of the passes, or slightly earlier.
     void rollFrom(std::int64_t offset) {
         locate(passStart + offset);
         tape.play();
     }
-    /// Rolls over a pass and is at its tenth frame.
+    /// Rolls over a pass up to its tenth frame.
     void roll(AutomationMode mode, const AutomationPass& over) {
         engine.select(over);
         arm(mode);

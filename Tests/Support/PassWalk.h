@@ -7,14 +7,14 @@
 
 namespace tessik::test {
 
-/// Where in a pass the tape is, in frames.
+/// The tape's position within a pass, in frames.
 inline double offsetIn(const AutomationPass& pass, double tapeFrame) {
     const double whole = std::floor(tapeFrame);
     const std::int64_t length = pass.events.isEmpty() ? 0 : pass.events.constLast().frameOffset;
     return double(pass.offsetOf(std::int64_t(whole), length)) + tapeFrame - whole;
 }
 
-/// What a lane is at a frame offset by a walk over all events, and how far its nearest event is from there.
+/// A lane's value at a frame offset, by walking over all events, and how far from there its nearest event is.
 struct Said {
     std::optional<int> value;
     double nearestEvent = 1e9;           // frames

@@ -4,5 +4,5 @@
 
 #include <ostream>
 
-/// Texts in the messages of failed tests are readable.
+/// Makes texts readable in the messages of failed tests.
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }

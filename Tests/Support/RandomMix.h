@@ -9,7 +9,7 @@
 
 namespace tessik::test {
 
-/// Random faders, switches and records of them: the same seed gives the same.
+/// Random faders, switches and records of them, the same for the same seed.
 class RandomMix {
 protected:
     RandomMix(std::uint32_t seed, MTCFrameRate rate, std::vector<ChannelKind> channels, WallClock now)
@@ -20,7 +20,7 @@ protected:
           _firstFrame(upTo(4) ? 3000 : labelsPerDay(rate) - 500) {}
 
     int upTo(int n) { return int(_random() % std::uint32_t(n)); }
-    /// Mostly one of a few, so that things meet.
+    /// Mostly one of a few, so that things collide.
     ChannelKind someChannel() { return _channels[std::size_t(upTo(5) ? upTo(5) * 9 : upTo(int(_channels.size())))]; }
     int someFader() { return upTo(4) ? 40 + upTo(60) : upTo(128); }
     ChannelSwitches someSwitches() { return MIDIChannelMapping::decodeSwitchByte(std::uint8_t(upTo(128))); }
@@ -61,7 +61,7 @@ private:
     const WallClock _now;
 
 protected:
-    const std::int64_t _firstFrame; // of what is on the tape: in some, midnight is soon after
+    const std::int64_t _firstFrame; // of the tape: in some mixes, midnight follows soon
 };
 
 } // namespace tessik::test

@@ -10,7 +10,7 @@
 
 namespace tessik::test {
 
-/// Answers as told, and writes down what was asked.
+/// Answers as told, and records what was asked.
 struct ScriptedDialogs final : SessionDialogs {
     std::optional<QString> toOpen;
     std::optional<QString> whereToSave;
@@ -91,7 +91,7 @@ struct Copy {
         controller.recoveryTick();
         controller.finishSaving();
     }
-    /// As the recorder does, and what follows it within half a second.
+    /// Records as the user would, including what follows within half a second.
     void record(const QList<TimedEvent>& moves) {
         isRecording = true;
         take->chunks.append(moves);
@@ -134,7 +134,7 @@ struct SessionControllerTest : testing::Test {
     QString labelOnDisk(const QString& path) const {
         return onDisk(path).channelLabels.value(QStringLiteral("input-1")).name;
     }
-    /// Without those of replaced sessions.
+    /// Excludes those of replaced sessions.
     QStringList recoveryFiles(const char* pattern = "*.tessik") const {
         QStringList files;
         for (const QFileInfo& run : QDir(recovery).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot))

@@ -24,7 +24,7 @@ inline bool writeFile(const QString& path, const QByteArray& text) {
 /// A date of a session, as records hold them.
 inline QDateTime second(qint64 seconds) { return dateOfSecond(1'767'621'802 + seconds); }
 
-/// A session with every kind of record and every field away from its default, another one for each seed.
+/// A session with every kind of record and every field different from its default; each seed gives another one.
 inline SessionDocument sampleSession(unsigned seed, int passes = 2, int eventsAPass = 5) {
     std::mt19937 random(seed);
     const auto number = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };

@@ -9,7 +9,7 @@
 
 namespace tessik::test {
 
-/// What the desk held at instants of a take, to compare the take with when it has ended.
+/// What the desk held at instants of a take, to be compared with the take once it has ended.
 class TakeCheck {
 public:
     struct Sample {
@@ -18,7 +18,7 @@ public:
         std::map<int, int> values;             // by controller number
     };
 
-    /// Those of another take are forgotten.
+    /// Forgets those of any other take.
     void add(QUuid take, Sample sample) {
         if (std::exchange(_take, take) != take) _samples.clear();
         _samples.push_back(std::move(sample));

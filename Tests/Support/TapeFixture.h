@@ -8,7 +8,7 @@
 
 namespace tessik::test {
 
-/// The rig's recorder with a clock that listens to it, in a time that moves only by `roll`.
+/// The rig's recorder with a clock that listens to it, in time that passes only in `roll`.
 struct Tape {
     explicit Tape(const RecorderSettings& settings = {})
         : recorder(service, settings, SimulatedRecorder::Drive::manual, uptime),

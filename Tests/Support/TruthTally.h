@@ -6,7 +6,7 @@
 
 namespace tessik::test {
 
-/// How often each truth was put to the test: a run that never came to it proves nothing.
+/// How often each truth was tested: a run that never reached it proves nothing.
 struct Tally {
     std::int64_t lanes = 0;   ///< lanes whose desk was compared with the believed one
     std::int64_t screens = 0; ///< lanes whose screen was compared with it
@@ -18,7 +18,7 @@ struct Tally {
     std::int64_t ridden = 0;  ///< of these, lanes that differ from the old pass
     std::int64_t seconds = 0; ///< of tape, about
 
-    /// Each oftener than once a session.
+    /// Expects each more often than once per session.
     void expectEach(std::int64_t sessions) const {
         for (const auto& [what, count] : {std::pair{"lanes", lanes},
                                           {"screens", screens},
