@@ -154,8 +154,7 @@ private:
             return zero;
         }
         if (!_told) {
-            _notes << QStringLiteral("Where it says that it starts is no timecode; it was put at %1.")
-                          .arg(zero.displayString());
+            _notes << QStringLiteral("Its start is not a valid timecode; it was put at %1.").arg(zero.displayString());
             return zero;
         }
         TimecodePosition taken = *_told;
@@ -262,7 +261,7 @@ QByteArray write(const AutomationPass& pass, int midiChannel, QString& error) {
     TimecodePosition start = pass.startTimecode;
     start.frameRate = rate;
     if (!isLabel(start)) {
-        error = QStringLiteral("The pass starts at %1, which a MIDI file cannot tell").arg(start.displayString());
+        error = QStringLiteral("The pass starts at %1, which a MIDI file cannot express").arg(start.displayString());
         return {};
     }
     MIDITrackWriter track;
@@ -295,7 +294,7 @@ QByteArray write(const AutomationPass& pass, int midiChannel, QString& error) {
         if (!lane) continue;
         const std::int64_t label = std::max<std::int64_t>(lane->frameOffset, 0);
         if (label >= labelsPerDay(rate)) {
-            error = QStringLiteral("The pass is longer than 24 hours, which a MIDI file cannot tell");
+            error = QStringLiteral("The pass is longer than 24 hours, which a MIDI file cannot express");
             return {};
         }
         const std::int64_t frame = realFrame(rate, startLabel + label) - realFrame(rate, startLabel);

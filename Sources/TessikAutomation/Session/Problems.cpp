@@ -10,7 +10,7 @@ using Offer = Problem::Offer;
 void addPortProblems(std::vector<Problem>& problems, const ProblemState::Port& port) {
     if (port.isMissing)
         problems.push_back({QStringLiteral("%1 is gone").arg(port.label),
-                            QStringLiteral("Its device was unplugged or switched off. It is taken up again as soon as "
+                            QStringLiteral("Its device was unplugged or switched off. It is connected again as soon as "
                                            "it is back; or choose another port in the settings."),
                             Offer::settings});
     else if (port.isForgotten)
@@ -98,7 +98,7 @@ std::vector<Problem> problemsIn(const ProblemState& state) {
                                 .arg(description(state.mismatch->pass), description(state.mismatch->timecode))});
     if (!state.leftOut.isEmpty())
         problems.push_back({QStringLiteral("Part of the session's file could not be read"),
-                            QStringLiteral("What stands there is not in the session: %1. Save under another name, and "
+                            QStringLiteral("These parts are not in the session: %1. Save under another name, and "
                                            "the file stays as it is.")
                                 .arg(state.leftOut)});
     if (!state.recoveryProblem.isEmpty())

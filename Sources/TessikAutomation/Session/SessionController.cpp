@@ -103,7 +103,7 @@ bool SessionController::keepReplaced(const std::optional<PendingTake>& take) {
     return problem.isEmpty() ||
            _dialogs.confirmOverwrite(
                QStringLiteral("“%1” cannot be kept").arg(displayName()),
-               QStringLiteral("%1 Replacing the session loses what has changed since it was saved last.").arg(problem));
+               QStringLiteral("%1 Replacing the session loses what has changed since it was last saved.").arg(problem));
 }
 
 void SessionController::fail(const QString& title, const QString& why) {
@@ -183,7 +183,7 @@ void SessionController::save() {
     const bool isOurs = isSaving.value() || !now || now == _stamp;
     if (isOurs || _dialogs.confirmOverwrite(
                       QStringLiteral("“%1” was changed by another program").arg(displayName()),
-                      QStringLiteral("The file is not as it was when this session was opened or saved last. Saving "
+                      QStringLiteral("The file is not as it was when this session was last opened or saved. Saving "
                                      "replaces it; what is there now is kept as “%1~”.")
                           .arg(QFileInfo(path).fileName())))
         saveTo(path);

@@ -83,9 +83,9 @@ QString describe(simdjson::error_code code, std::string_view json) {
     switch (code) {
     case simdjson::EMPTY: return QStringLiteral("The file is empty.");
     case simdjson::UTF8_ERROR:
-        return damagedAt(json, brokenCharacter(json), QStringLiteral("it holds bytes that are no text"));
+        return damagedAt(json, brokenCharacter(json), QStringLiteral("it holds bytes that are not text"));
     case simdjson::UNCLOSED_STRING:
-    case simdjson::UNESCAPED_CHARS: return damagedAt(json, openText(json), QStringLiteral("a text has no end"));
+    case simdjson::UNESCAPED_CHARS: return damagedAt(json, openText(json), QStringLiteral("a text is never closed"));
     case simdjson::INCOMPLETE_ARRAY_OR_OBJECT:
         return damagedAt(json, json.size(), QStringLiteral("the file ends too soon"));
     case simdjson::MEMALLOC: return QStringLiteral("There is not enough memory to read the file.");

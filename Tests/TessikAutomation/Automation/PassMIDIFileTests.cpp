@@ -92,11 +92,11 @@ TEST(PassMIDIFile, WritesWhatAnySequencerReads) {
     EXPECT_EQ(error, QString());
     pass.startTimecode.hours = 24;
     EXPECT_EQ(PassMIDIFile::write(pass, 4, error), QByteArray());
-    EXPECT_EQ(error, QStringLiteral("The pass starts at 24:01:00:02, which a MIDI file cannot tell"));
+    EXPECT_EQ(error, QStringLiteral("The pass starts at 24:01:00:02, which a MIDI file cannot express"));
     pass.startTimecode.hours = 0;
     pass.events[0].frameOffset = std::int64_t(1) << 60;
     EXPECT_EQ(PassMIDIFile::write(pass, 4, error), QByteArray());
-    EXPECT_EQ(error, QStringLiteral("The pass is longer than 24 hours, which a MIDI file cannot tell"));
+    EXPECT_EQ(error, QStringLiteral("The pass is longer than 24 hours, which a MIDI file cannot express"));
 }
 
 TEST(PassMIDIFile, TakesBeatsTracksAndRunningStatusFromOtherSequencers) {

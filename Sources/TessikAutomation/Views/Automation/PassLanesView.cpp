@@ -305,7 +305,8 @@ QString PassLanesView::helpAt(QPoint at) const {
     const auto offset = std::int64_t(std::floor(_timeline.offsetAt(at.x() - plotSpan().x())));
     position.addFrames(offset);
     if (at.y() < rulerHeight) {
-        if (_objects.engine.isRecording()) return QStringLiteral("The transport is not located while a take records");
+        if (_objects.engine.isRecording())
+            return QStringLiteral("The transport is not located while a take is being recorded");
         if (!_objects.transport.port.isReachable()) return QStringLiteral("Select a transport device first");
         return QStringLiteral("Locate transport to %1").arg(position.withinDay().displayString());
     }

@@ -81,7 +81,7 @@ PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& 
     addSection(_list);
     _take->onShowLanes = [this](const AutomationPass& take) { onShowLanes(take); };
     auto* import = new TextButton(QStringLiteral("Import MIDI File…"), "import", this);
-    import->setToolTip(QStringLiteral("Make a pass of the desk's controllers in a Standard MIDI File"));
+    import->setToolTip(QStringLiteral("Make a pass from the desk's controllers in a Standard MIDI File"));
     connect(import, &QPushButton::clicked, this, [this] { onImport(); });
     addSection(import);
     const auto changed = [this] { refreshSoon(); };
