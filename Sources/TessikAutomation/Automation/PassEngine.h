@@ -128,7 +128,7 @@ private:
     TapeFollower _tape;
     std::vector<ConsoleChange> _changes; // since the last tick
     std::vector<int> _owed;              // lanes that the last of these changes took over from the automation
-    std::vector<int> _covered;           // faders for which it hid the hand on a held screen
+    std::vector<int> _covered;           // faders whose hand a change hid on a held screen
     DeskHands _hands;
     PlaybackOutput _output;
     PassIndex _index; // of the played pass
