@@ -1,5 +1,6 @@
 // A whole session file of any bytes: it opens exactly where it is JSON with an object on top, and what was opened is
 // written and reads back equal. Its labels can be counted with.
+#include "TessikAutomation/Automation/PassIndex.h"
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Session/SessionReader.h"
@@ -42,6 +43,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     if (valid != Validity::numbersTooLarge) require(result.document.has_value() == (valid == Validity::valid));
     if (!result.document) return 0;
 
+    for (const AutomationPass& pass : result.document->passes)
+        pass.offsetOf(0, PassIndex(pass.events).lastOffset());
     for (const AutomationPass& pass : result.document->passes)
         for (const TimedEvent& event : pass.events)
             LocateTarget::passEnd(pass.startTimecode, event.frameOffset);

@@ -3,6 +3,7 @@
 #include "TessikAutomation/Automation/AutomationPass.h"
 #include "TessikAutomation/Automation/LaneEvent.h"
 
+#include <algorithm>
 #include <span>
 #include <vector>
 
@@ -23,7 +24,11 @@ public:
         std::vector<std::uint8_t> values;
     };
     const Lane& lane(int cc) const { return _lanes[std::size_t(cc)]; }
-    std::int64_t lastOffset() const { return _events.empty() ? 0 : _events.back().frameOffset; }
+    /// At least 0, and small enough to calculate with, whatever a file says.
+    std::int64_t lastOffset() const {
+        return _events.empty() ? 0
+                               : std::clamp<std::int64_t>(_events.back().frameOffset, 0, TimecodePosition::farthest);
+    }
     /// Position in `events` of the first one after that offset.
     std::size_t firstAfter(std::int64_t offset) const;
     /// Overwrites `values` with each lane's last event at or before that offset; lanes without one are left as they

@@ -31,7 +31,7 @@ void MIDIDestinationPort::refreshDestinations() {
     if (_reachable == 0)
         cable.leave();
     else if (_reachable != before || cable.isDue())
-        cable.lay(_reachable);
+        refusal = cable.lay(_reachable) == 0 ? 0 : refusal.value();
     if (_reachable != before) refusal = 0;
     if (_reachable != before && onChange) onChange(_reachable ? Change::back : Change::gone);
 }

@@ -186,7 +186,10 @@ void Application::buildAutomation() {
     recalls->onRecalled = [this](const Snapshot& snapshot) {
         setLoadedItem(LoadedItem{LoadedItemType::snapshot, snapshot.id});
     };
-    recalls->onRecallUndone = [this] { setLoadedItem(std::nullopt); };
+    recalls->onRecallUndone = [this] { // a pass that is selected is named again
+        const std::optional<AutomationPass>& pass = passEngine.playedPass.value();
+        setLoadedItem(pass ? std::optional(LoadedItem{LoadedItemType::pass, pass->id}) : std::nullopt);
+    };
     auto* takes =
         new PassesPopover(passEngine, passes, window.history(), panel->addButton(QStringLiteral("passes"), {}),
                           window.drawing(), window.centralWidget());
@@ -254,6 +257,7 @@ void Application::quit() { window.close(); }
 
 void Application::leave(int status) {
     session.leave();
+    window.savePlace();
     QApplication::exit(status);
 }
 

@@ -1,4 +1,5 @@
 #include "Support/Sessions.h"
+#include "TessikAutomation/Automation/PassIndex.h"
 #include "TessikAutomation/Automation/PassLanes.h"
 #include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Session/SessionReader.h"
@@ -104,6 +105,8 @@ TEST(SessionReader, NoLabelOfAFileIsTooFarToBeCountedWith) {
         const std::int64_t first = pass.startTimecode.totalFrames();
         const std::int64_t last = LocateTarget::passEnd(pass.startTimecode, wild).totalFrames();
         EXPECT_TRUE(wild < 0 ? last == 0 : last > first);
+        const std::int64_t length = PassIndex(pass.events).lastOffset();
+        EXPECT_EQ(pass.offsetOf(first + 5, length), 5) << "the engine's way over a pass of that length";
         EXPECT_EQ(result.document->endLocator->totalFrames(), first);
         EXPECT_GE(PassLanes(pass).lastOffset(), 0);
         EXPECT_LE(PassLanes(pass).lastOffset() + last, most / 2);

@@ -121,6 +121,8 @@ TEST_F(ManualControlTest, AValueIsTyped) {
     int played = 0;
     window->keys.onPlayStop = [&] { ++played; };
     window->keys.onReturnToStart = [&] { ++played; };
+    for (const Qt::Key letter : {Qt::Key_C, Qt::Key_R})
+        window->keys.letters[letter] = [&] { ++played; };
     const auto type = [&](const char* id, const char* keys, Qt::Key end) {
         module().focusControl(control(module(), id), Qt::TabFocusReason);
         QTest::keyClick(&module(), keys[0]);
@@ -138,9 +140,15 @@ TEST_F(ManualControlTest, AValueIsTyped) {
     type("mainPan", "L20", Qt::Key_Tab);
     EXPECT_NEAR(settings().mainPan, -0.2, 1e-9);
     EXPECT_EQ(module().focusedControl(), control(module(), "solo"));
+    type("mainPan", "R 35", Qt::Key_Return);
+    EXPECT_NEAR(settings().mainPan, 0.35, 1e-9);
+    type("mainPan", "C", Qt::Key_Return);
+    EXPECT_EQ(settings().mainPan, 0);
     type("micTrim", "-30", Qt::Key_Escape);
     EXPECT_EQ(settings().micTrim, -67);
-    EXPECT_EQ(played, 0) << "space and Return belong to the text";
+    EXPECT_EQ(played, 0) << "letters, space and Return belong to the text";
+    QTest::keyClick(&module(), Qt::Key_R);
+    EXPECT_EQ(played, 1) << "but no letter begins a level in decibels";
     type("aux6Level", "7x", Qt::Key_Return);
     EXPECT_TRUE(module().findChild<EntryField*>()) << "what means nothing stays to be mended";
     EXPECT_EQ(settings().aux6Level, 0);

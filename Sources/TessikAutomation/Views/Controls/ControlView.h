@@ -61,6 +61,8 @@ public:
     /// The number that a text means; none if it means none, or nothing can be typed.
     virtual std::optional<double> typed(const QString& /*text*/) const { return std::nullopt; }
     virtual bool takesTyping() const { return false; }
+    /// Whether a text that can be typed begins with that letter, as "L 35" does.
+    virtual bool isTypedWith(QChar /*letter*/) const { return false; }
 
     virtual QAccessible::Role role() const = 0;
     /// The value as spoken: "-3.2 dB", "on".

@@ -137,6 +137,13 @@ std::optional<double> Travel::typed(const QString& text) const {
     return value ? std::optional(std::clamp(*value, min, max)) : std::nullopt;
 }
 
+bool Travel::isTypedWith(QChar letter) const {
+    const QStringList texts =
+        positions.isEmpty() ? QStringList{text(min), text((min + max) / 2), text(max)} : positions;
+    return std::any_of(texts.begin(), texts.end(),
+                       [letter](const QString& each) { return each.startsWith(letter, Qt::CaseInsensitive); });
+}
+
 QString Travel::text(double value) const {
     if (positions.isEmpty()) return format->text(value);
     return positions[std::clamp<qsizetype>(qRound(value), 0, positions.size() - 1)];

@@ -41,6 +41,8 @@ struct Travel {
     double wheeled(double delta, double value) const;
     std::optional<double> typed(const QString& text) const;
     QString text(double value) const;
+    /// Whether the text of a value begins with that letter, in either case.
+    bool isTypedWith(QChar letter) const;
     /// The value change of one key press, or its mean if presses differ.
     double step() const { return (max - min) / steps; }
 };

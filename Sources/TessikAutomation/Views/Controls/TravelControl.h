@@ -20,6 +20,7 @@ public:
     std::optional<double> wheeled(double delta, double number) const override { return travel.wheeled(delta, number); }
     std::optional<double> defaultNumber() const override { return travel.defaultValue; }
     bool takesTyping() const override { return true; }
+    bool isTypedWith(QChar letter) const override { return travel.isTypedWith(letter); }
     std::optional<double> typed(const QString& text) const override { return travel.typed(text); }
 
     void paintOverlay(Canvas& canvas, const QRect& rect, const ControlState& state) const override;

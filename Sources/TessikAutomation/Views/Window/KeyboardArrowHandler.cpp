@@ -1,5 +1,6 @@
 #include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
 
+#include "TessikAutomation/Views/Controls/ControlHost.h"
 #include "TessikAutomation/Views/Controls/EntryField.h"
 #include "TessikAutomation/Views/Controls/Popover.h"
 
@@ -27,6 +28,9 @@ bool isTaken(int key, bool isLetter) {
         const auto* entry = qobject_cast<const EntryField*>(focus);
         return !(entry && entry->isWaiting() && isTapeKey(key));
     }
+    const auto* host = qobject_cast<const ControlHost*>(focus);
+    if (isLetter && host && host->focusedControl() >= 0 && host->view(host->focusedControl()).isTypedWith(QChar(key)))
+        return true; // a value is about to be typed
     return qobject_cast<const QMenuBar*>(focus) || (!isLetter && isInList(focus));
 }
 

@@ -90,9 +90,13 @@ bool MainWindow::restorePlace() {
     return restoreGeometry(SavedSettings::bytes(SavedSettings::Key::windowGeometry));
 }
 
-void MainWindow::closeEvent(QCloseEvent* event) {
+void MainWindow::savePlace() {
     SavedSettings::setBytes(SavedSettings::Key::windowGeometry, saveGeometry());
     SavedSettings::setBytes(SavedSettings::Key::windowPanes, saveState());
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    savePlace();
     QMainWindow::closeEvent(event);
 }
 

@@ -39,6 +39,8 @@ public:
 
     /// Puts the window where it was when last closed; false if that is not known.
     bool restorePlace();
+    /// Remembers the place for the next start. Closing the window does it too.
+    void savePlace();
 
     void openSettings();
     /// Opens the settings, for a menu.
