@@ -8,7 +8,8 @@ using namespace std::chrono_literals;
 
 namespace {
 constexpr Uptime tickInterval = 5ms;
-}
+constexpr Uptime stopsWithin = 3s; // of a machine that obeys, as timecode shows it
+} // namespace
 
 PassEngine::PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutputManager& midiOutputManager,
                        const SnapshotStore& snapshotStore, const UptimeClock& uptime, WallClock wallClock)
@@ -238,9 +239,14 @@ void PassEngine::endRoll() {
     if (!isRecording()) return;
     const AutomationMode recorded = _mode;
     endTake();
-    _suspendedMode = recorded;
+    if (_uptime.now() > _stopSentAt + stopsWithin) _suspendedMode = recorded;
     _mode = AutomationMode::read;
     mode = _mode;
+}
+
+void PassEngine::noteStopSent() {
+    _stopSentAt = _uptime.now();
+    _suspendedMode.reset();
 }
 
 void PassEngine::beginTake() {

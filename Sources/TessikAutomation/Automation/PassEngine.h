@@ -71,6 +71,8 @@ public:
     /// Must be set, to store the take: called with one still waiting under its proposed name when the next begins. If
     /// UPDATE rides over it, it has been selected already.
     std::function<void(const AutomationPass&)> onTakeSuperseded;
+    /// The machine was told to stop: the stop that follows is no dropout, and a play soon after it no continuation.
+    void noteStopSent();
     /// The take being recorded or waiting, for recovery.
     std::optional<PendingTake> pendingTake() const;
 
@@ -138,6 +140,7 @@ private:
     std::bitset<MIDIChannelMapping::controllerCount> _hasMet; // faders whose hand has met its NULL target
     TakeRecorder _recorder;
     QProperty<bool> _isRecording{false};
+    Uptime _stopSentAt = distantPast;
     std::optional<AutomationMode> _suspendedMode; // of a take ended by a stop that may yet prove a dropout
 
     bool _hasAssertedInitialState = false; // and thus the cursor is where the pass plays

@@ -59,7 +59,10 @@ void TransportManager::setDeviceID(std::uint8_t deviceID) {
     SavedSettings::setInteger(SavedSettings::Key::mmcDeviceID, deviceID);
 }
 
-void TransportManager::send(MMCCommand command) { send(MMCMessage::command(deviceID(), command)); }
+void TransportManager::send(MMCCommand command) {
+    send(MMCMessage::command(deviceID(), command));
+    if (command == MMCCommand::stop) stopSent();
+}
 void TransportManager::locate(const TimecodePosition& position) { send(MMCMessage::locate(deviceID(), position)); }
 
 void TransportManager::send(std::span<const std::uint8_t> message) {

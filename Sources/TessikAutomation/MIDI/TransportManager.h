@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/MIDI/MIDIDestinationPort.h"
+#include "TessikKit/Models/Signal.h"
 #include "TessikKit/Models/TimecodePosition.h"
 #include "TessikKit/Models/UptimeClock.h"
 
@@ -54,6 +55,8 @@ public:
     /// Does nothing while the destination is absent. A port that is momentarily full is retried for two seconds; what
     /// is lost shows as the port's `refusal`.
     void send(MMCCommand command);
+    /// A stop was asked for, whether or not the machine obeys.
+    Signal<> stopSent;
     void locate(const TimecodePosition& position);
     /// Sends what the port could not take before. The manager's own timer calls it; tests call it themselves.
     void pump();

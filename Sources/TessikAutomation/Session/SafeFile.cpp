@@ -45,13 +45,18 @@ QString flushFolder(const QString& folder) {
 
 } // namespace
 
+QString writeError(const QString& path, const QString& why) {
+    const QString end = why.endsWith(QLatin1Char('.')) ? QString() : QStringLiteral(".");
+    return QStringLiteral("“%1” cannot be written: %2%3").arg(path, why, end);
+}
+
 SafeFileResult writeFileSafely(const QString& path, PreviousFile previous,
                                const std::function<QString(QIODevice&)>& write) {
     const QFileInfo asked(path);
     const QString target = asked.exists() ? asked.canonicalFilePath() : asked.absoluteFilePath(); // resolves links
     const QFileInfo existing(target);
     const auto failed = [&path](const QString& why) {
-        return SafeFileResult{.error = QStringLiteral("“%1” cannot be written: %2").arg(path, why), .stamp = {}};
+        return SafeFileResult{.error = writeError(path, why), .stamp = {}};
     };
     struct stat status {};
     const bool isThere = stat(QFile::encodeName(target).constData(), &status) == 0;

@@ -15,6 +15,9 @@ struct SafeFileResult {
 
 enum class PreviousFile : std::uint8_t { drop, keep };
 
+/// Why the file at `path` cannot be written, as a sentence.
+QString writeError(const QString& path, const QString& why);
+
 /// Replaces the file at `path` by what `write` produces (it returns why it failed, or nothing): written beside it,
 /// flushed to the disk, then renamed over it, so that whatever goes wrong, the old file or the new one is there,
 /// whole. The replaced one is kept, if asked for, under its name with "~" appended. Blocks on the disk.

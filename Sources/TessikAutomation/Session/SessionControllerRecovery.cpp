@@ -129,10 +129,10 @@ void SessionController::journalTick() {
         [this, take, journal = _journal->file, folder = _recovery.folder]() -> BackgroundWriter::Completion {
             const TakeJournal::Written written = journal->write(*take);
             const bool isFolderGone = !written.error.isEmpty() && !folder->isThere();
-            return [this, written, isFolderGone] {
+            return [this, written, isFolderGone, journal] {
                 _isJournalBusy = false;
                 if (isFolderGone) return replaceRecoveryFolder();
-                noteProblem(_journalProblem, written.error);
+                if (_journal && _journal->file == journal) noteProblem(_journalProblem, written.error);
                 if (written.flush) flushJournal(written.flush);
             };
         });
@@ -156,6 +156,7 @@ void SessionController::endJournal() {
         });
     });
     _journal.reset();
+    noteProblem(_journalProblem, {});
 }
 
 // MARK: the end, and the next start

@@ -1,5 +1,6 @@
 #include "TessikAutomation/Session/TakeJournal.h"
 
+#include "TessikAutomation/Session/SafeFile.h"
 #include "TessikAutomation/Session/SessionReader.h"
 #include "TessikAutomation/Session/SessionWriter.h"
 
@@ -126,7 +127,7 @@ TakeJournal::Written TakeJournal::write(const PendingTake& take) {
     QString error = _file && _file->hasName() ? append(take) : begin(take);
     if (!error.isEmpty()) {
         _file.reset(); // a truncated record would hide those after it
-        return {QStringLiteral("“%1” cannot be written: %2").arg(_path, error), {}};
+        return {writeError(_path, error), {}};
     }
     _told = take;
     return {{}, [file = _file] { fdatasync(file->descriptor); }};

@@ -98,15 +98,17 @@ Application::Application(MIDIService& service, const QString& recoveryRoot)
     if (const auto rate = SavedSettings::midiOutMessagesPerSecond()) desk.output.setMessagesPerSecond(*rate);
     restoreModelSize(desk.model);
 
+    _stopListener = transport.stopSent.connect([this] { passEngine.noteStopSent(); });
     passEngine.onTakeSuperseded = [this](const AutomationPass& take) { passes.save(take); };
     session.pendingTake = [this] { return passEngine.pendingTake(); };
     session.storePendingTake = [this](const QString& name) { passEngine.finishRecording(name, passes); };
     session.isRecordingTake = [this] { return passEngine.isRecording(); };
-    _observers.push_back(passEngine.recordingPass.addNotifier([this] { session.noteTake(); }));
-    _observers.push_back(passEngine.waitingTake.addNotifier([this] {
+    const auto noteTake = [this] {
         session.noteTake();
         showTitle();
-    }));
+    };
+    _observers.push_back(passEngine.recordingPass.addNotifier(noteTake));
+    _observers.push_back(passEngine.waitingTake.addNotifier(noteTake));
     session.onSessionLoaded = [this] {
         passEngine.noteSessionReplaced();
         setLoadedItem(std::nullopt);
@@ -239,11 +241,11 @@ void Application::showTitle() {
     const QString loaded = loadedItemText();
     window.setWindowTitle(inTitle(session.displayName()) + QStringLiteral("[*]") +
                           (loaded.isEmpty() ? QString() : QStringLiteral("  —  ") + inTitle(loaded)));
-    const bool takeWaits = passEngine.waitingTake.value().has_value();
-    window.setWindowModified(changed || takeWaits);
+    const bool hasTake = passEngine.recordingPass.value().has_value(); // being recorded, or waiting for its name
+    window.setWindowModified(changed || hasTake);
     const QString state = session.isSaving.value()  ? QStringLiteral("saving…")
                           : loaded == takeName      ? QStringLiteral("not saved")
-                          : takeWaits               ? QStringLiteral("take not saved")
+                          : hasTake                 ? QStringLiteral("take not saved")
                           : changed                 ? QStringLiteral("edited")
                           : session.fileURL.value() ? QStringLiteral("saved")
                                                     : QStringLiteral("new session");

@@ -89,6 +89,7 @@ private:
     QMenu* _view = nullptr;
     HelpMenu* _help = nullptr;
     std::optional<LoadedItem> _loadedItem;
+    Signal<>::Connection _stopListener;
     std::vector<QPropertyNotifier> _observers;
 };
 

@@ -66,6 +66,25 @@ TEST_F(AuditionTest, TheWaitingTakePlaysUnlessThePassBeforeIsComparedWithIt) {
     EXPECT_EQ(played(), QStringLiteral("Kept"));
 }
 
+TEST_F(AuditionTest, APlaySoonAfterAStopThatWasAskedForIsListening) {
+    for (const bool isAsked : {false, true}) {
+        arm(AutomationMode::write);
+        rollFrom(0);
+        runTo(15);
+        desk.moveFader(in1, isAsked ? 70 : 80);
+        runTo(40);
+        if (isAsked) engine.noteStopSent();
+        tape.stop();
+        run(900ms);
+        ASSERT_EQ(engine.mode.value(), AutomationMode::read);
+        tape.play();
+        run(500ms);
+        EXPECT_EQ(engine.mode.value(), isAsked ? AutomationMode::read : AutomationMode::write);
+        EXPECT_EQ(engine.isRecording(), !isAsked) << "what no one asked for may be a dropout";
+        stop();
+    }
+}
+
 TEST_F(AuditionTest, ATakeHasAFrameRateOfItsOwn) {
     writeTake();
     engine.select(pass({}, 60, MTCFrameRate::fps30));
