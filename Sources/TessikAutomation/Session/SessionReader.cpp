@@ -102,8 +102,8 @@ public:
     Attempt run(simdjson::ondemand::parser& parser, SessionReadResult& result) {
         simdjson::ondemand::document document;
         simdjson::ondemand::object top;
-        if (const auto code = parser.iterate(_json).get(document)) return noSession(result, describe(code, _json));
-        if (const auto code = document.get_object().get(top)) return noSession(result, describe(code, _json));
+        if (const auto code = parser.iterate(_json).get(document)) return noSession(result, describe(code, _text));
+        if (const auto code = document.get_object().get(top)) return noSession(result, describe(code, _text));
         JSONDecoder decoder(parser);
         bool keyFailed = false;
         const auto next = [this] { return Keys::name(_expected); };
@@ -143,17 +143,18 @@ private:
         std::size_t end = std::size_t(at - _json.data());
         while (end > 0 && std::strchr(" \t\r\n,]}", _json.data()[end - 1]))
             --end;
-        return lineAt(_json, end);
+        return lineAt(_text, end);
     }
 
     QString notJSON(simdjson::ondemand::document& document, const JSONDecoder& decoder) const {
         const char* at = decoder.faultyValue();
         const bool isKnown =
             (at || !document.current_location().get(at)) && at >= _json.data() && at <= _json.data() + _json.size();
-        return damagedAt(_json, isKnown ? std::size_t(at - _json.data()) : _json.size(), decoder.what());
+        return damagedAt(_text, isKnown ? std::size_t(at - _json.data()) : _json.size(), decoder.what());
     }
 
     const simdjson::padded_string_view _json;
+    const std::string_view _text{_json.data(), _json.size()};
     Failures& _failures;
     std::uint64_t _seen = 0;
     std::size_t _expected = 0;
@@ -163,7 +164,7 @@ SessionReadResult parsePadded(simdjson::padded_string_view json, const QDateTime
     if (QByteArrayView(json.data(), qsizetype(json.size())).startsWith("\xEF\xBB\xBF"))
         return cannotOpen(QStringLiteral("The file begins with a byte-order mark, which is not valid JSON."));
     simdjson::ondemand::parser parser;
-    if (const auto code = parser.allocate(json.size())) return cannotOpen(describe(code, json));
+    if (const auto code = parser.allocate(json.size())) return cannotOpen(describe(code, {json.data(), json.size()}));
     Failures failures;
     SessionReadResult result;
     Attempt attempt = Attempt::keyFailed;
