@@ -1,15 +1,15 @@
 #include "TessikAutomation/Persistence/WallClock.h"
 
 #include <QLocale>
+#include <QTimeZone>
 
 namespace tessik {
 
 QDateTime currentSecond() { return dateOfSecond(QDateTime::currentSecsSinceEpoch()); }
 
 QDateTime dateOfSecond(qint64 secondsSinceEpoch) {
-    // Of the ways to name UTC, some releases of Qt deprecate one and some lack the other.
-    static const QDateTime epoch = QDateTime::fromSecsSinceEpoch(0).toUTC();
-    return epoch.addSecs(secondsSinceEpoch);
+    // Of the shorter ways to name UTC, some releases of Qt deprecate one and some lack the other.
+    return QDateTime::fromSecsSinceEpoch(secondsSinceEpoch, QTimeZone::utc()).toUTC();
 }
 
 QString proposedName(const QDateTime& when) {

@@ -5,6 +5,8 @@
 #include <QDir>
 
 #include <algorithm>
+#include <filesystem>
+#include <tuple>
 
 namespace tessik {
 namespace {
@@ -27,22 +29,28 @@ QString ReplacedSessions::keep(const SessionDocument& document, const std::optio
     return error;
 }
 
-/// Newest first.
+/// Newest first; within a second, by when the files were written. Qt would turn those times into local time, and
+/// ThreadSanitizer cannot see the lock that the C library holds round its time zone.
 std::vector<ReplacedSession> ReplacedSessions::all() const {
-    std::vector<ReplacedSession> found;
-    const QDir folder(_folder);
-    for (const QFileInfo& info : folder.entryInfoList({QStringLiteral("*.tessik")}, QDir::Files, QDir::Time)) {
+    using Written = std::filesystem::file_time_type;
+    std::vector<std::pair<Written, ReplacedSession>> found;
+    for (const QFileInfo& info : QDir(_folder).entryInfoList({QStringLiteral("*.tessik")}, QDir::Files)) {
         bool isOurs = false;
         const qint64 replacedAt = info.fileName().section(QLatin1Char('-'), 0, 0).toLongLong(&isOurs);
-        if (isOurs)
-            found.push_back({.file = {.folder = {}, .path = info.filePath()},
-                             .origin = {},
-                             .replacedAt = dateOfSecond(replacedAt)});
+        if (!isOurs) continue;
+        std::error_code gone;
+        const Written writtenAt = std::filesystem::last_write_time(info.filesystemFilePath(), gone);
+        if (gone) continue;
+        const RecoveryFile file{.folder = {}, .path = info.filePath()};
+        found.push_back({writtenAt, {.file = file, .origin = {}, .replacedAt = dateOfSecond(replacedAt)}});
     }
-    std::stable_sort(found.begin(), found.end(), [](const ReplacedSession& a, const ReplacedSession& b) {
-        return a.replacedAt > b.replacedAt; // within a second, by when the files were written
+    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) {
+        return std::tie(a.second.replacedAt, a.first) > std::tie(b.second.replacedAt, b.first);
     });
-    return found;
+    std::vector<ReplacedSession> sessions;
+    for (auto& [writtenAt, session] : found)
+        sessions.push_back(std::move(session));
+    return sessions;
 }
 
 std::vector<ReplacedSession> ReplacedSessions::list(const QDateTime& now) const {
