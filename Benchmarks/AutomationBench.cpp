@@ -144,9 +144,9 @@ const Benchmark playTiming("play_timing_ms", [](const Report& report) {
     rig.recorder.locate(TimecodePosition::fromTotalFrames(rate, start - 50)); // time to assert the beginning
     rig.recorder.play();
     runFor(2s);
-    rig.desk.onVCAMoved = [&](Uptime at, ChannelKind kind, int value) {
+    const auto listener = rig.desk.vcaMoved.connect([&](Uptime at, ChannelKind kind, int value) {
         arrivals.push_back({at, MIDIChannelMapping::faderCC(kind), value});
-    };
+    });
     runFor(length + 3s);
     // Where the tape was at any instant: it runs at its own speed.
     const Uptime now = clock.now();
@@ -219,9 +219,9 @@ const Benchmark identity("record_play_identity", [](const Report& report) {
     rig.locate(start - 50);
     rig.roll(2s);
     const std::int64_t overtakenBefore = rig.output.overtakenCount();
-    rig.desk.onVCAMoved = [&](Uptime at, ChannelKind kind, int value) {
+    const auto arrivalListener = rig.desk.vcaMoved.connect([&](Uptime at, ChannelKind kind, int value) {
         arrivals.push_back({at, MIDIChannelMapping::faderCC(kind), value});
-    };
+    });
     rig.run(length + 3s);
     const Comparison played(*pass, arrivals);
     report({"record_play_identity.recorded_moves", double(recorded.size()), "", std::nullopt});

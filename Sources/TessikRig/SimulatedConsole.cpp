@@ -163,7 +163,7 @@ void SimulatedConsole::obey(Uptime at, const ChannelMessageParser::Message& mess
         Channel* channel = find(*faderKind);
         if (!channel) return;
         channel->vca = message.data2;
-        if (onVCAMoved) onVCAMoved(at, channel->kind, channel->vca);
+        vcaMoved(at, channel->kind, channel->vca);
     } else if (const auto switchKind = MIDIChannelMapping::channelKindForSwitchCC(cc)) {
         Channel* channel = find(*switchKind);
         if (!channel) return;
@@ -173,10 +173,6 @@ void SimulatedConsole::obey(Uptime at, const ChannelMessageParser::Message& mess
     }
     if (_isEchoing) tell(at, cc);
     changed();
-}
-
-void SimulatedConsole::changed() {
-    if (onChange) onChange();
 }
 
 void SimulatedConsole::keepTime() {

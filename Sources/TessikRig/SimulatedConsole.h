@@ -3,6 +3,7 @@
 #include "TessikKit/MIDI/MIDIService.h"
 #include "TessikKit/MIDI/MainThreadQueue.h"
 #include "TessikKit/Models/ChannelState.h"
+#include "TessikKit/Models/Signal.h"
 #include "TessikRig/MIDICable.h"
 
 #include <QTimer>
@@ -56,10 +57,10 @@ public:
     /// True when neither cable carries anything.
     bool isQuiet() const { return _in.isIdle() && !_sending; }
 
-    /// Called when MIDI moved a fader's VCA, with the time at which the message had passed the cable.
-    std::function<void(Uptime at, ChannelKind kind, int value)> onVCAMoved;
-    /// Called when anything that the desk holds has changed.
-    std::function<void()> onChange;
+    /// After MIDI moved a fader's VCA, with the time at which the message had passed the cable.
+    Signal<Uptime, ChannelKind, int> vcaMoved;
+    /// After anything that the desk holds has changed.
+    Signal<> changed;
 
     /// Advances both cables to the present. The desk's own timer calls it while they are busy; tests call it directly.
     void advance();
@@ -87,7 +88,6 @@ private:
     void startNextMessage(Uptime at);
     int currentValue(int cc) const;
     void obey(Uptime at, const ChannelMessageParser::Message& message);
-    void changed();
     void keepTime();
 
     MIDIService& _service;

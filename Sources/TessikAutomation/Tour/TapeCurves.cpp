@@ -29,7 +29,7 @@ int deskValue(const SimulatedConsole& desk, int cc) {
 DeskWatch::DeskWatch(Rig& rig, const std::vector<int>& controllers) : _rig(rig) {
     for (const int cc : controllers)
         _curves[cc].add(std::numeric_limits<double>::lowest(), _last[cc] = deskValue(rig.desk, cc));
-    rig.desk.onChange = [this] { look(); };
+    _listener = rig.desk.changed.connect([this] { look(); });
 }
 
 void DeskWatch::look() {

@@ -27,9 +27,6 @@ using TapeCurves = std::map<int, TapeCurve>;
 class DeskWatch {
 public:
     DeskWatch(Rig& rig, const std::vector<int>& controllers);
-    ~DeskWatch() { _rig.desk.onChange = nullptr; }
-    DeskWatch(const DeskWatch&) = delete;
-    DeskWatch& operator=(const DeskWatch&) = delete;
 
     const TapeCurves& curves() const { return _curves; }
 
@@ -39,6 +36,7 @@ private:
     Rig& _rig;
     TapeCurves _curves;
     std::map<int, int> _last;
+    Signal<>::Connection _listener;
 };
 
 /// What the rig's desk holds on a controller of one of its channels.

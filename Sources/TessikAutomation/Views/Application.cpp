@@ -185,26 +185,29 @@ void Application::buildAutomation() {
                                          panel->addButton(QStringLiteral("snapshots"), QStringLiteral("Snapshots")),
                                          window.drawing(), window.centralWidget());
     setHelpContext(*recalls, HelpContext::snapshots);
-    recalls->onRecalled = [this](const Snapshot& snapshot) {
+    QObject::connect(recalls, &SnapshotsPopover::recalled, [this](const Snapshot& snapshot) {
         setLoadedItem(LoadedItem{LoadedItemType::snapshot, snapshot.id});
-    };
-    recalls->onRecallUndone = [this] { // a pass that is selected is named again
+    });
+    QObject::connect(recalls, &SnapshotsPopover::recallUndone, [this] { // a pass that is selected is named again
         const std::optional<AutomationPass>& pass = passEngine.playedPass.value();
         setLoadedItem(pass ? std::optional(LoadedItem{LoadedItemType::pass, pass->id}) : std::nullopt);
-    };
+    });
     auto* takes =
         new PassesPopover(passEngine, passes, window.history(), panel->addButton(QStringLiteral("passes"), {}),
                           window.drawing(), window.centralWidget());
     setHelpContext(*takes, HelpContext::passes);
-    takes->onChosen = [this](const AutomationPass& pass) { setLoadedItem(LoadedItem{LoadedItemType::pass, pass.id}); };
+    QObject::connect(takes, &PassesPopover::chosen, [this](const AutomationPass& pass) {
+        setLoadedItem(LoadedItem{LoadedItemType::pass, pass.id});
+    });
     QObject::connect(&window.deselectKey(), &QAbstractButton::clicked, takes,
                      [this] { passEngine.select(std::nullopt); });
-    takes->onShowLanes = [this](const AutomationPass& pass) {
+    QObject::connect(takes, &PassesPopover::lanesWanted, [this](const AutomationPass& pass) {
         PassLanesView::open(pass, {passes, passEngine, channelLabels, mtcClock, transport, window.drawing()},
                             window.keys, &window);
-    };
-    takes->onExport = [this](const AutomationPass& pass) { _passFiles.exportPass(pass); };
-    takes->onImport = [this] { _passFiles.importPass(); };
+    });
+    QObject::connect(takes, &PassesPopover::exportWanted,
+                     [this](const AutomationPass& pass) { _passFiles.exportPass(pass); });
+    QObject::connect(takes, &PassesPopover::importWanted, [this] { _passFiles.importPass(); });
     _observers.push_back(passEngine.playedPass.addNotifier([this] {
         if (const auto& pass = passEngine.playedPass.value())
             setLoadedItem(LoadedItem{LoadedItemType::pass, pass->id});

@@ -190,7 +190,6 @@ void paintFloat(QPainter& painter, const QRectF& rect, const QColor& color) {
 
 RigPane::RigPane(SimulatedConsole& desk, MainWindow& window)
     : QDockWidget(QStringLiteral("Rig Console"), &window),
-      _desk(desk),
       _table(makeTable(desk.channels())),
       _surface(new ControlHost(_table.kind, _table.bind({&desk, &_changes}), window.drawing(), this)) {
     setObjectName(QStringLiteral("rig")); // under which the window remembers its place
@@ -199,20 +198,18 @@ RigPane::RigPane(SimulatedConsole& desk, MainWindow& window)
     _surface->setAccessibleName(QStringLiteral("Faders and mutes of the rig's desk"));
     _surface->setMinimumSize(minSurface);
     setWidget(_surface);
-    setTitleBarWidget(makeTitleBar(window));
+    setTitleBarWidget(makeTitleBar(desk, window));
     window.addDockWidget(Qt::BottomDockWidgetArea, this);
     window.resizeDocks({this}, {surfaceHeight + titleHeight}, Qt::Vertical);
 
     _showChanges.setSingleShot(true);
     _showChanges.callOnTimeout([this] { _changes = _changes.value() + 1; });
-    desk.onChange = [this] {
+    _deskListener = desk.changed.connect([this] {
         if (!_showChanges.isActive()) _showChanges.start(refreshTime);
-    };
+    });
 }
 
-RigPane::~RigPane() { _desk.onChange = nullptr; }
-
-QWidget* RigPane::makeTitleBar(MainWindow& window) {
+QWidget* RigPane::makeTitleBar(SimulatedConsole& desk, MainWindow& window) {
     auto* bar = new QWidget(this);
     bar->setFixedHeight(titleHeight);
     auto* layout = new QHBoxLayout(bar);
@@ -231,7 +228,7 @@ QWidget* RigPane::makeTitleBar(MainWindow& window) {
         button->setAccessibleName(QStringLiteral("Recall scene %1").arg(scene + 1));
         button->setToolTip(
             QStringLiteral("Recall scene %1: the rig's desk takes it and transmits every value").arg(scene + 1));
-        connect(button, &QPushButton::clicked, this, [this, scene] { _desk.recallScene(scene); });
+        connect(button, &QPushButton::clicked, this, [&desk, scene] { desk.recallScene(scene); });
         layout->addWidget(button);
     }
     layout->addStretch(1);

@@ -25,19 +25,18 @@ public:
 
     /// Docks it in `window`, which owns it. `desk` must outlive it.
     RigPane(SimulatedConsole& desk, MainWindow& window);
-    ~RigPane() override;
 
     ControlHost& surface() const { return *_surface; }
 
 private:
-    QWidget* makeTitleBar(MainWindow& window);
+    QWidget* makeTitleBar(SimulatedConsole& desk, MainWindow& window);
 
-    SimulatedConsole& _desk;
     ControlTable<Subject> _table;
     QProperty<int> _changes{0};
     QTimer _showChanges; ///< changes come faster than they are shown
     ControlHost* _surface;
     std::vector<QPropertyNotifier> _observers;
+    Signal<>::Connection _deskListener;
 };
 
 } // namespace tessik

@@ -50,7 +50,7 @@ TEST_F(PassEngineTest, NullTargetsFollowSelectionPositionAndSwitch) {
     EXPECT_EQ(target(in2), 127);
     locate(passStart - 100);
     EXPECT_EQ(target(in1), 50);
-    channel(ChannelKind::stereo()).nullTarget = 5;
+    model.setNullTarget(model.stereo(), 5);
     engine.setNullEnabled(false);
     for (ChannelState* each : model.allVisibleChannels())
         EXPECT_EQ(each->nullTarget.value(), std::nullopt);
@@ -89,7 +89,7 @@ TEST_F(PassEngineTest, ReadAssertsOnceThenPlays) {
     engine.select(pass({switches(2, in2, muted), fader(5, in1, 60), fader(40, in1, 90), switches(60, in2, {})}));
     arm(AutomationMode::read);
     std::map<ChannelKind, int, decltype([](ChannelKind a, ChannelKind b) { return a.id() < b.id(); })> moves;
-    desk.onVCAMoved = [&](Uptime, ChannelKind kind, int) { ++moves[kind]; };
+    const auto listener = desk.vcaMoved.connect([&](Uptime, ChannelKind kind, int) { ++moves[kind]; });
     rollFrom(20);
     runTo(30);
     EXPECT_TRUE(engine.isRolling.value());

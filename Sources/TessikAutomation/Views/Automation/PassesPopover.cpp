@@ -79,10 +79,10 @@ PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& 
     _take->hide();
     addSection(_take);
     addSection(_list);
-    _take->onShowLanes = [this](const AutomationPass& take) { onShowLanes(take); };
+    connect(_take, &TakeCard::lanesWanted, this, &PassesPopover::lanesWanted);
     auto* import = new TextButton(QStringLiteral("Import MIDI File…"), "import", this);
     import->setToolTip(QStringLiteral("Make a pass from the desk's controllers in a Standard MIDI File"));
-    connect(import, &QPushButton::clicked, this, [this] { onImport(); });
+    connect(import, &QPushButton::clicked, this, &PassesPopover::importWanted);
     addSection(import);
     const auto changed = [this] { refreshSoon(); };
     _observers.push_back(passes.passes.addNotifier(changed));
@@ -96,7 +96,7 @@ void PassesPopover::prepareRow(RecordRow& row) {
         const auto pass = passOf(_passes, row.id());
         if (!pass) return;
         _engine.select(pass);
-        if (onChosen) onChosen(*pass);
+        Q_EMIT chosen(*pass);
     };
     connect(&row, &QAbstractButton::clicked, this, choose);
     connect(&row, &RecordRow::chosen, this, choose);
@@ -105,7 +105,7 @@ void PassesPopover::prepareRow(RecordRow& row) {
             _history.push(UndoStep::renaming(_passes, pass->id, pass->name, name));
     });
     const auto showLanes = [this, &row] {
-        if (const auto pass = passOf(_passes, row.id())) onShowLanes(*pass);
+        if (const auto pass = passOf(_passes, row.id())) Q_EMIT lanesWanted(*pass);
     };
     SymbolButton* lanes = row.addButton(QStringLiteral("lanes"), {}, QStringLiteral("Show Lanes"));
     lanes->setObjectName(QStringLiteral("lanes"));
@@ -114,7 +114,7 @@ void PassesPopover::prepareRow(RecordRow& row) {
     connect(&row, &RecordRow::menuRequested, this, [this, &row, showLanes](QMenu* menu) {
         menu->addAction(QStringLiteral("Show Lanes"), this, showLanes);
         menu->addAction(QStringLiteral("Export as MIDI File…"), this, [this, id = row.id()] {
-            if (const auto pass = passOf(_passes, id)) onExport(*pass);
+            if (const auto pass = passOf(_passes, id)) Q_EMIT exportWanted(*pass);
         });
     });
     connect(&row, &RecordRow::removed, this, [this, &row] {

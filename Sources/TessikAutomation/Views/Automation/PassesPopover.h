@@ -20,11 +20,12 @@ public:
     PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& history, SymbolButton& button,
                   DrawingContext& drawing, QWidget* over);
 
-    // ---- what the list leaves to its owner
-    std::function<void(const AutomationPass&)> onChosen; ///< even if already selected
-    std::function<void(const AutomationPass&)> onShowLanes;
-    std::function<void(const AutomationPass&)> onExport;
-    std::function<void()> onImport;
+Q_SIGNALS:
+    void chosen(const tessik::AutomationPass& pass); ///< even if already selected
+    // ---- what the list leaves to others
+    void lanesWanted(const tessik::AutomationPass& pass);
+    void exportWanted(const tessik::AutomationPass& pass);
+    void importWanted();
 
 protected:
     void refresh() override;

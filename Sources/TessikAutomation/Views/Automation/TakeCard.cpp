@@ -58,7 +58,7 @@ TakeCard::TakeCard(PassEngine& engine, PassStore& passes, QUndoStack& history, D
     lanes->setAccessibleName(QStringLiteral("Show Lanes"));
     lanes->setToolTip(QStringLiteral("Show Lanes"));
     connect(lanes, &QAbstractButton::clicked, this, [this] {
-        if (const auto& take = _engine.waitingTake.value()) onShowLanes(*take);
+        if (const auto& take = _engine.waitingTake.value()) Q_EMIT lanesWanted(*take);
     });
     addToHeading(lanes);
 

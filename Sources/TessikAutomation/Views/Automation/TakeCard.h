@@ -16,9 +16,11 @@ class TakeCard final : public NameSection {
 public:
     TakeCard(PassEngine& engine, PassStore& passes, QUndoStack& history, DrawingContext& drawing, QWidget* parent);
 
-    std::function<void(const AutomationPass&)> onShowLanes;
     /// Shows the take that waits now; a name being typed for it stays.
     void refresh();
+
+Q_SIGNALS:
+    void lanesWanted(const tessik::AutomationPass& take);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

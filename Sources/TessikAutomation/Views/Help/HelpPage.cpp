@@ -83,9 +83,8 @@ HelpPage::HelpPage(const HelpColors& colors, QStringList chapters, QWidget* pare
     : QTextBrowser(parent), _chapters(std::move(chapters)), _colors(colors) {
     setOpenLinks(false);
     setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
-    connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
-        if (onChapterWanted) onChapterWanted(link.fragment());
-    });
+    connect(this, &QTextBrowser::anchorClicked, this,
+            [this](const QUrl& link) { Q_EMIT chapterWanted(link.fragment()); });
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     document()->setUndoRedoEnabled(false);
     document()->setDocumentMargin(0);

@@ -5,18 +5,15 @@
 
 #include <QTextBrowser>
 
-#include <functional>
-
 namespace tessik {
 
 /// One chapter, typeset: a column of readable width, selectable, searchable and with text that can be copied.
 class HelpPage final : public QTextBrowser {
+    Q_OBJECT
+
 public:
     /// `chapters`: the titles that links can name.
     HelpPage(const HelpColors& colors, QStringList chapters, QWidget* parent = nullptr);
-
-    /// A link to this chapter was followed.
-    std::function<void(const QString& title)> onChapterWanted;
 
     /// Shows the chapter from its top.
     void show(const HelpTopic& topic);
@@ -25,6 +22,10 @@ public:
     /// Goes to the next marked place, from the last back to the first. False if there is none.
     bool goToNextMatch();
     void setColors(const HelpColors& colors);
+
+Q_SIGNALS:
+    /// A link to this chapter was followed.
+    void chapterWanted(const QString& title);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

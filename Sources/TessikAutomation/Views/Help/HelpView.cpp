@@ -100,7 +100,7 @@ QWidget* HelpView::makeDetail(const Look& look) {
     connect(_close, &QToolButton::clicked, this, &QWidget::close);
 
     _page = new HelpPage(HelpColors::of(look), visibleTitles());
-    _page->onChapterWanted = [this](const QString& title) { showTopic(title); };
+    connect(_page, &HelpPage::chapterWanted, this, &HelpView::showTopic);
     _page->setObjectName(QStringLiteral("page"));
     _detail = new QStackedWidget;
     _detail->addWidget(_page);

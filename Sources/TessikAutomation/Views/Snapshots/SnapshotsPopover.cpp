@@ -130,11 +130,11 @@ void SnapshotsPopover::recall(const QUuid& id) {
         QStringLiteral("recalling %1").arg(snapshot->name),
         [this, former, snapshot = *snapshot] {
             *former = _recall.recall(snapshot);
-            if (onRecalled) onRecalled(snapshot);
+            Q_EMIT recalled(snapshot);
         },
         [this, former] {
             _recall.putBack(*former);
-            if (onRecallUndone) onRecallUndone();
+            Q_EMIT recallUndone();
         }));
 }
 

@@ -22,9 +22,9 @@ public:
     SnapshotsPopover(SnapshotStore& snapshots, SnapshotRecall& recall, QUndoStack& history, SymbolButton& button,
                      DrawingContext& drawing, QWidget* over, WallClock clock = currentSecond);
 
-    /// Called after a recall, and after one was undone.
-    std::function<void(const Snapshot&)> onRecalled;
-    std::function<void()> onRecallUndone;
+Q_SIGNALS:
+    void recalled(const tessik::Snapshot& snapshot);
+    void recallUndone();
 
 protected:
     void refresh() override;

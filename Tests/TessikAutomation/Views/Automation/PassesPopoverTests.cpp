@@ -1,3 +1,4 @@
+#include "Support/Shown.h"
 #include "TessikAutomation/Views/AutomationFixture.h"
 #include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
 
@@ -58,7 +59,8 @@ TEST_F(PassesPopoverTest, TheButtonCountsOpensAndCloses) {
 
 TEST_F(PassesPopoverTest, ChoosingSelectsAndTheSelectedAgainRecallsIt) {
     QStringList chosen;
-    passesPopover.onChosen = [&chosen](const AutomationPass& pass) { chosen << pass.name; };
+    QObject::connect(&passesPopover, &PassesPopover::chosen, &window,
+                     [&chosen](const AutomationPass& pass) { chosen << pass.name; });
     load();
     click(passesButton);
     click(*rows(passesPopover)[1]);
@@ -66,7 +68,7 @@ TEST_F(PassesPopoverTest, ChoosingSelectsAndTheSelectedAgainRecallsIt) {
     EXPECT_EQ(level(), 60);
     EXPECT_FALSE(rows(passesPopover)[0]->isChecked());
     EXPECT_TRUE(rows(passesPopover)[1]->isChecked());
-    channel(ChannelKind::input(5)).faderValue = 3;
+    showFader(model, ChannelKind::input(5), 3);
     click(*rows(passesPopover)[1]);
     EXPECT_EQ(selectedName(), QStringLiteral("Chorus"));
     EXPECT_TRUE(rows(passesPopover)[1]->isChecked());

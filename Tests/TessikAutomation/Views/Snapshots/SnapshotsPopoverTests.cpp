@@ -1,3 +1,4 @@
+#include "Support/Shown.h"
 #include "TessikAutomation/Views/AutomationFixture.h"
 
 namespace tessik::test {
@@ -5,14 +6,15 @@ namespace {
 
 struct SnapshotsPopoverTest : AutomationWindowTest {
     SnapshotsPopoverTest() {
-        snapshotsPopover.onRecalled = [this](const Snapshot& snapshot) { recalled << snapshot.name; };
+        QObject::connect(&snapshotsPopover, &SnapshotsPopover::recalled, &window,
+                         [this](const Snapshot& snapshot) { recalled << snapshot.name; });
         click(snapshotsButton);
     }
     QWidget& section() { return find(snapshotsPopover, "card"); }
     EntryField& field() { return find<EntryField>(snapshotsPopover, "name"); }
     /// Sets input 5 and captures, by hand.
     void capture(const QString& name, int level) {
-        channel(ChannelKind::input(5)).faderValue = level;
+        showFader(model, ChannelKind::input(5), level);
         click(find(snapshotsPopover, "capture"));
         type(name);
         type(Qt::Key_Return);
@@ -107,7 +109,7 @@ TEST_F(SnapshotsPopoverTest, CaptureRecallAndNameAreTakenBack) {
     desk.moveFader(ChannelKind::input(5), 99);
     run(200ms);
     bool isUndone = false;
-    snapshotsPopover.onRecallUndone = [&] { isUndone = true; };
+    QObject::connect(&snapshotsPopover, &SnapshotsPopover::recallUndone, &window, [&] { isUndone = true; });
     click(part(0, "recall"));
     run(200ms);
     EXPECT_EQ(desk.vca(ChannelKind::input(5)), 20);
