@@ -116,12 +116,13 @@ const Benchmark pacerDeskEqual("pacer_desk_equal", [](const Report& report) {
     std::minstd_rand random(1);
     const std::vector<ChannelKind> kinds = desk.channels();
     for (int i = 0; i < 20'000; ++i) {
-        ChannelState& channel = *model.channelState(kinds[random() % kinds.size()]);
+        const ChannelState& channel = *model.channelState(kinds[random() % kinds.size()]);
         if (random() % 2 == 0) {
-            channel.faderValue = int(random() % 128);
-            output.sendFader(channel.kind, channel.faderValue.value());
+            const int value = int(random() % 128);
+            model.shown(MIDIChannelMapping::faderCC(channel.kind), value);
+            output.sendFader(channel.kind, value);
         } else {
-            channel.setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(random() % 128)));
+            model.shown(MIDIChannelMapping::switchCC(channel.kind), int(random() % 128));
             output.sendSwitches(channel.kind, channel.switches());
         }
         if (i % 50 == 0) QCoreApplication::processEvents();

@@ -43,7 +43,8 @@ struct Desk {
     void moveFaders(double seconds) {
         int i = 0;
         for (ChannelState* channel : model.allVisibleChannels())
-            channel->faderValue = 64 + int(std::lround(60 * std::sin(seconds * 1.7 + 0.5 * i++)));
+            model.shown(MIDIChannelMapping::faderCC(channel->kind),
+                        64 + int(std::lround(60 * std::sin(seconds * 1.7 + 0.5 * i++))));
     }
 };
 

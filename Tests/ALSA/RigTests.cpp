@@ -61,7 +61,6 @@ TEST_F(RigTest, theDeskIsHeardAndObeys) {
     EXPECT_EQ(rig.tell(QStringLiteral("scene 3")), QStringLiteral("ok"));
     EXPECT_TRUE(eventually([this] { return model.messageCount.value() == 2 * channelCount; }));
     EXPECT_EQ(input(7).faderValue.value(), rig.vca(QStringLiteral("7")));
-    input(7).faderValue = 33;
     output.sendFader(ChannelKind::input(7), 33);
     EXPECT_TRUE(eventually([this] { return rig.vca(QStringLiteral("7")) == 33; }));
 }

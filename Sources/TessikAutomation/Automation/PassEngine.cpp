@@ -32,8 +32,8 @@ PassEngine::PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutpu
     const auto assertAnew = [this] { _isAssertionDue = _nullsStale = true; };
     _destinationNotifier = midiOutputManager.port.connectedDestinationID.addNotifier(assertAnew);
     _sizeNotifier = consoleModel.modelSize.addNotifier(assertAnew);
-    waitingTake.setBinding([this] { return isRecording() ? std::nullopt : recordingPass.value(); });
-    playedPass.setBinding([this] {
+    waitingTake.follow([this] { return isRecording() ? std::nullopt : recordingPass.value(); });
+    playedPass.follow([this] {
         const std::optional<AutomationPass>& take = waitingTake.value();
         return take && !isComparing.value() ? take : selectedPass.value();
     });
@@ -43,7 +43,7 @@ PassEngine::PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutpu
         if (_mode == AutomationMode::off) consumeChanges();
     });
     _zeroListener = _consoleModel.screenZeroed.connect([this] { noteScreenZeroed(); });
-    _mtcClock.onFullFrame = [this] { noteFullFrame(); };
+    _fullFrameListener = _mtcClock.fullFrame.connect([this] { noteFullFrame(); });
 }
 
 int PassEngine::unsyncedChannelCount() const {

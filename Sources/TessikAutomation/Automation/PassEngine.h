@@ -10,6 +10,7 @@
 #include "TessikAutomation/Desk/DeskHands.h"
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Snapshots/SnapshotStore.h"
+#include "TessikKit/Models/Published.h"
 
 #include <bitset>
 
@@ -21,7 +22,7 @@ namespace tessik {
 /// take waits, and when the user compares.
 ///
 /// While a mode is armed it looks, tick by tick, at the tape and at what has changed on the console since, records and
-/// plays. It takes the `onFullFrame` of the clock. Main thread only.
+/// plays. Main thread only.
 class PassEngine {
 public:
     PassEngine(ConsoleModel& consoleModel, MTCClock& mtcClock, MIDIOutputManager& midiOutputManager,
@@ -31,21 +32,19 @@ public:
     /// Leaving the mode ends a take under way.
     QProperty<AutomationMode> mode{AutomationMode::off};
 
-    // ---- Written by the engine alone
-
-    QProperty<bool> nullEnabled{false}; ///< see `setNullEnabled`
-    QProperty<std::optional<AutomationPass>> selectedPass{std::nullopt};
+    Published<bool, PassEngine> nullEnabled{false}; ///< see `setNullEnabled`
+    Published<std::optional<AutomationPass>, PassEngine> selectedPass{std::nullopt};
     /// The take being recorded, still without its events, or a finished one waiting for its name.
-    QProperty<std::optional<AutomationPass>> recordingPass{std::nullopt};
-    QProperty<bool> isComparing{false}; ///< see `compare`
+    Published<std::optional<AutomationPass>, PassEngine> recordingPass{std::nullopt};
+    Published<bool, PassEngine> isComparing{false}; ///< see `compare`
     /// Derived: the finished take that waits for its name.
-    QProperty<std::optional<AutomationPass>> waitingTake;
+    Published<std::optional<AutomationPass>, PassEngine> waitingTake;
     /// Derived: what READ plays, UPDATE rides over and NULL leads to.
-    QProperty<std::optional<AutomationPass>> playedPass;
-    QProperty<qsizetype> recordedEventCount{0}; ///< of the take being recorded, or the last one
-    QProperty<bool> isRolling{false};           ///< timecode runs and a mode is armed
+    Published<std::optional<AutomationPass>, PassEngine> playedPass;
+    Published<qsizetype, PassEngine> recordedEventCount{0}; ///< of the take being recorded, or the last one
+    Published<bool, PassEngine> isRolling{false};           ///< timecode runs and a mode is armed
     /// An armed READ or UPDATE does nothing because the played pass and the timecode differ in frame rate.
-    QProperty<bool> hasFrameRateMismatch{false};
+    Published<bool, PassEngine> hasFrameRateMismatch{false};
 
     /// Visible channels about which nothing was ever received or recalled.
     int unsyncedChannelCount() const;
@@ -158,6 +157,7 @@ private:
     QPropertyNotifier _playedNotifier;
     Signal<const ConsoleChange&>::Connection _consoleListener;
     Signal<>::Connection _zeroListener;
+    Signal<>::Connection _fullFrameListener;
 };
 
 } // namespace tessik

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "TessikAutomation/Automation/AutomationPass.h"
+#include "TessikKit/Models/Published.h"
 
 namespace tessik {
 
 /// The session's passes, newest first, at most one per id. Main thread only.
 class PassStore {
 public:
-    QProperty<QList<AutomationPass>> passes;
+    Published<QList<AutomationPass>, PassStore> passes;
     /// Called after each `save`, `rename` and `remove`, never on `load`.
     std::function<void()> onChange;
 

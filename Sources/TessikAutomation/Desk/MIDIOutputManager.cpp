@@ -11,14 +11,14 @@ using namespace std::chrono_literals;
 MIDIOutputManager::MIDIOutputManager(MIDIService& service, const UptimeClock& clock)
     : port(service, QStringLiteral("TessikAutomation Output"), QStringLiteral("Output")), _clock(clock) {
     using Change = MIDIDestinationPort::Change;
-    port.onChange = [this](Change change) {
+    _portListener = port.changed.connect([this](Change change) {
         if (change == Change::chosen)
             _pacer.forget();
         else
             _pacer.lose();
         if (port.isReachable()) _pacer.regain();
         pump();
-    };
+    });
     _channelNotifier = midiChannel.addNotifier([this] { assertAgain(); });
     _timer.setTimerType(Qt::PreciseTimer);
     _timer.callOnTimeout([this] { pump(); });

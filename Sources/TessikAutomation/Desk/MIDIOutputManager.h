@@ -3,6 +3,7 @@
 #include "TessikAutomation/Desk/DeskPacer.h"
 #include "TessikAutomation/MIDI/MIDIDestinationPort.h"
 #include "TessikKit/Models/ConsoleModel.h"
+#include "TessikKit/Models/Published.h"
 
 #include <QTimer>
 
@@ -54,7 +55,7 @@ public:
     /// asked for.
     void assertAgain();
     /// What is sent comes straight back: the desk echoes, or Out is cabled to In.
-    QProperty<bool> isLoop{false};
+    Published<bool, MIDIOutputManager> isLoop{false};
     /// True while anything waits to be sent, or a hand and a message have crossed and the outcome is open.
     bool isBusy() const { return _pacer.hasWaiting() || !_pacer.isSettled(); }
     /// Values replaced by a newer one of the same controller before they were sent.
@@ -75,6 +76,7 @@ private:
     DeskPacer _pacer;
     QTimer _timer;
     QPropertyNotifier _channelNotifier;
+    Signal<MIDIDestinationPort::Change>::Connection _portListener;
 };
 
 } // namespace tessik

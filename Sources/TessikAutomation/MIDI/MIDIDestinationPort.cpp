@@ -33,7 +33,7 @@ void MIDIDestinationPort::refreshDestinations() {
     else if (_reachable != before || cable.isDue())
         refusal = cable.lay(_reachable) == 0 ? 0 : refusal.value();
     if (_reachable != before) refusal = 0;
-    if (_reachable != before && onChange) onChange(_reachable ? Change::back : Change::gone);
+    if (_reachable != before) changed(_reachable ? Change::back : Change::gone);
 }
 
 void MIDIDestinationPort::selectDestination(std::optional<std::int32_t> uniqueID) {
@@ -48,7 +48,7 @@ void MIDIDestinationPort::selectDestination(std::optional<std::int32_t> uniqueID
     else
         _service.connectDestination(_outputPort, 0); // other programs may want it
     refusal = 0;
-    if (another && onChange) onChange(Change::chosen);
+    if (another) changed(Change::chosen);
 }
 
 MIDIStatus MIDIDestinationPort::send(std::span<const std::uint32_t> words) {

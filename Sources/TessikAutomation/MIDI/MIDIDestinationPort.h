@@ -2,9 +2,10 @@
 
 #include "TessikKit/MIDI/MIDIPortInfo.h"
 #include "TessikKit/MIDI/PortCable.h"
+#include "TessikKit/Models/Published.h"
+#include "TessikKit/Models/Signal.h"
 
 #include <QObject>
-#include <QProperty>
 
 namespace tessik {
 
@@ -28,26 +29,28 @@ public:
     /// Sends words to the chosen destination. Returns `midiUnknownHandle` if it is absent, else why there is no cable
     /// to it, else the service's status.
     MIDIStatus send(std::span<const std::uint32_t> words);
+    /// Shows as `refusal` what the owner of the port gave up sending.
+    void noteLost(MIDIStatus status) { refusal = status; }
 
     enum class Change : std::uint8_t {
         chosen, ///< another destination, or none; reachable or not
         gone,   ///< the chosen destination vanished
         back    ///< it came back, perhaps before it was missed
     };
-    /// Called after a choice or a refresh, when `isReachable` gives the new state.
-    std::function<void(Change)> onChange;
+    /// After a choice or a refresh, when `isReachable` gives the new state.
+    Signal<Change> changed;
 
-    QProperty<std::vector<MIDIDestinationInfo>> availableDestinations;
-    QProperty<std::optional<std::int32_t>> connectedDestinationID{std::nullopt};
+    Published<std::vector<MIDIDestinationInfo>, MIDIDestinationPort> availableDestinations;
+    Published<std::optional<std::int32_t>, MIDIDestinationPort> connectedDestinationID{std::nullopt};
     /// "Not connected"; label + ": " + name; label + ": reconnecting…".
-    QProperty<QString> statusText{QStringLiteral("Not connected")};
+    Published<QString, MIDIDestinationPort> statusText{QStringLiteral("Not connected")};
 
     /// The cable to the chosen destination. Its state is not in `statusText`.
     PortCable cable;
 
-    QProperty<std::int64_t> sentCount{0}; ///< calls of `send` that went out
+    Published<std::int64_t, MIDIDestinationPort> sentCount{0}; ///< calls of `send` that went out
     /// Why the destination refused the last send; 0 if it did not, or is absent.
-    QProperty<MIDIStatus> refusal{0};
+    Published<MIDIStatus, MIDIDestinationPort> refusal{0};
 
     MIDIClientRef client() const { return _client; }
     MIDIPortRef outputPort() const { return _outputPort; }

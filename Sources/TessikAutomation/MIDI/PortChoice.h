@@ -3,14 +3,15 @@
 #include "TessikAutomation/MIDI/MIDIDestinationPort.h"
 #include "TessikAutomation/Persistence/SavedSettings.h"
 #include "TessikKit/MIDI/MIDIInputConnection.h"
+#include "TessikKit/Models/Published.h"
 
 namespace tessik {
 
 /// One of the MIDI paths that the user picks from a list and this machine remembers. What it refers to must outlive it.
 struct PortChoice {
     QLatin1String key; ///< of SavedSettings
-    QProperty<std::vector<MIDIPortInfo>>& available;
-    QProperty<std::optional<std::int32_t>>& selected; ///< kept while the port is missing
+    const Observable<std::vector<MIDIPortInfo>>& available;
+    const Observable<std::optional<std::int32_t>>& selected; ///< kept while the port is missing
     std::function<void(std::optional<std::int32_t>)> select;
 
     bool isListed(std::int32_t uniqueID) const { return findPort(available.value(), uniqueID); }

@@ -40,9 +40,10 @@ std::vector<std::uint8_t> MMCMessage::locate(std::uint8_t deviceID, const Timeco
 
 TransportManager::TransportManager(MIDIService& service, const UptimeClock& clock)
     : port(service, QStringLiteral("TessikAutomation Transport"), QStringLiteral("Transport")),
-      _clock(clock),
-      _deviceID(SavedSettings::mmcDeviceID().value_or(allCall)) {
-    port.onChange = [this](MIDIDestinationPort::Change) { _waiting.clear(); }; // a late command would surprise
+      deviceID(SavedSettings::mmcDeviceID().value_or(allCall)),
+      _clock(clock) {
+    // A late command would surprise.
+    _portListener = port.changed.connect([this](MIDIDestinationPort::Change) { _waiting.clear(); });
     _timer.setInterval(5ms);
     _timer.callOnTimeout([this] { pump(); });
     setupClient();
@@ -54,16 +55,16 @@ void TransportManager::setupClient() {
         log(QStringLiteral("MIDIOutputPortCreate FAILED OSStatus=%1").arg(status));
 }
 
-void TransportManager::setDeviceID(std::uint8_t deviceID) {
-    _deviceID = deviceID;
-    SavedSettings::setInteger(SavedSettings::Key::mmcDeviceID, deviceID);
+void TransportManager::setDeviceID(std::uint8_t chosen) {
+    deviceID = chosen;
+    SavedSettings::setInteger(SavedSettings::Key::mmcDeviceID, chosen);
 }
 
 void TransportManager::send(MMCCommand command) {
-    send(MMCMessage::command(deviceID(), command));
+    send(MMCMessage::command(deviceID, command));
     if (command == MMCCommand::stop) stopSent();
 }
-void TransportManager::locate(const TimecodePosition& position) { send(MMCMessage::locate(deviceID(), position)); }
+void TransportManager::locate(const TimecodePosition& position) { send(MMCMessage::locate(deviceID, position)); }
 
 void TransportManager::send(std::span<const std::uint8_t> message) {
     if (!port.isReachable()) return;
@@ -81,7 +82,7 @@ void TransportManager::pump() {
             return;
         }
         if (status != 0) log(QStringLiteral("MMC not sent: OSStatus=%1").arg(status));
-        if (status == midiWouldBlock) port.refusal = status;
+        if (status == midiWouldBlock) port.noteLost(status);
     }
     _timer.stop();
 }

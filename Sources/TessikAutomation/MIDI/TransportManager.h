@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/MIDI/MIDIDestinationPort.h"
+#include "TessikKit/Models/Published.h"
 #include "TessikKit/Models/Signal.h"
 #include "TessikKit/Models/TimecodePosition.h"
 #include "TessikKit/Models/UptimeClock.h"
@@ -46,11 +47,9 @@ public:
     MIDIDestinationPort port;
 
     /// The machine addressed; `allCall` until another is chosen on this computer.
-    std::uint8_t deviceID() const { return _deviceID; }
+    Published<std::uint8_t, TransportManager> deviceID;
     /// Stores the choice, even if unchanged.
-    void setDeviceID(std::uint8_t deviceID);
-    /// For observing; write through the setter.
-    QBindable<std::uint8_t> bindableDeviceID() const { return QBindable<std::uint8_t>(&_deviceID); }
+    void setDeviceID(std::uint8_t chosen);
 
     /// Does nothing while the destination is absent. A port that is momentarily full is retried for two seconds; what
     /// is lost shows as the port's `refusal`.
@@ -71,8 +70,8 @@ private:
     };
 
     const UptimeClock& _clock;
-    QProperty<std::uint8_t> _deviceID;
     std::deque<Waiting> _waiting; // messages, in order
+    Signal<MIDIDestinationPort::Change>::Connection _portListener;
     QTimer _timer;
 };
 

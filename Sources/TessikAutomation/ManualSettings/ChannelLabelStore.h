@@ -1,9 +1,9 @@
 #pragma once
 
 #include "TessikAutomation/ManualSettings/ChannelLabel.h"
+#include "TessikKit/Models/Published.h"
 
 #include <QMap>
-#include <QProperty>
 
 #include <functional>
 
@@ -12,8 +12,7 @@ namespace tessik {
 /// The session's channel labels, by channel id; a channel without an entry has none. Main thread only.
 class ChannelLabelStore {
 public:
-    /// Written as a whole when a session is opened, which does not call `onChange`.
-    QProperty<QMap<QString, ChannelLabel>> labelsByChannelID;
+    Published<QMap<QString, ChannelLabel>, ChannelLabelStore> labelsByChannelID;
     /// Called after each `update`, `remove` and `resetAll`.
     std::function<void()> onChange;
 
@@ -22,6 +21,8 @@ public:
     /// Removes the channel's label, as if it never had one.
     void remove(const QString& channelID);
     void resetAll();
+    /// Replaces all labels, without `onChange`, for opening a session.
+    void load(const QMap<QString, ChannelLabel>& loaded) { labelsByChannelID = loaded; }
 };
 
 } // namespace tessik

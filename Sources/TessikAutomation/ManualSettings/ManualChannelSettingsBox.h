@@ -1,8 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/ManualSettings/ManualChannelSettings.h"
-
-#include <QProperty>
+#include "TessikKit/Models/Published.h"
 
 #include <cmath>
 #include <functional>
@@ -19,19 +18,18 @@ public:
     Value value(Value ManualChannelSettings::*member) const {
         return find(*this, member).value();
     }
-    /// For observing one field; write through `edit`.
     template <typename Value>
-    QBindable<Value> bindable(Value ManualChannelSettings::*member) const {
-        return QBindable<Value>(&find(*this, member));
+    const Observable<Value>& field(Value ManualChannelSettings::*member) const {
+        return find(*this, member);
     }
     /// A user's edit: writes one field and, if that changes it, calls `onEdit`. Ignores NaN and infinities.
     template <typename Value>
     void edit(Value ManualChannelSettings::*member, Value value) {
         if constexpr (std::is_same_v<Value, double>)
             if (!std::isfinite(value)) return;
-        QProperty<Value>& field = find(*this, member);
-        if (field.value() == value) return;
-        field = value;
+        Field<Value>& written = find(*this, member);
+        if (written.value() == value) return;
+        written = value;
         if (onEdit) onEdit();
     }
 
@@ -48,9 +46,10 @@ public:
     std::function<void()> onEdit;
 
 private:
+    template <typename Value>
+    using Field = Published<Value, ManualChannelSettingsBox>;
     template <typename... Values>
-    static std::tuple<QProperty<Values>...>
-    propertiesOf(const std::tuple<RecordField<ManualChannelSettings, Values>...>&);
+    static std::tuple<Field<Values>...> propertiesOf(const std::tuple<RecordField<ManualChannelSettings, Values>...>&);
     using Properties = decltype(propertiesOf(recordFields<ManualChannelSettings>));
 
     template <typename Box, typename Visit>
@@ -63,7 +62,7 @@ private:
 
     template <typename Box, typename Value>
     static auto& find(Box& box, Value ManualChannelSettings::*wanted) {
-        std::conditional_t<std::is_const_v<Box>, const QProperty<Value>, QProperty<Value>>* found = nullptr;
+        std::conditional_t<std::is_const_v<Box>, const Field<Value>, Field<Value>>* found = nullptr;
         forEach(box, [&](auto member, auto& field) {
             if constexpr (std::is_same_v<decltype(member), Value ManualChannelSettings::*>)
                 if (member == wanted) found = &field;

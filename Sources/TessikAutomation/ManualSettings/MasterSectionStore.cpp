@@ -21,9 +21,9 @@ bool hasOnlyNumbers(const Record& record) {
 
 } // namespace
 
-void MasterSectionStore::setSettings(const MasterSectionSettings& settings) {
-    if (settings == _settings.value() || !hasOnlyNumbers(settings)) return;
-    _settings = settings;
+void MasterSectionStore::setSettings(const MasterSectionSettings& changed) {
+    if (changed == settings.value() || !hasOnlyNumbers(changed)) return;
+    settings = changed;
     if (onChange) onChange();
 }
 

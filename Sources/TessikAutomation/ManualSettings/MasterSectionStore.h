@@ -1,8 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/ManualSettings/MasterSectionSettings.h"
-
-#include <QProperty>
+#include "TessikKit/Models/Published.h"
 
 #include <functional>
 
@@ -12,19 +11,14 @@ namespace tessik {
 class MasterSectionStore {
 public:
     /// The current record; to edit it, write back a changed copy.
-    const MasterSectionSettings& settings() const { return _settings.value(); }
-    /// For observing; write through the setter.
-    QBindable<MasterSectionSettings> bindableSettings() const { return QBindable<MasterSectionSettings>(&_settings); }
+    Published<MasterSectionSettings, MasterSectionStore> settings;
 
     /// Writes the record and calls `onChange`; an equal one does nothing. Ignores a record with a NaN or an infinity.
-    void setSettings(const MasterSectionSettings& settings);
+    void setSettings(const MasterSectionSettings& changed);
     /// The same without `onChange`, for opening a session.
-    void load(const MasterSectionSettings& settings) { _settings = settings; }
+    void load(const MasterSectionSettings& loaded) { settings = loaded; }
 
     std::function<void()> onChange;
-
-private:
-    QProperty<MasterSectionSettings> _settings;
 };
 
 } // namespace tessik

@@ -42,6 +42,17 @@ QSettings& defaults() {
     return *shared;
 }
 
+/// The last of them.
+class Writes : public Observable<Write> {
+public:
+    void add(const QString& problem) { _property = Write{value().count + 1, problem}; }
+};
+
+Writes& writes() {
+    static Writes all;
+    return all;
+}
+
 void write(QLatin1String key, const QVariant& value) {
     defaults();                                           // holds what cannot be written
     const std::unique_ptr<QSettings> store = openStore(); // fresh: a status, once bad, stays so
@@ -55,9 +66,7 @@ void write(QLatin1String key, const QVariant& value) {
         problem = QStringLiteral("“%1” cannot be written.").arg(store->fileName());
         logLine(QStringLiteral("SavedSettings"), problem);
     }
-    QMetaObject::invokeMethod(QCoreApplication::instance(), [problem] {
-        lastWrite() = Write{lastWrite().value().count + 1, problem};
-    });
+    QMetaObject::invokeMethod(QCoreApplication::instance(), [problem] { writes().add(problem); });
 }
 
 /// A file returns numbers as text, and QVariant's own toInt wraps: so the whole range is read and checked.
@@ -77,10 +86,7 @@ std::optional<std::int32_t> uniqueID(QLatin1String key) {
     return std::int32_t(*stored);
 }
 
-QProperty<Write>& lastWrite() {
-    static QProperty<Write> write;
-    return write;
-}
+const Observable<Write>& lastWrite() { return writes(); }
 
 std::optional<std::int64_t> midiChannel() { return integer(Key::midiChannel); }
 

@@ -2,8 +2,8 @@
 
 #include "TessikAutomation/Persistence/AppTheme.h"
 #include "TessikKit/Models/ConsoleModel.h"
+#include "TessikKit/Models/Published.h"
 
-#include <QProperty>
 #include <QStringList>
 
 namespace tessik {
@@ -66,7 +66,7 @@ struct Write {
     friend bool operator==(const Write&, const Write&) = default;
 };
 /// For observing, on the main thread.
-QProperty<Write>& lastWrite();
+const Observable<Write>& lastWrite();
 
 void setInteger(QLatin1String key, std::int64_t value);
 void setString(QLatin1String key, const QString& value);

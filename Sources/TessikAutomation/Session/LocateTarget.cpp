@@ -6,11 +6,11 @@ namespace tessik::LocateTarget {
 
 TimecodePosition start(const LocatorStore& locators, const std::optional<TimecodePosition>& currentPosition) {
     const MTCFrameRate rate = currentPosition ? currentPosition->frameRate : MTCFrameRate::fps30;
-    return locators.start().value_or(TimecodePosition::fromTotalFrames(rate, 0));
+    return locators.start.value().value_or(TimecodePosition::fromTotalFrames(rate, 0));
 }
 
 std::optional<TimecodePosition> songEnd(const LocatorStore& locators, const std::optional<TimecodePosition>& passEnd) {
-    return locators.end() ? locators.end() : passEnd;
+    return locators.end.value() ? locators.end.value() : passEnd;
 }
 
 TimecodePosition passEnd(TimecodePosition start, std::optional<std::int64_t> lastOffset) {

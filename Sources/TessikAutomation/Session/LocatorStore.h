@@ -1,8 +1,7 @@
 #pragma once
 
+#include "TessikKit/Models/Published.h"
 #include "TessikKit/Models/TimecodePosition.h"
-
-#include <QProperty>
 
 #include <functional>
 #include <optional>
@@ -14,25 +13,19 @@ class LocatorStore {
 public:
     using Locator = std::optional<TimecodePosition>;
 
-    Locator start() const { return _start; }
-    Locator end() const { return _end; }
+    Published<Locator, LocatorStore> start{std::nullopt};
+    Published<Locator, LocatorStore> end{std::nullopt};
     /// Every assignment calls `onChange`, even with an equal position.
-    void setStart(const Locator& position) { assign(_start, position); }
-    void setEnd(const Locator& position) { assign(_end, position); }
-    /// For observing; write through the setters.
-    QBindable<Locator> bindableStart() const { return QBindable<Locator>(&_start); }
-    QBindable<Locator> bindableEnd() const { return QBindable<Locator>(&_end); }
+    void setStart(const Locator& position) { assign(start, position); }
+    void setEnd(const Locator& position) { assign(end, position); }
 
     std::function<void()> onChange;
 
 private:
-    void assign(QProperty<Locator>& locator, const Locator& position) {
+    void assign(Published<Locator, LocatorStore>& locator, const Locator& position) {
         locator = position;
         if (onChange) onChange();
     }
-
-    QProperty<Locator> _start{std::nullopt};
-    QProperty<Locator> _end{std::nullopt};
 };
 
 } // namespace tessik

@@ -4,6 +4,7 @@
 #include "TessikAutomation/Desk/DeskLink.h"
 #include "TessikAutomation/MIDI/TransportManager.h"
 #include "TessikAutomation/Session/SessionController.h"
+#include "TessikKit/Models/Published.h"
 
 namespace tessik {
 
@@ -61,7 +62,7 @@ public:
     explicit ProblemWatch(const Objects& objects);
 
     QProperty<QString> noMIDI; ///< set by whoever made the MIDI service
-    QProperty<std::vector<Problem>> problems;
+    Published<std::vector<Problem>, ProblemWatch> problems;
 
 private:
     ProblemState state() const;

@@ -59,17 +59,17 @@ SessionDocument SessionController::document() const {
     document.passes = _stores.passes.passes.value();
     document.channelLabels = _stores.channelLabels.labelsByChannelID.value();
     document.manualSettings = _stores.manualSettings.contents();
-    document.masterSection = _stores.masterSection.settings();
+    document.masterSection = _stores.masterSection.settings.value();
     document.defaultSnapshotID = _stores.snapshots.defaultSnapshotID.value();
-    document.startLocator = _stores.locators.start();
-    document.endLocator = _stores.locators.end();
+    document.startLocator = _stores.locators.start.value();
+    document.endLocator = _stores.locators.end.value();
     return document;
 }
 
 void SessionController::apply(const SessionDocument& document) {
     _stores.snapshots.load(document.snapshots, document.defaultSnapshotID);
     _stores.passes.load(document.passes);
-    _stores.channelLabels.labelsByChannelID = document.channelLabels;
+    _stores.channelLabels.load(document.channelLabels);
     _stores.manualSettings.load(document.manualSettings);
     _stores.masterSection.load(document.masterSection);
     std::function<void()> onChange = std::exchange(_stores.locators.onChange, nullptr);

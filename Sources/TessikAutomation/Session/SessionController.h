@@ -12,6 +12,7 @@
 #include "TessikAutomation/Session/SessionDialogs.h"
 #include "TessikAutomation/Session/TakeJournal.h"
 #include "TessikAutomation/Snapshots/SnapshotStore.h"
+#include "TessikKit/Models/Published.h"
 
 #include <QTimer>
 #include <QUrl>
@@ -40,9 +41,9 @@ public:
     /// Finishes saves under way. Recovery files of unsaved sessions stay.
     ~SessionController();
 
-    QProperty<std::optional<QUrl>> fileURL{std::nullopt}; ///< none if the session was never saved
-    QProperty<bool> hasUnsavedChanges{false};
-    QProperty<bool> isSaving{false};
+    Published<std::optional<QUrl>, SessionController> fileURL{std::nullopt}; ///< none if the session was never saved
+    Published<bool, SessionController> hasUnsavedChanges{false};
+    Published<bool, SessionController> isSaving{false};
     /// "Untitled", or the file's name without its extension.
     QString displayName() const;
 
@@ -92,10 +93,10 @@ public:
     /// Appends what the take has grown by to the journal. A timer calls it during recording.
     void journalTick();
     /// Why recovery files cannot be written; empty if they can.
-    QProperty<QString> recoveryProblem;
+    Published<QString, SessionController> recoveryProblem;
     /// What the session's file held that could not be read, and so is not in the session; empty if nothing was left
     /// out.
-    QProperty<QString> leftOut;
+    Published<QString, SessionController> leftOut;
 
 private:
     struct NextSession {

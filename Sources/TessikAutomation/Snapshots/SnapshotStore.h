@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/Snapshots/Snapshot.h"
+#include "TessikKit/Models/Published.h"
 
 namespace tessik {
 
@@ -8,8 +9,8 @@ namespace tessik {
 class SnapshotStore {
 public:
     /// Newest first after a load; later captures are appended.
-    QProperty<QList<Snapshot>> snapshots;
-    QProperty<std::optional<QUuid>> defaultSnapshotID{std::nullopt};
+    Published<QList<Snapshot>, SnapshotStore> snapshots;
+    Published<std::optional<QUuid>, SnapshotStore> defaultSnapshotID{std::nullopt};
     /// Called after each `save`, `rename`, `insert`, `remove` and `setDefault`, never on `load`.
     std::function<void()> onChange;
 

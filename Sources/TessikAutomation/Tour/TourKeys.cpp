@@ -20,7 +20,8 @@ void Tour::keys() {
         _guide.check(_app.passEngine.mode.value() == armed, QStringLiteral("W: %1").arg(rawValue(armed)));
     }
     pressKey(Qt::Key_C);
-    _guide.check(_app.locators.start() == _app.mtcClock.currentPosition.value(), QStringLiteral("C captures START"));
+    _guide.check(_app.locators.start.value() == _app.mtcClock.currentPosition.value(),
+                 QStringLiteral("C captures START"));
 
     auto* row = _app.window.findChild<LocatorRow*>();
     inBothThemes([this, row](const QString& theme) {

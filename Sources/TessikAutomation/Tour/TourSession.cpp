@@ -19,7 +19,7 @@ void Tour::fillSession(const QString& name) {
     ManualChannelSettings manual = _app.manualSettings.settings(QStringLiteral("input-5"));
     manual.eqHiMidGain += 1.5;
     _app.manualSettings.store(QStringLiteral("input-5"), manual);
-    MasterSectionSettings master = _app.masterSection.settings();
+    MasterSectionSettings master = _app.masterSection.settings.value();
     master.controlRoomLevel += 2;
     master.effectsReturns[1].pan = -0.25;
     _app.masterSection.setSettings(master);
@@ -74,9 +74,9 @@ void Tour::crashAndRecover() {
                  QStringLiteral("the crashed copy's pass is here"));
     _guide.check(_app.channelLabels.labelsByChannelID.value().value(QStringLiteral("input-31")).name ==
                          QLatin1String("Crash") &&
-                     _app.snapshots.defaultSnapshot() && _app.locators.end() &&
+                     _app.snapshots.defaultSnapshot() && _app.locators.end.value() &&
                      _app.manualSettings.settings(QStringLiteral("input-5")).eqHiMidGain == 1.5 &&
-                     _app.masterSection.settings().controlRoomLevel == 2,
+                     _app.masterSection.settings.value().controlRoomLevel == 2,
                  QStringLiteral("and so are its labels, snapshots, locators, manual settings and master section"));
     _guide.check(_app.session.hasUnsavedChanges.value(), QStringLiteral("what was recovered is still to be saved"));
     _app.session.open(QUrl::fromLocalFile(_sessionFile));
@@ -136,9 +136,9 @@ void Tour::compareStores(const QString& file, const QString& statement) {
     const SessionReadResult read = readSession(file, currentSecond());
     _guide.check(read.document && read.document->passes == _app.passes.passes.value() &&
                      read.document->channelLabels == _app.channelLabels.labelsByChannelID.value() &&
-                     read.document->masterSection == _app.masterSection.settings() &&
-                     read.document->startLocator == _app.locators.start() &&
-                     read.document->endLocator == _app.locators.end() &&
+                     read.document->masterSection == _app.masterSection.settings.value() &&
+                     read.document->startLocator == _app.locators.start.value() &&
+                     read.document->endLocator == _app.locators.end.value() &&
                      read.document->defaultSnapshotID == _app.snapshots.defaultSnapshotID.value() &&
                      read.document->manualSettings.value(QStringLiteral("input-5")) ==
                          _app.manualSettings.settings(QStringLiteral("input-5")) &&

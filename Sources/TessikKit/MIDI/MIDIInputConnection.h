@@ -4,9 +4,9 @@
 #include "TessikKit/MIDI/MainThreadQueue.h"
 #include "TessikKit/MIDI/PortCable.h"
 #include "TessikKit/MIDI/SysExAssembler.h"
+#include "TessikKit/Models/Published.h"
 
 #include <QByteArray>
-#include <QProperty>
 
 #include <mutex>
 
@@ -73,17 +73,18 @@ public:
     MIDIClientRef client() const { return _client; }
     MIDIPortRef inputPort() const { return _inputPort; }
 
-    QProperty<std::vector<MIDISourceInfo>> availableSources;
-    QProperty<std::optional<std::int32_t>> connectedSourceID{std::nullopt}; ///< kept while the source is missing
-    QProperty<std::optional<QString>> connectedSourceName{std::nullopt};
-    QProperty<std::optional<MIDIEndpointRef>> connectedEndpoint{std::nullopt};
-    QProperty<bool> connectedSourceWasRecentlyMissing{false};
-    QProperty<QString> statusText{QStringLiteral("Not connected")};
-    QProperty<std::int64_t> rawPacketListCount{0};      ///< event lists received
-    QProperty<std::int64_t> rawByteCount{0};            ///< 4 per word received
-    QProperty<QString> lastRawHex{QStringLiteral("—")}; ///< the words of the last event list
-    QProperty<std::int64_t> dataLostCount{0};           ///< how often incoming data was lost
-    QProperty<std::int64_t> overtakenCount{0};          ///< payloads replaced by newer ones
+    Published<std::vector<MIDISourceInfo>, MIDIInputConnection> availableSources;
+    Published<std::optional<std::int32_t>, MIDIInputConnection> connectedSourceID{
+        std::nullopt}; ///< kept while the source is missing
+    Published<std::optional<QString>, MIDIInputConnection> connectedSourceName{std::nullopt};
+    Published<std::optional<MIDIEndpointRef>, MIDIInputConnection> connectedEndpoint{std::nullopt};
+    Published<bool, MIDIInputConnection> connectedSourceWasRecentlyMissing{false};
+    Published<QString, MIDIInputConnection> statusText{QStringLiteral("Not connected")};
+    Published<std::int64_t, MIDIInputConnection> rawPacketListCount{0};      ///< event lists received
+    Published<std::int64_t, MIDIInputConnection> rawByteCount{0};            ///< 4 per word received
+    Published<QString, MIDIInputConnection> lastRawHex{QStringLiteral("—")}; ///< the words of the last event list
+    Published<std::int64_t, MIDIInputConnection> dataLostCount{0};           ///< how often incoming data was lost
+    Published<std::int64_t, MIDIInputConnection> overtakenCount{0};          ///< payloads replaced by newer ones
 
 private:
     enum class Kind : std::uint8_t { none, task, listCounters, dataLost, overflow };

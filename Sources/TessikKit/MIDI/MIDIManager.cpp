@@ -6,8 +6,7 @@ namespace tessik {
 
 MIDIManager::MIDIManager(MIDIService& service, ConsoleModel& model, const QString& clientName)
     : consoleModel(model), connection(service, clientName, [this](const MIDIWord& word) { receive(word); }) {
-    connection.setOvertakenHandler(
-        [this](std::int64_t count) { consoleModel.messageCount = consoleModel.messageCount.value() + count; });
+    connection.setOvertakenHandler([this](std::int64_t count) { consoleModel.noteOvertaken(count); });
     connection.setTaskHandler([this](Uptime stamp, std::uint64_t payload) {
         const int cc = int(payload >> 8);
         const int value = int(payload & 0xFF);

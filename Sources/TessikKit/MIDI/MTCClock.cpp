@@ -62,7 +62,7 @@ void MTCClock::handleFullFrame(const TimecodePosition& position) {
     decoder = {};
     _lock.reset();
     currentPosition = position;
-    if (onFullFrame) onFullFrame();
+    fullFrame();
 }
 
 void MTCClock::checkStopped() {

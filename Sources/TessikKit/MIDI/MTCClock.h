@@ -3,6 +3,8 @@
 #include "TessikKit/MIDI/MIDIInputConnection.h"
 #include "TessikKit/MIDI/MTCDecoder.h"
 #include "TessikKit/MIDI/MTCLock.h"
+#include "TessikKit/Models/Published.h"
+#include "TessikKit/Models/Signal.h"
 
 #include <QTimer>
 
@@ -16,9 +18,10 @@ public:
 
     MIDIInputConnection connection;
 
-    QProperty<std::optional<TimecodePosition>> currentPosition{std::nullopt}; ///< kept when timecode stops
-    QProperty<bool> isRunning{false};
-    QProperty<std::uint64_t> lastUpdateHostTime; ///< uptime in ns when quarter frames last completed a position
+    Published<std::optional<TimecodePosition>, MTCClock> currentPosition{std::nullopt}; ///< kept when timecode stops
+    Published<bool, MTCClock> isRunning{false};
+    Published<std::uint64_t, MTCClock>
+        lastUpdateHostTime; ///< uptime in ns when quarter frames last completed a position
 
     MTCDecoder decoder;
 
@@ -37,8 +40,8 @@ public:
     /// Arrival of the first one after the last silence.
     Uptime quarterFramesSince() const { return _quarterFramesSince; }
 
-    /// Called after a full frame moved the position: the machine was located.
-    std::function<void()> onFullFrame;
+    /// After a full frame moved the position: the machine was located.
+    Signal<> fullFrame;
 
     void handleQuarterFrame(Uptime stamp, std::uint8_t dataByte);
     void handleFullFrame(const TimecodePosition& position);

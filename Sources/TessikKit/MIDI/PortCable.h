@@ -1,8 +1,7 @@
 #pragma once
 
 #include "TessikKit/MIDI/MIDIService.h"
-
-#include <QProperty>
+#include "TessikKit/Models/Published.h"
 
 namespace tessik {
 
@@ -20,8 +19,8 @@ public:
     /// After any setup change: whether it must be made again, because it was refused or removed.
     bool isDue();
 
-    QProperty<MIDIStatus> refusal{0}; ///< why the last attempt failed; 0 if it did not
-    QProperty<bool> isCut{false};     ///< removed again after it was restored
+    Published<MIDIStatus, PortCable> refusal{0}; ///< why the last attempt failed; 0 if it did not
+    Published<bool, PortCable> isCut{false};     ///< removed again after it was restored
 
 private:
     const std::function<MIDIStatus(MIDIEndpointRef)> _connect;

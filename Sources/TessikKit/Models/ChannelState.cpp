@@ -16,13 +16,6 @@ ChannelSwitches ChannelState::switchesWith(Switch which, bool on) const {
             .chanMuted = state(&ChannelState::chanMuted)};
 }
 
-void ChannelState::setSwitches(ChannelSwitches switches) {
-    monMuted = switches.monMuted;
-    auxMuted = switches.auxMuted;
-    eqOn = switches.eqOn;
-    chanMuted = switches.chanMuted;
-}
-
 ChannelState::NullMatch ChannelState::nullMatch() const {
     const std::optional<int> target = nullTarget.value();
     return target ? nullMatch(faderValue.value(), *target) : NullMatch::none;

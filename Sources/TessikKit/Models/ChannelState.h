@@ -1,14 +1,15 @@
 #pragma once
 
 #include "TessikKit/Models/ChannelKind.h"
+#include "TessikKit/Models/Published.h"
 #include "TessikKit/Models/UptimeClock.h"
-
-#include <QProperty>
 
 #include <array>
 #include <optional>
 
 namespace tessik {
+
+class ConsoleModel;
 
 /// The four switches of a channel that the console transmits and obeys over MIDI.
 struct ChannelSwitches {
@@ -21,7 +22,6 @@ struct ChannelSwitches {
 };
 
 /// The live state of one channel. Created once by the console model and never replaced, so others may keep a reference.
-/// Any field may be written by whoever knows better: a message from the desk, playback, recall, the screen.
 class ChannelState {
 public:
     explicit ChannelState(ChannelKind channelKind)
@@ -31,24 +31,22 @@ public:
     const QString id;
     const QString displayName;
 
-    QProperty<int> faderValue{0}; ///< long fader as the console transmits it, 0 (off) to 127 (+10 dB)
-    QProperty<bool> monMuted{false};
-    QProperty<bool> auxMuted{false};
-    QProperty<bool> eqOn{false};
-    QProperty<bool> chanMuted{false};
+    Published<int, ConsoleModel> faderValue{0}; ///< long fader as the console transmits it, 0 (off) to 127 (+10 dB)
+    Published<bool, ConsoleModel> monMuted{false};
+    Published<bool, ConsoleModel> auxMuted{false};
+    Published<bool, ConsoleModel> eqOn{false};
+    Published<bool, ConsoleModel> chanMuted{false};
     /// When this channel's state last became known; the distant past means never.
-    QProperty<Uptime> lastUpdate{distantPast};
+    Published<Uptime, ConsoleModel> lastUpdate{distantPast};
     /// The fader value to which the physical fader should be moved.
-    QProperty<std::optional<int>> nullTarget{std::nullopt};
+    Published<std::optional<int>, ConsoleModel> nullTarget{std::nullopt};
 
     double normalizedFader() const { return faderValue.value() / 127.0; }
 
     ChannelSwitches switches() const;
-    using Switch = QProperty<bool> ChannelState::*;
+    using Switch = Published<bool, ConsoleModel> ChannelState::*;
     /// The switches, with one of them as given.
     ChannelSwitches switchesWith(Switch which, bool on) const;
-    /// Writes the switches in the order monitor, aux, EQ, channel; equal ones notify nobody.
-    void setSwitches(ChannelSwitches switches);
 
     enum class NullMatch : std::uint8_t {
         none,      ///< no NULL target

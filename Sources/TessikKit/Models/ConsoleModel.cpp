@@ -68,10 +68,15 @@ ChannelState* ConsoleModel::channelOf(int cc) const {
 ChannelState* ConsoleModel::write(int cc, int value) {
     ChannelState* channel = channelOf(cc);
     if (!channel) return nullptr;
-    if (cc < MIDIChannelMapping::switchCCOffset)
+    if (cc < MIDIChannelMapping::switchCCOffset) {
         channel->faderValue = value;
-    else
-        channel->setSwitches(MIDIChannelMapping::decodeSwitchByte(std::uint8_t(value)));
+        return channel;
+    }
+    const ChannelSwitches switches = MIDIChannelMapping::decodeSwitchByte(std::uint8_t(value));
+    channel->monMuted = switches.monMuted;
+    channel->auxMuted = switches.auxMuted;
+    channel->eqOn = switches.eqOn;
+    channel->chanMuted = switches.chanMuted;
     return channel;
 }
 

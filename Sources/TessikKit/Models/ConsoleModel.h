@@ -3,6 +3,7 @@
 #include "TessikKit/Models/ChannelState.h"
 #include "TessikKit/Models/ConsoleChange.h"
 #include "TessikKit/Models/MIDIChannelMapping.h"
+#include "TessikKit/Models/Published.h"
 #include "TessikKit/Models/Signal.h"
 
 #include <deque>
@@ -42,14 +43,16 @@ public:
     Channels allVisibleChannels() const;
     bool isVisible(const ChannelState& channel) const;
 
-    QProperty<std::int64_t> messageCount{0}; ///< Control Changes received, understood or not
-    QProperty<QString> lastMessage{QStringLiteral("No MIDI received yet")};
+    Published<std::int64_t, ConsoleModel> messageCount{0}; ///< Control Changes received, understood or not
+    Published<QString, ConsoleModel> lastMessage{QStringLiteral("No MIDI received yet")};
 
     // ---- What happens to the console. `cc` and `value` are 0 to 127; a controller of no channel is ignored.
 
     /// A Control Change came from the console. Call in order of arrival.
     void handle(int cc, int value) { handle(_clock.now(), cc, value); }
     void handle(Uptime stamp, int cc, int value);
+    /// So many Control Changes came that newer ones overtook.
+    void noteOvertaken(std::int64_t count) { messageCount = messageCount.value() + count; }
     /// A hand moved a control on screen. That says nothing about the desk: the channel stays unsynced.
     void edited(int cc, int value);
     /// A snapshot was recalled. A fader's value is its NULL target too.
@@ -78,8 +81,8 @@ public:
     const std::deque<RecentFader>& recentFaderChannelIDs() const { return _recentFaders; }
     /// True while the console transmits its whole state: 16 different faders reported within half a second. Ends with
     /// the first fader message after half a second of silence.
-    QProperty<bool> isReceivingStateDump{false};
-    QProperty<Uptime> lastFaderMessageAt{distantPast};
+    Published<bool, ConsoleModel> isReceivingStateDump{false};
+    Published<Uptime, ConsoleModel> lastFaderMessageAt{distantPast};
 
 private:
     ChannelState* write(int cc, int value);

@@ -98,16 +98,16 @@ TEST_F(TransportManagerTest, SendsTheStandardsBytes) {
 
 TEST_F(TransportManagerTest, RemembersTheDeviceID) {
     TransportManager transport(service);
-    EXPECT_EQ(transport.deviceID(), 127);
+    EXPECT_EQ(transport.deviceID.value(), 127);
     int notified = 0;
-    const auto watch = transport.bindableDeviceID().addNotifier([&] { ++notified; });
+    const auto watch = transport.deviceID.addNotifier([&] { ++notified; });
     transport.setDeviceID(0);
     EXPECT_EQ(SavedSettings::mmcDeviceID(), 0);
     SavedSettings::remove(SavedSettings::Key::mmcDeviceID);
     transport.setDeviceID(0);
     EXPECT_EQ(SavedSettings::mmcDeviceID(), 0) << "an equal choice is stored too";
     EXPECT_EQ(notified, 1);
-    EXPECT_EQ(TransportManager(service).deviceID(), 0);
+    EXPECT_EQ(TransportManager(service).deviceID.value(), 0);
 }
 
 TEST_F(TransportManagerTest, SendsOnlyToTheChosenDestinationWhileItIsThere) {

@@ -31,8 +31,8 @@ TEST(ManualSettingsStore, AnEditNotifiesItsFieldAlone) {
     int gains = 0;
     store.onChange = [&] { ++changes; };
     ManualChannelSettingsBox& box = store.box(five);
-    const auto trim = box.bindable(&M::micTrim).addNotifier([&] { ++trims; });
-    const auto gain = box.bindable(&M::eq10kGain).addNotifier([&] { ++gains; });
+    const auto trim = box.field(&M::micTrim).addNotifier([&] { ++trims; });
+    const auto gain = box.field(&M::eq10kGain).addNotifier([&] { ++gains; });
     box.edit(&M::micTrim, -30.0);
     box.edit(&M::micTrim, -30.0);
     box.edit(&M::micTrim, std::numeric_limits<double>::quiet_NaN());
@@ -62,7 +62,7 @@ TEST(ManualSettingsStore, LoadingAndResettingWriteOnlyWhatDiffers) {
     M muted;
     muted.manualMute = true;
     store.load({{five, loud}, {QStringLiteral("stereo"), muted}});
-    const auto notifier = store.box(five).bindable(&M::monitorFaderLevel).addNotifier([&] { ++notices; });
+    const auto notifier = store.box(five).field(&M::monitorFaderLevel).addNotifier([&] { ++notices; });
     store.load({{five, loud}});
     EXPECT_EQ(notices, 0);
     EXPECT_EQ(store.settings(QStringLiteral("stereo")), M());
@@ -86,15 +86,15 @@ TEST(MasterSectionStore, TakesEveryChangeButAnEqualOne) {
     int changes = 0;
     int notices = 0;
     store.onChange = [&] { ++changes; };
-    const auto notifier = store.bindableSettings().addNotifier([&] { ++notices; });
-    MasterSectionSettings settings = store.settings();
+    const auto notifier = store.settings.addNotifier([&] { ++notices; });
+    MasterSectionSettings settings = store.settings.value();
     EXPECT_EQ(settings.effectsReturns, QList<EffectsReturnSettings>(4));
     store.setSettings(settings);
     EXPECT_EQ(changes + notices, 0);
     settings.crSourceAux1 = settings.crSourceStereo = true;
     settings.effectsReturns[3].mute = true;
     store.setSettings(settings);
-    EXPECT_EQ(store.settings(), settings);
+    EXPECT_EQ(store.settings.value(), settings);
     EXPECT_EQ(changes, 1);
     for (double MasterSectionSettings::*level :
          {&MasterSectionSettings::aux1Level, &MasterSectionSettings::studioLevel}) {
@@ -102,7 +102,7 @@ TEST(MasterSectionStore, TakesEveryChangeButAnEqualOne) {
         broken.*level = std::numeric_limits<double>::infinity();
         store.setSettings(broken);
     }
-    EXPECT_EQ(store.settings(), settings);
+    EXPECT_EQ(store.settings.value(), settings);
     store.load({});
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(notices, 2);

@@ -1,5 +1,6 @@
 #include "Support/FarDesk.h"
 #include "Support/Sessions.h"
+#include "Support/Shown.h"
 #include "TessikAutomation/Persistence/WallClock.h"
 #include "TessikAutomation/Snapshots/SnapshotRecall.h"
 #include "TessikKit/Models/MIDIChannelMapping.h"
@@ -88,8 +89,8 @@ struct RecallTest : testing::Test {
 
 TEST_F(RecallTest, PutsBackWhatWasCaptured) {
     ChannelState& input = *model.inputs()[6];
-    input.faderValue = 96;
-    input.setSwitches({true, false, true, true});
+    showFader(model, input.kind, 96);
+    showSwitches(model, input.kind, {true, false, true, true});
     manual.box(input.id).edit(&ManualChannelSettings::pad, true);
     const Snapshot taken = recall.capture(QStringLiteral("Verse"), second(0));
     ASSERT_EQ(taken.channels.size(), 41);
@@ -101,8 +102,8 @@ TEST_F(RecallTest, PutsBackWhatWasCaptured) {
                                                   .manualSettings = manual.settings(input.id)}));
     EXPECT_EQ(taken.channels.last().kind, ChannelKind::stereo());
 
-    input.faderValue = 3;
-    input.setSwitches({});
+    showFader(model, input.kind, 3);
+    showSwitches(model, input.kind, {});
     manual.resetAll();
     clock.advance(5s);
     int told = 0;
@@ -135,8 +136,8 @@ TEST_F(RecallTest, IsTakenBackOnScreenInTheRecordsAndOnTheDesk) {
     model.handle(0, 90);
     model.handle(MIDIChannelMapping::switchCC(known.kind), MIDIChannelMapping::encodeSwitchByte({.auxMuted = true}));
     output.sendFader(held.kind, 70);
-    held.faderValue = 33; // under NULL the screen shows the hand, and the desk holds the automation
-    held.nullTarget = 70;
+    showFader(model, held.kind, 33); // under NULL the screen shows the hand, and the desk holds the automation
+    model.setNullTarget(held, 70);
     settle();
     manual.box(known.id).edit(&ManualChannelSettings::pad, true);
     const ManualChannelSettings records = manual.settings(known.id);

@@ -1,3 +1,4 @@
+#include "Support/Sessions.h"
 #include "TessikAutomation/Session/SessionFile.h"
 #include "TessikAutomation/Session/SessionReader.h"
 #include "TessikAutomation/Views/ApplicationFixture.h"
@@ -95,10 +96,13 @@ TEST_F(ApplicationTest, TheHeaderNeverSaysSavedWhileATakeWaits) {
     const auto header = [this] { return application.window.findChild<HeaderTitle*>()->accessibleName(); };
     const AutomationPass verse = pass("Verse");
     const AutomationPass take = pass("Nov 23, 9:05 PM");
+    const QString path = folder.filePath(QStringLiteral("Mix.tessik"));
+    ASSERT_TRUE(writeFile(path, "{}"));
+    application.session.open(QUrl::fromLocalFile(path));
     application.passes.save(verse);
     application.passEngine.select(verse);
-    application.session.fileURL = QUrl(QStringLiteral("file:///Mix.tessik"));
-    application.session.hasUnsavedChanges = false;
+    application.session.save();
+    application.session.finishSaving();
     EXPECT_EQ(header(), QStringLiteral("Mix, Pass: Verse, saved"));
     application.passEngine.restoreTake(take);
     EXPECT_EQ(header(), QStringLiteral("Mix, Take, not saved"));
@@ -124,13 +128,14 @@ TEST_F(ApplicationTest, ATakeIsInTheRecoveryFileOnceItEndsAndAsLongAsItWaits) {
         }
         return names;
     };
-    application.passEngine.recordingPass = pass("Take");
+    application.passEngine.restoreTake(pass("Take"));
     EXPECT_EQ(recovered(), QStringList{QStringLiteral("Take")});
     application.passEngine.select(pass("Another"));
     application.session.recoveryTick();
     EXPECT_EQ(recovered(), QStringList{QStringLiteral("Take")});
     application.passEngine.onTakeSuperseded(*application.passEngine.recordingPass.value());
-    application.passEngine.recordingPass = pass("Next");
+    application.passEngine.discardTake();
+    application.passEngine.restoreTake(pass("Next"));
     EXPECT_EQ(recovered(), (QStringList{QStringLiteral("Next"), QStringLiteral("Take")}));
     application.passEngine.discardTake();
     application.session.recoveryTick();
@@ -138,7 +143,7 @@ TEST_F(ApplicationTest, ATakeIsInTheRecoveryFileOnceItEndsAndAsLongAsItWaits) {
 }
 
 TEST_F(ApplicationTest, TheFileMenuHasWhatWasReplacedWithItsTake) {
-    application.passEngine.recordingPass = pass("Take");
+    application.passEngine.restoreTake(pass("Take"));
     application.session.newSession();
     EXPECT_FALSE(application.passEngine.recordingPass.value()) << "it belongs to another song";
     EXPECT_FALSE(application.passEngine.selectedPass.value());

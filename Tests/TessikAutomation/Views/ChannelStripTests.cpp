@@ -1,3 +1,4 @@
+#include "Support/Shown.h"
 #include "TessikAutomation/Views/Controls/ConsoleToggle.h"
 #include "TessikAutomation/Views/WindowFixture.h"
 
@@ -24,7 +25,7 @@ struct ChannelStripTest : WindowTest {
 
 TEST_F(ChannelStripTest, DraggingAFaderMovesTheModelAndTheDesk) {
     ControlHost& host = strip(in5);
-    channel().faderValue = 100;
+    showFader(model, in5, 100);
     const QRect rect = host.controlRect(control(host, "fader"));
     const QPoint start = rect.center();
     QTest::mousePress(&host, Qt::LeftButton, {}, start);
@@ -58,7 +59,7 @@ TEST_F(ChannelStripTest, ADragWhoseReleaseWentElsewhereIsOver) {
 TEST_F(ChannelStripTest, ClickingASwitchTurnsItAndTellsTheDesk) {
     const struct {
         const char* id;
-        QProperty<bool> ChannelState::*field;
+        ChannelState::Switch field;
         int byte;
     } rows[]{{"monMuted", &ChannelState::monMuted, 62},
              {"auxMuted", &ChannelState::auxMuted, 61},
@@ -162,8 +163,8 @@ TEST_F(ChannelStripTest, FocusBringsAStripIntoViewAndShowsItself) {
 }
 
 TEST_F(ChannelStripTest, ScreenReadersAndToolTipsTellEachControl) {
-    channel().faderValue = 0;
-    channel().auxMuted = true;
+    showFader(model, in5, 0);
+    showSwitches(model, in5, {.auxMuted = true});
     ControlHost& host = strip(in5);
     QAccessibleInterface* group = QAccessible::queryAccessibleInterface(&host);
     ASSERT_TRUE(group);
@@ -209,7 +210,7 @@ TEST_F(ChannelStripTest, ScreenReadersAndToolTipsTellEachControl) {
 }
 
 TEST_F(ChannelStripTest, NullArrowsSayWhichWay) {
-    channel().faderValue = 60;
+    showFader(model, in5, 60);
     ControlHost& host = strip(in5);
     const QRect row = host.controlRect(control(host, "null"));
     const QPoint up(row.x() + row.width() / 4, row.center().y()), down(row.x() + row.width() * 3 / 4, row.center().y());
@@ -228,7 +229,7 @@ TEST_F(ChannelStripTest, NullArrowsSayWhichWay) {
     for (const AppTheme scheme : {AppTheme::dark, AppTheme::light}) {
         theme.setTheme(scheme);
         for (const auto& expected : rows) {
-            channel().nullTarget = expected.target;
+            model.setNullTarget(channel(), expected.target);
             const QImage picture = host.grab().toImage();
             EXPECT_STREQ(hue(picture.pixelColor(up)), expected.up) << expected.spoken;
             EXPECT_STREQ(hue(picture.pixelColor(down)), expected.down) << expected.spoken;
@@ -261,7 +262,7 @@ TEST_F(ChannelStripTest, AChangePaintsWhatChangedAndNothingElse) {
         return sum;
     };
 
-    channel().faderValue = 64;
+    showFader(model, in5, 64);
     QApplication::processEvents();
     ASSERT_EQ(watch.painted.keys(), QList<QObject*>{&host});
     QRegion region = watch.painted.take(&host);
@@ -269,13 +270,12 @@ TEST_F(ChannelStripTest, AChangePaintsWhatChangedAndNothingElse) {
     EXPECT_TRUE(region.intersects(host.controlRect(control(host, "readout"))));
     EXPECT_LT(area(region), 2 * 52 * 78 + 84 * 22);
 
-    channel().faderValue = 64;
-    channel().chanMuted = false;
-    channel().lastUpdate = std::chrono::seconds(5);
+    showFader(model, in5, 64);
+    showSwitches(model, in5, {});
     QApplication::processEvents();
     EXPECT_TRUE(watch.painted.isEmpty()) << "equal values paint nothing";
 
-    channel().chanMuted = true;
+    showSwitches(model, in5, {.chanMuted = true});
     QApplication::processEvents();
     ASSERT_EQ(watch.painted.keys(), QList<QObject*>{&host});
     region = watch.painted.take(&host);
@@ -286,10 +286,9 @@ TEST_F(ChannelStripTest, PartialPaintingGivesTheSamePictureAsPaintingAll) {
     ControlHost& host = strip(in5);
     QImage kept = host.grab().toImage();
     for (int i = 0; i < 40; ++i) {
-        channel().faderValue = (i * 37) % 128;
-        channel().chanMuted = i % 3 == 0;
-        channel().monMuted = i % 4 == 0;
-        channel().nullTarget = i % 5 == 0 ? std::optional(channel().faderValue + i - 20) : std::nullopt;
+        showFader(model, in5, (i * 37) % 128);
+        showSwitches(model, in5, {.monMuted = i % 4 == 0, .chanMuted = i % 3 == 0});
+        model.setNullTarget(channel(), i % 5 == 0 ? std::optional(channel().faderValue + i - 20) : std::nullopt);
         PaintWatch watch;
         host.installEventFilter(&watch);
         QApplication::processEvents();

@@ -1,3 +1,4 @@
+#include "Support/Shown.h"
 #include "TessikAutomation/Views/Drawing/DrawnText.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/WindowFixture.h"
@@ -100,7 +101,11 @@ TEST_F(DeskViewTest, TheStatusIsWholeBesideAFoldedMasterSection) {
                                  "Another maker's interface for the whole of the studio, port 16"}) {
             const QString status = QStringLiteral("Output: ") + QLatin1String(port);
             window->resize(width, 768);
-            output.port.statusText = status;
+            MIDIEndpointRef in = 0;
+            service.createDestination(far.client, QLatin1String(port), {}, in);
+            output.refreshDestinations();
+            output.selectDestination(service.destinations().back().uniqueID);
+            ASSERT_EQ(output.port.statusText.value(), status);
             QApplication::processEvents();
             drawn.clear();
             window->desk().grab();
@@ -117,7 +122,7 @@ TEST_F(DeskViewTest, TheWheelMovesTheInputsSidewaysByOneStripANotch) {
     const auto wheel = [&](QPoint angle, QPoint pixels = {}) {
         WindowTest::wheel(under, under.rect().center(), angle, pixels);
     };
-    model.channelState(ChannelKind::input(3))->faderValue = 50;
+    showFader(model, ChannelKind::input(3), 50);
     wheel({0, -120});
     EXPECT_EQ(inputs().left(), pitch);
     wheel({-120, 500}); // a sideways wheel counts for itself

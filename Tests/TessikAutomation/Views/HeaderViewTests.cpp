@@ -31,10 +31,9 @@ struct HeaderViewTest : ApplicationTest {
     /// Status of two lines with the warning below, and three problems.
     void worst() {
         loadPass();
-        application.session.hasUnsavedChanges = true;
-        application.mtcClock.currentPosition = TimecodePosition{.frameRate = MTCFrameRate::fps30};
-        application.passEngine.hasFrameRateMismatch = true;
+        application.mtcClock.handleFullFrame({.frameRate = MTCFrameRate::fps30});
         application.passEngine.mode = AutomationMode::update;
+        application.passEngine.tick();
         for (const QLatin1String key : {SavedSettings::Key::consoleSourceID, SavedSettings::Key::midiOutDestinationID,
                                         SavedSettings::Key::timecodeSourceID})
             SavedSettings::setUniqueID(key, 77);

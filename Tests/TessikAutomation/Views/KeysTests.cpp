@@ -46,11 +46,11 @@ TEST_F(KeysTest, LettersArmTheModesAndCaptureTheLocators) {
     EXPECT_FALSE(application.passEngine.nullEnabled.value());
 
     press(Qt::Key_C);
-    ASSERT_TRUE(application.locators.start());
-    EXPECT_EQ(application.locators.start()->displayString(), QStringLiteral("01:02:03:04"));
-    EXPECT_FALSE(application.locators.end());
+    ASSERT_TRUE(application.locators.start.value());
+    EXPECT_EQ(application.locators.start.value()->displayString(), QStringLiteral("01:02:03:04"));
+    EXPECT_FALSE(application.locators.end.value());
     press(Qt::Key_C, Qt::ShiftModifier);
-    EXPECT_TRUE(application.locators.end());
+    EXPECT_TRUE(application.locators.end.value());
 }
 
 TEST_F(KeysTest, AnOpenMenuHasTheArrowsAndTheTapeKeys) {

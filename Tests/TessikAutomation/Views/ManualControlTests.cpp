@@ -175,17 +175,17 @@ TEST_F(ManualControlTest, TheMasterSectionIsWrittenDownAndTakenBack) {
     }
     EXPECT_EQ(masterChanges, host.controlCount());
     EXPECT_EQ(history().count(), host.controlCount());
-    EXPECT_TRUE(master.settings().effectsReturns[3].mute);
-    EXPECT_EQ(master.settings().oscFrequencyPosition, 1);
+    EXPECT_TRUE(master.settings.value().effectsReturns[3].mute);
+    EXPECT_EQ(master.settings.value().oscFrequencyPosition, 1);
     while (history().canUndo())
         history().undo();
-    EXPECT_EQ(master.settings(), MasterSectionSettings());
+    EXPECT_EQ(master.settings.value(), MasterSectionSettings());
 
     MasterSectionSettings three;
     three.effectsReturns.removeLast();
     master.load(three);
     EXPECT_EQ(host.value(control(host, "return4.level")).number, 0);
-    EXPECT_EQ(master.settings(), three) << "showing a short list pads nothing";
+    EXPECT_EQ(master.settings.value(), three) << "showing a short list pads nothing";
 }
 
 TEST_F(ManualControlTest, SettingsAreCopiedToASelectionInOneStep) {

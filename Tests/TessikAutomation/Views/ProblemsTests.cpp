@@ -43,6 +43,15 @@ struct ProblemsTest : ApplicationTest {
         return titles;
     }
 
+    void send(int cc) {
+        const std::uint32_t word = MIDIWords::controlChange(1, cc, 5);
+        service.transmit(desk.out, {&word, 1});
+    }
+    void tickRecovery() {
+        application.session.recoveryTick();
+        application.session.finishSaving();
+    }
+
     FarDesk desk{service};
     PortChoice in = sourceChoice(SavedSettings::Key::consoleSourceID, application.desk.input.connection);
     PortChoice out = destinationChoice(SavedSettings::Key::midiOutDestinationID, application.desk.output.port);
@@ -57,14 +66,20 @@ TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
 
     service.inject(desk.out, {.packets = {}, .dataLost = true});
     EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI In dropped messages")));
-    application.desk.model.isReceivingStateDump = true;
+    constexpr int flood = MIDIInputConnection::maxWaiting + 100;
+    for (int i = 0; i < flood; ++i)
+        send(MIDIChannelMapping::switchCCOffset + i % 32); // faders would be a dump
+    while (application.desk.model.messageCount.value() < flood)
+        QApplication::processEvents();
+    EXPECT_EQ(titles(),
+              QStringList({QStringLiteral("MIDI In dropped messages"), QStringLiteral("MIDI In comes too fast")}));
+    in.choose(std::nullopt);
+    in.choose(desk.outID());
+    EXPECT_EQ(titles(), QStringList()) << "another desk";
+    service.inject(desk.out, {.packets = {}, .dataLost = true});
+    for (int cc = 0; cc < 32; ++cc)
+        send(cc);
     EXPECT_EQ(titles(), QStringList()) << "the desk has told everything since";
-
-    application.desk.input.connection.overtakenCount = 5;
-    EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI In comes too fast")));
-    application.desk.model.isReceivingStateDump = false;
-    application.desk.model.isReceivingStateDump = true;
-    EXPECT_EQ(titles(), QStringList());
 
     service.failNext(VirtualMIDIService::Operation::send, -19);
     application.desk.output.sendFader(ChannelKind::input(1), 5);
@@ -78,14 +93,14 @@ TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
             service.cut(port);
             settle();
         }
-        application.desk.model.isReceivingStateDump = false;
-        application.desk.model.isReceivingStateDump = true; // and tells what MIDI In missed
-        EXPECT_EQ(titles(), QStringList(label + QStringLiteral(" was disconnected")));
+        EXPECT_TRUE(titles().contains(label + QStringLiteral(" was disconnected")));
         service.unplug(port);
         service.hold(port, true);
         service.plug(port);
-        EXPECT_EQ(titles(), QStringList(label + QStringLiteral(" is held by another program")));
+        EXPECT_TRUE(titles().contains(label + QStringLiteral(" is held by another program")));
         service.hold(port, false);
+        in.choose(std::nullopt);
+        in.choose(desk.outID()); // what MIDI In missed does not matter now
         EXPECT_EQ(titles(), QStringList());
     }
 
@@ -94,11 +109,18 @@ TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
     sourceChoice(SavedSettings::Key::timecodeSourceID, application.mtcClock.connection).choose(std::nullopt);
     EXPECT_EQ(titles(), QStringList());
 
-    application.session.recoveryProblem = QStringLiteral("The disk is full.");
-    SavedSettings::lastWrite() = {1, QStringLiteral("“x” cannot be written.")};
-    EXPECT_EQ(titles().size(), 2);
+    {
+        const UnwritableSettings broken;
+        SavedSettings::setInteger(SavedSettings::Key::midiChannel, 1);
+        ASSERT_TRUE(QDir(folder.path()).removeRecursively());
+        ASSERT_TRUE(writeFile(folder.path(), "a file where the folder of recovery files should be"));
+        application.channelLabels.update({.name = QStringLiteral("Kick")}, QStringLiteral("input-1"));
+        tickRecovery();
+        EXPECT_EQ(titles().size(), 2);
+    }
     SavedSettings::setInteger(SavedSettings::Key::midiChannel, 1);
-    application.session.recoveryProblem = QString();
+    ASSERT_TRUE(QFile::remove(folder.path()));
+    tickRecovery();
     EXPECT_EQ(titles(), QStringList());
 
     const QString path = folder.filePath(QStringLiteral("song.tessik"));

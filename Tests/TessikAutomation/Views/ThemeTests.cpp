@@ -25,7 +25,7 @@ TEST(ThemeStoreTest, StartsFromTheSavedThemeAndFallsBackToDark) {
         if (row.saved) SavedSettings::setString(SavedSettings::Key::appTheme, QLatin1String(row.saved));
         const ThemeStore store;
         const char* name = row.saved ? row.saved : "nothing saved";
-        EXPECT_EQ(store.theme(), row.theme) << name;
+        EXPECT_EQ(store.theme.value(), row.theme) << name;
         EXPECT_EQ(&store.palette(ColorScheme::dark), row.inDarkSystem) << name;
         EXPECT_EQ(&store.palette(ColorScheme::light), row.inLightSystem) << name;
         EXPECT_EQ(store.preferredColorScheme().has_value(), row.theme != AppTheme::system) << name;
@@ -36,7 +36,7 @@ TEST(ThemeStoreTest, StoresOnEveryAssignmentAndNotifiesOnChangeOnly) {
     ThemeStore store;
     store.setTheme(AppTheme::dark);
     int changes = 0;
-    const auto observer = store.bindableTheme().addNotifier([&] { ++changes; });
+    const auto observer = store.theme.addNotifier([&] { ++changes; });
     store.setTheme(AppTheme::light);
     EXPECT_EQ(SavedSettings::appTheme(), AppTheme::light);
     SavedSettings::remove(SavedSettings::Key::appTheme);

@@ -1,3 +1,4 @@
+#include "Support/Shown.h"
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 #include "TessikAutomation/Views/WindowFixture.h"
 
@@ -11,7 +12,7 @@ struct ZeroConsoleTest : WindowTest {
         output.selectDestination(destinationID());
         show();
         menu = new ZeroConsoleMenu({model, output, manualSettings, labels, master}, window->history(), window.get());
-        model.channelState(ChannelKind::input(3))->faderValue = 90;
+        showFader(model, ChannelKind::input(3), 90);
         labels.update({QStringLiteral("Kick"), QStringLiteral("8A8A8A")}, QStringLiteral("input-3"));
         MasterSectionSettings room;
         room.crDim = true;
@@ -60,7 +61,7 @@ TEST_F(ZeroConsoleTest, EachTierDoesWhatItSays) {
          "Same as above, and ALSO sends fader/mute/EQ resets out", true, true}};
     int tier = 0;
     for (const auto& row : rows) {
-        model.channelState(ChannelKind::input(3))->faderValue = 90;
+        showFader(model, ChannelKind::input(3), 90);
         QAction* action = nullptr;
         for (QAction* one : menu->actions())
             if (one->text() == QLatin1String(row.menuTitle)) action = one;
@@ -74,7 +75,7 @@ TEST_F(ZeroConsoleTest, EachTierDoesWhatItSays) {
         EXPECT_EQ(text.contains(QStringLiteral("\nSent to the desk now\n")), row.sends);
         answer("Zero It");
         EXPECT_TRUE(isZero()) << tier;
-        EXPECT_EQ(master.settings() == MasterSectionSettings(), row.master) << tier;
+        EXPECT_EQ(master.settings.value() == MasterSectionSettings(), row.master) << tier;
         EXPECT_FALSE(window->history().canUndo()) << "it cannot be undone";
         for (int i = 0; i < 200; ++i) {
             clock.advance(std::chrono::milliseconds(5));

@@ -127,7 +127,7 @@ TEST_F(MTCClockTest, StopsAfterHalfASecondAndNotSooner) {
 
 TEST_F(MTCClockTest, FullFrameMovesTheCounterOfAStoppedClock) {
     int told = 0;
-    clock->onFullFrame = [&] { ++told; };
+    const auto listener = clock->fullFrame.connect([&] { ++told; });
     sendSysEx({0x7F, 0x7F, 0x01, 0x01, 0x21, 0x02, 0x03, 0x04});
     EXPECT_EQ(clock->currentPosition.value(), (TimecodePosition{fps25, 1, 2, 3, 4}));
     EXPECT_FALSE(clock->isRunning.value());

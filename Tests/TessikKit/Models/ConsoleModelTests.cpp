@@ -95,7 +95,7 @@ TEST(SwitchByte, IsActiveLowWithFixedBits) {
 
 TEST_F(ConsoleModelTest, UnderstandsFadersAndSwitchesAndCountsTheRest) {
     int faderNotices = 0;
-    const auto watch = input(8).faderValue.onValueChanged([&] { ++faderNotices; });
+    const auto watch = input(8).faderValue.addNotifier([&] { ++faderNotices; });
     model.handle(7, 100);
     EXPECT_EQ(model.lastMessage.value(), QStringLiteral("CC7 -> 8 fader = 100"));
     EXPECT_EQ(input(8).lastUpdate.value(), clock.now());
@@ -163,8 +163,8 @@ TEST_F(ConsoleModelTest, TellsAHandWhichWayToMove) {
                  {0, 2, NullMatch::matched},          {0, 3, NullMatch::needsUp},     {3, 0, NullMatch::needsDown},
                  {2, 0, NullMatch::matched}};
     for (const auto& c : cases) {
-        input(1).faderValue = c.fader;
-        input(1).nullTarget = c.target;
+        model.shown(0, c.fader);
+        model.setNullTarget(input(1), c.target);
         EXPECT_EQ(input(1).nullMatch(), c.match) << c.fader << " to " << c.target.value_or(-1);
     }
 }

@@ -110,20 +110,20 @@ ControlBinding bindField(const MasterSubject& subject, const Field<Record>& fiel
         [&]<typename Value>(Value Record::*member) {
             return ControlBinding{.read =
                                       [&store, field, member] {
-                                          const Master master = store.settings();
+                                          const Master master = store.settings.value();
                                           const Record* record = field.find(master);
                                           return ControlValue{double(record ? record->*member : Record().*member), {}};
                                       },
                                   .write =
                                       [&store, field, member](double value) {
-                                          Master master = store.settings();
+                                          Master master = store.settings.value();
                                           field.make(master).*member = Value(value);
                                           store.setSettings(master);
                                       },
                                   .watch =
                                       [&store](const std::function<void()>& changed) {
                                           std::vector<QPropertyNotifier> observers;
-                                          observers.push_back(store.bindableSettings().addNotifier(changed));
+                                          observers.push_back(store.settings.addNotifier(changed));
                                           return observers;
                                       }};
         },

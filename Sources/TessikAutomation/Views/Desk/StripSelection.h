@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QProperty>
+#include "TessikKit/Models/Published.h"
+
 #include <QStringList>
 
 namespace tessik {
@@ -9,7 +10,7 @@ namespace tessik {
 /// or removes one, Shift extends from the previous one to this.
 class StripSelection {
 public:
-    QProperty<QStringList> selectedIDs;
+    Published<QStringList, StripSelection> selectedIDs;
 
     /// `order` is the order of the strips.
     void click(const QString& id, Qt::KeyboardModifiers modifiers, const QStringList& order);

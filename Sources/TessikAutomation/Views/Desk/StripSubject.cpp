@@ -42,7 +42,7 @@ ControlBinding bindManual(const StripSubject& subject, const RecordControl<Manua
                                   .watch =
                                       [&box, field](std::function<void()> changed) {
                                           std::vector<QPropertyNotifier> observers;
-                                          observers.push_back(box.bindable(field).addNotifier(std::move(changed)));
+                                          observers.push_back(box.field(field).addNotifier(std::move(changed)));
                                           return observers;
                                       }};
         },

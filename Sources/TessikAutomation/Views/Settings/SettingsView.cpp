@@ -104,7 +104,8 @@ SettingsView::SettingsView(const AppObjects& objects, DrawingContext& drawing, Q
 
     QBoxLayout* appearance = addGroup(QStringLiteral("Appearance"));
     addPicker(appearance, QStringLiteral("Theme"), {},
-              {QStringLiteral("System"), QStringLiteral("Dark"), QStringLiteral("Light")}, int(objects.theme.theme()),
+              {QStringLiteral("System"), QStringLiteral("Dark"), QStringLiteral("Light")},
+              int(objects.theme.theme.value()),
               [this](int index) { _objects.theme.setTheme(allAppThemes[std::size_t(index)]); });
 
     auto* done = new QPushButton(QStringLiteral("Done"), this);
@@ -196,7 +197,7 @@ void SettingsView::addDeviceID(QBoxLayout* group) {
     QStringList choices{QStringLiteral("All (broadcast)")};
     for (std::size_t i = 1; i < ids.size(); ++i)
         choices << QString::number(ids[i]);
-    const auto current = std::find(ids.begin(), ids.end(), _objects.transport.deviceID());
+    const auto current = std::find(ids.begin(), ids.end(), _objects.transport.deviceID.value());
     addPicker(
         group, QStringLiteral("Device ID"),
         QStringLiteral("Some machines ignore the broadcast ID and only respond when addressed directly. If yours is "
@@ -244,7 +245,7 @@ void SettingsView::addMIDIChannel(QBoxLayout* group) {
 }
 
 void SettingsView::addStatus(QBoxLayout* group) {
-    QProperty<QString>& status = _objects.desk.input.connection.statusText;
+    const Observable<QString>& status = _objects.desk.input.connection.statusText;
     auto* text = new QLabel(this);
     text->setFont(Type::font(11, QFont::Normal));
     text->setWordWrap(true);

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "TessikAutomation/Views/Theme/Palette.h"
+#include "TessikKit/Models/Published.h"
 
 #include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
-#include <QProperty>
 
 #include <optional>
 
@@ -19,7 +19,7 @@ class SystemColorScheme final : public QObject {
 public:
     explicit SystemColorScheme(ColorScheme reportedAtStart) : scheme(reportedAtStart), _atStart(reportedAtStart) {}
 
-    QProperty<ColorScheme> scheme;
+    Published<ColorScheme, SystemColorScheme> scheme;
 
     /// Asks the portal on the user's bus and listens to it from then on. Does nothing without a bus, or when called
     /// again.

@@ -4,11 +4,11 @@
 
 namespace tessik {
 
-ThemeStore::ThemeStore() : _theme(SavedSettings::appTheme().value_or(AppTheme::dark)) {}
+ThemeStore::ThemeStore() : theme(SavedSettings::appTheme().value_or(AppTheme::dark)) {}
 
-void ThemeStore::setTheme(AppTheme theme) {
-    SavedSettings::setString(SavedSettings::Key::appTheme, rawValue(theme));
-    _theme = theme;
+void ThemeStore::setTheme(AppTheme chosen) {
+    SavedSettings::setString(SavedSettings::Key::appTheme, rawValue(chosen));
+    theme = chosen;
 }
 
 ColorScheme ThemeStore::effectiveScheme(ColorScheme systemScheme) const {
@@ -16,7 +16,7 @@ ColorScheme ThemeStore::effectiveScheme(ColorScheme systemScheme) const {
 }
 
 std::optional<ColorScheme> ThemeStore::preferredColorScheme() const {
-    switch (_theme.value()) {
+    switch (theme.value()) {
     case AppTheme::dark: return ColorScheme::dark;
     case AppTheme::light: return ColorScheme::light;
     case AppTheme::system: break;

@@ -2,8 +2,7 @@
 
 #include "TessikAutomation/Persistence/AppTheme.h"
 #include "TessikAutomation/Views/Theme/Look.h"
-
-#include <QProperty>
+#include "TessikKit/Models/Published.h"
 
 namespace tessik {
 
@@ -13,20 +12,15 @@ public:
     /// Starts with the saved theme; dark where none is saved.
     ThemeStore();
 
-    AppTheme theme() const { return _theme; }
+    Published<AppTheme, ThemeStore> theme;
     /// Stores the choice, even if unchanged.
-    void setTheme(AppTheme theme);
-    /// For observing; write through the setter.
-    QBindable<AppTheme> bindableTheme() const { return QBindable<AppTheme>(&_theme); }
+    void setTheme(AppTheme chosen);
 
     /// The scheme to draw with, given what the system currently reports.
     ColorScheme effectiveScheme(ColorScheme systemScheme) const;
     const Palette& palette(ColorScheme forColorScheme) const { return Palette::of(effectiveScheme(forColorScheme)); }
     /// The scheme that the windows ask for; none means following the system.
     std::optional<ColorScheme> preferredColorScheme() const;
-
-private:
-    QProperty<AppTheme> _theme;
 };
 
 } // namespace tessik

@@ -56,15 +56,15 @@ TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, 
     setFit(HeaderFit::legends);
 
     connectRow(
-        *_startRow, QStringLiteral("START"), [this] { return _locators.start(); },
+        *_startRow, QStringLiteral("START"), [this] { return _locators.start.value(); },
         [this](const LocatorStore::Locator& position) { _locators.setStart(position); });
     connectRow(
-        *_endRow, QStringLiteral("END"), [this] { return _locators.end(); },
+        *_endRow, QStringLiteral("END"), [this] { return _locators.end.value(); },
         [this](const LocatorStore::Locator& position) { _locators.setEnd(position); });
 
     const auto look = [this] { refresh(); };
-    _observers.push_back(locators.bindableStart().addNotifier(look));
-    _observers.push_back(locators.bindableEnd().addNotifier(look));
+    _observers.push_back(locators.start.addNotifier(look));
+    _observers.push_back(locators.end.addNotifier(look));
     _observers.push_back(transport.port.availableDestinations.addNotifier(look));
     _observers.push_back(transport.port.connectedDestinationID.addNotifier(look));
     // The first position enables the capture keys; later ones affect only the counter.
@@ -150,14 +150,15 @@ void TransportPanelView::goToEnd() {
 void TransportPanelView::refresh() {
     const bool hasTimecode = _clock.currentPosition.value().has_value();
     const bool hasTransport = _transport.port.isReachable();
-    _startRow->setState(_locators.start(), hasTimecode, hasTransport);
-    _endRow->setState(_locators.end(), hasTimecode, hasTransport);
-    _toStart->setToolTip(_locators.start() ? QStringLiteral("Go to start  (Return)")
-                                           : QStringLiteral("Return to zero  (Return)"));
+    _startRow->setState(_locators.start.value(), hasTimecode, hasTransport);
+    _endRow->setState(_locators.end.value(), hasTimecode, hasTransport);
+    _toStart->setToolTip(_locators.start.value() ? QStringLiteral("Go to start  (Return)")
+                                                 : QStringLiteral("Return to zero  (Return)"));
     const bool hasEnd = songEnd().has_value();
     _toEnd->setEnabled(hasEnd);
-    _toEnd->setToolTip((_locators.end() ? QStringLiteral("Go to end") : QStringLiteral("Go to end of selected pass")) +
-                       (hasEnd ? QString() : QStringLiteral(" -- not set yet")));
+    _toEnd->setToolTip(
+        (_locators.end.value() ? QStringLiteral("Go to end") : QStringLiteral("Go to end of selected pass")) +
+        (hasEnd ? QString() : QStringLiteral(" -- not set yet")));
 }
 
 void TransportPanelView::paintEvent(QPaintEvent*) {

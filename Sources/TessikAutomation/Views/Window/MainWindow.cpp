@@ -56,7 +56,7 @@ MainWindow::MainWindow(const AppObjects& objects, QWidget* parent)
     keys.onLeft = [this] { _desk->pageInputs(false); };
     keys.onRight = [this] { _desk->pageInputs(true); };
 
-    _observers.push_back(objects.theme.bindableTheme().addNotifier([this] { applyTheme(); }));
+    _observers.push_back(objects.theme.theme.addNotifier([this] { applyTheme(); }));
     _observers.push_back(_system.scheme.addNotifier([this] { applyTheme(); }));
     applyTheme();
 }

@@ -16,7 +16,7 @@ constexpr int barWidth = 8;
 
 } // namespace
 
-ProblemsPopover::ProblemsPopover(QProperty<std::vector<Problem>>& problems, SymbolButton& button,
+ProblemsPopover::ProblemsPopover(const Observable<std::vector<Problem>>& problems, SymbolButton& button,
                                  DrawingContext& drawing, QWidget* over)
     : Popover(QStringLiteral("PROBLEMS"), button, drawing, over),
       _problems(problems),

@@ -12,7 +12,7 @@ class ProblemsPopover final : public Popover {
     Q_OBJECT
 
 public:
-    ProblemsPopover(QProperty<std::vector<Problem>>& problems, SymbolButton& button, DrawingContext& drawing,
+    ProblemsPopover(const Observable<std::vector<Problem>>& problems, SymbolButton& button, DrawingContext& drawing,
                     QWidget* over);
 
     /// What the program can do about a problem; unset offers are not made.
@@ -26,7 +26,7 @@ private:
     QWidget* card(const Problem& problem);
     const std::function<void()>* answer(Problem::Offer offer) const;
 
-    QProperty<std::vector<Problem>>& _problems;
+    const Observable<std::vector<Problem>>& _problems;
     std::vector<Problem> _shown;
     QScrollArea* _scroll; ///< a low window may not have room for all of them
     QWidget* _cards;

@@ -1,5 +1,6 @@
 #include "ManualMentions.h"
 #include "Support/CleanSettings.h"
+#include "Support/Sessions.h"
 #include "TessikAutomation/Views/Application.h"
 #include "TessikAutomation/Views/Automation/PassLanesView.h"
 #include "TessikAutomation/Views/CommandLine.h"
@@ -11,6 +12,7 @@
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 #include "TessikRig/RigCommands.h"
+#include "TessikRig/TapeTimecode.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -147,6 +149,15 @@ struct ManualMentionsTest : testing::Test, CleanSettings {
         visible.look(application.window);
     }
 
+    /// Timecode runs, up to now.
+    void roll(MTCFrameRate rate) {
+        const Uptime spacing = Uptime(std::chrono::seconds(1)) / (4 * framesPerSecond(rate));
+        for (int run = 0; run < 4; ++run)
+            for (int piece = 0; piece < 8; ++piece)
+                application.mtcClock.handleQuarterFrame(
+                    UptimeClock::system().now() - (32 - 8 * run - piece) * spacing,
+                    TapeTimecode::quarterFrameByte({rate, 1, 0, 0, 2 * run}, piece));
+    }
     /// Brings the program into all the states that the manual speaks of.
     void lookAround() {
         MainWindow& window = application.window;
@@ -188,20 +199,19 @@ struct ManualMentionsTest : testing::Test, CleanSettings {
         lookAtWindow();
         application.passEngine.mode = AutomationMode::write;
         lookAtWindow();
-        application.passEngine.isRolling = true;
-        visible.look(window); // before the engine looks at the tape
-        application.passEngine.isRolling = false;
+        roll(MTCFrameRate::fps25);
+        application.passEngine.tick();
+        ASSERT_TRUE(application.passEngine.isRolling.value());
+        visible.look(window);
         application.passEngine.mode = AutomationMode::off;
         application.passEngine.select(application.passes.passes.value().front());
         application.passEngine.restoreTake(application.passes.passes.value().front());
         lookAtWindow();
         for (const MTCFrameRate rate :
-             {MTCFrameRate::fps24, MTCFrameRate::fps25, MTCFrameRate::fps30Drop, MTCFrameRate::fps30})
-            for (const bool isRunning : {true, false}) {
-                application.mtcClock.currentPosition = TimecodePosition{rate, 1, 0, 0, 0};
-                application.mtcClock.isRunning = isRunning;
-                lookAtWindow();
-            }
+             {MTCFrameRate::fps24, MTCFrameRate::fps25, MTCFrameRate::fps30Drop, MTCFrameRate::fps30}) {
+            roll(rate);
+            lookAtWindow();
+        }
         application.passEngine.discardTake();
         QList<QWidget*> withMenus{window.findChild<LocatorRow*>()};
         for (RecordRow* row : window.findChildren<RecordRow*>())
@@ -238,7 +248,10 @@ struct ManualMentionsTest : testing::Test, CleanSettings {
         lookAtDialogsOf(
             [this] { application.session.open(QUrl::fromLocalFile(folder.filePath(QStringLiteral("none")))); });
         lookAtDialogsOf([this] {
-            application.session.fileURL = QUrl::fromLocalFile(folder.filePath(QStringLiteral("gone/x.tessik")));
+            QDir gone(folder.filePath(QStringLiteral("gone")));
+            ASSERT_TRUE(gone.mkpath(QStringLiteral(".")) && writeFile(gone.filePath(QStringLiteral("x.tessik")), "{}"));
+            application.session.open(QUrl::fromLocalFile(gone.filePath(QStringLiteral("x.tessik"))));
+            gone.removeRecursively();
             application.session.save();
             application.session.finishSaving();
         });
