@@ -59,6 +59,11 @@ int Tour::run() {
     return _guide.finish() == 0 ? 0 : 1;
 }
 
+void Tour::activate() {
+    _app.window.activateWindow();
+    _guide.waitFor([this] { return _app.window.isActiveWindow(); }, 1'000); // a window manager may refuse
+}
+
 void Tour::pressKey(Qt::Key key) {
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
     QApplication::sendEvent(_app.window.centralWidget(), &press);

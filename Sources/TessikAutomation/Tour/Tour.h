@@ -78,6 +78,8 @@ private:
     void answerFileDialog(const QString& path);
     /// Chooses from the context menu of the topmost pass in the list.
     void chooseFromPassMenu(const QString& text);
+    /// Makes the main window the active one, as a click on it would.
+    void activate();
     void pressKey(Qt::Key key);
     void click(QWidget& widget) { click(widget, QRectF(widget.rect()).center()); }
     void click(QWidget& widget, QPointF at);

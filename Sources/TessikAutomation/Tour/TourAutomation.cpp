@@ -96,7 +96,7 @@ void Tour::rollTape() {
     const TimecodePosition goal{MTCFrameRate::fps25, 1, 7, 42, 0};
     locate(goal.totalFrames());
     _guide.check(!_app.mtcClock.isRunning.value(), QStringLiteral("a located machine does not roll"));
-    QApplication::setActiveWindow(&_app.window);
+    activate();
     pressKey(Qt::Key_Space);
     _guide.check(_guide.waitFor([&] { return _app.mtcClock.isRunning.value(); }),
                  QStringLiteral("Space plays: LOCKED"));

@@ -42,13 +42,13 @@ void Tour::manual() {
         menu->view()->close();
         _guide.passTime(20);
     });
-    QApplication::setActiveWindow(&_app.window);
+    activate();
     pressKey(Qt::Key_F1);
     _guide.check(menu->view() && menu->view()->shownTitle() == QLatin1String("The Main Window"),
                  QStringLiteral("F1 opens the chapter of where the user is"));
     if (menu->view()) menu->view()->close();
     _guide.passTime(20);
-    QApplication::setActiveWindow(&_app.window);
+    activate();
 }
 
 void Tour::problems() {

@@ -13,7 +13,7 @@ namespace tessik {
 
 void Tour::keys() {
     _guide.beginStep(QStringLiteral("Letters arm the modes and capture the locators, which can also be typed"));
-    QApplication::setActiveWindow(&_app.window);
+    activate();
     _app.window.centralWidget()->setFocus();
     for (const AutomationMode armed : {AutomationMode::write, AutomationMode::off}) {
         pressKey(Qt::Key_W);
