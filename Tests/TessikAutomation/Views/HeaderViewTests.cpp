@@ -57,7 +57,7 @@ struct HeaderViewTest : ApplicationTest {
             const bool isPrintedInWhole = qobject_cast<const SymbolButton*>(button) != nullptr;
             EXPECT_GE(button->width(), isPrintedInWhole ? button->sizeHint().width() : 28) << qPrintable(name);
         } else if (const auto* line = qobject_cast<const TextLine*>(&item)) {
-            const bool mayBeElided = name.startsWith(u"title"_qs) || name.startsWith(u"recalled"_qs);
+            const bool mayBeElided = name.startsWith(u"title") || name.startsWith(u"recalled");
             EXPECT_TRUE(mayBeElided || !line->isElided()) << qPrintable(name);
         } else if (const auto* label = qobject_cast<const QLabel*>(&item); label && !label->text().isEmpty()) {
             const QRect needed = QFontMetrics(label->font())
