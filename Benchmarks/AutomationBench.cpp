@@ -2,7 +2,7 @@
 // the engine's work in a pass of a million events.
 #include "Bench.h"
 #include "Support/AutomationRig.h"
-#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Application/Application.h"
 
 #include <QAbstractEventDispatcher>
 #include <QTemporaryDir>

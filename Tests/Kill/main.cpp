@@ -5,8 +5,8 @@
 // Each copy runs on the rig, where hands ride four faders over a rolling tape; before every move it is noted in a file
 // of its own, which the program knows nothing of. After 0.3 to 10 seconds the copy gets SIGKILL. The take that is
 // recovered then has to begin with the moves that were made, lane by lane, and may lack those of the last second.
+#include "TessikAutomation/Application/Application.h"
 #include "TessikAutomation/Session/SessionController.h"
-#include "TessikAutomation/Views/Application.h"
 
 #include <QApplication>
 #include <QFile>

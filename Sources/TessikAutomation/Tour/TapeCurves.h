@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Application/Application.h"
 
 #include <map>
 

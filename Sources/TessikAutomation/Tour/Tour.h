@@ -1,8 +1,8 @@
 #pragma once
 
+#include "TessikAutomation/Application/Application.h"
 #include "TessikAutomation/Tour/TapeCurves.h"
 #include "TessikAutomation/Tour/TourGuide.h"
-#include "TessikAutomation/Views/Application.h"
 
 #include <QDir>
 

@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/ApplicationFixture.h"
+#include "TessikAutomation/Application/ApplicationFixture.h"
 #include "TessikAutomation/Views/Theme/ToolTips.h"
 
 #include <QFile>

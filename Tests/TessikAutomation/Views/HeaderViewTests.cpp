@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/ApplicationFixture.h"
+#include "TessikAutomation/Application/ApplicationFixture.h"
 #include "TessikAutomation/Views/Controls/SymbolButton.h"
 #include "TessikAutomation/Views/Controls/TextLine.h"
 #include "TessikAutomation/Views/Metrics.h"

@@ -1,5 +1,5 @@
 #include "Support/FarDesk.h"
-#include "TessikAutomation/Views/ApplicationFixture.h"
+#include "TessikAutomation/Application/ApplicationFixture.h"
 
 #include <QMenu>
 #include <QMenuBar>

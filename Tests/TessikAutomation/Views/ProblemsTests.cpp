@@ -1,7 +1,7 @@
 #include "Support/FarDesk.h"
 #include "Support/Sessions.h"
+#include "TessikAutomation/Application/ApplicationFixture.h"
 #include "TessikAutomation/MIDI/PortChoice.h"
-#include "TessikAutomation/Views/ApplicationFixture.h"
 #include "TessikAutomation/Views/Window/ActivityLamp.h"
 #include "TessikAutomation/Views/Window/ProblemsPopover.h"
 #include "TessikKit/MIDI/MIDIWords.h"

@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/ApplicationFixture.h"
+#include "TessikAutomation/Application/ApplicationFixture.h"
 #include "TessikAutomation/Views/Help/HelpMenu.h"
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
 

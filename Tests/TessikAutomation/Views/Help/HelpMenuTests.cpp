@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/ApplicationFixture.h"
+#include "TessikAutomation/Application/ApplicationFixture.h"
 #include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Help/HelpMenu.h"
 

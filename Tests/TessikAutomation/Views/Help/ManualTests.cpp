@@ -1,5 +1,5 @@
 #include "ManualMentions.h"
-#include "TessikAutomation/Views/CommandLine.h"
+#include "TessikAutomation/Application/CommandLine.h"
 #include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Help/HelpTopic.h"
 

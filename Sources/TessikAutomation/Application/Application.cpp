@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Application/Application.h"
 
 #include "TessikAutomation/Desk/StartupRestore.h"
 #include "TessikAutomation/Session/LocateTarget.h"

@@ -1,10 +1,10 @@
 #include "Support/Sessions.h"
+#include "TessikAutomation/Application/ApplicationFixture.h"
+#include "TessikAutomation/Application/EndSignals.h"
 #include "TessikAutomation/Session/SessionFile.h"
 #include "TessikAutomation/Session/SessionReader.h"
-#include "TessikAutomation/Views/ApplicationFixture.h"
 #include "TessikAutomation/Views/Controls/PanelButton.h"
 #include "TessikAutomation/Views/Controls/Popover.h"
-#include "TessikAutomation/Views/EndSignals.h"
 #include "TessikAutomation/Views/RigPane.h"
 #include "TessikAutomation/Views/Window/HeaderTitle.h"
 

@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/CommandLine.h"
+#include "TessikAutomation/Application/CommandLine.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include "Support/CleanSettings.h"
 #include "Support/Events.h"
-#include "TessikAutomation/Views/Application.h"
+#include "TessikAutomation/Application/Application.h"
 
 #include <QApplication>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/EndSignals.h"
+#include "TessikAutomation/Application/EndSignals.h"
 
 #include <array>
 #include <cerrno>
