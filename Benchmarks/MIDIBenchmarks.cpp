@@ -61,7 +61,7 @@ const Benchmark ccToModel("cc_to_model_ns", [](const Report& report) {
         runs.push_back(millisecondsSince(start) * 1e6 / count);
     }
     std::sort(runs.begin(), runs.end());
-    report({"cc_to_model_ns", runs[runs.size() / 2], "ns", 2000});
+    report({"cc_to_model_ns", runs[runs.size() / 2], "ns", 600});
 });
 
 const Benchmark ccFlood("cc_flood", [](const Report& report) {

@@ -16,7 +16,7 @@ namespace {
 class InputTest : public ALSATest {
 protected:
     InputTest() {
-        connection.setTaskHandler([this](Uptime, std::uint64_t payload) { words.push_back(std::uint32_t(payload)); });
+        connection.setTaskHandler([this](const MIDIWord& word) { words.push_back(word.word & 0xFFFFFF); });
         connection.setSysExHandler([this](Uptime, std::span<const std::uint8_t> bytes) {
             const std::lock_guard lock(mutex);
             messages.emplace_back(bytes.begin(), bytes.end());
@@ -50,9 +50,7 @@ protected:
     std::atomic<bool> held = false;
     MIDIInputConnection connection{service, QStringLiteral("Tessik Test"), [this](const MIDIWord& word) {
                                        if (held) gate.acquire();
-                                       connection.submit(word.stamp, std::uint64_t(word.status) << 16 |
-                                                                         std::uint64_t(word.data1) << 8 |
-                                                                         std::uint64_t(word.data2));
+                                       connection.submit(word);
                                    }};
 };
 

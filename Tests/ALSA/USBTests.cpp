@@ -31,10 +31,9 @@ TEST_F(USBTest, aDeviceIsPluggedUnpluggedAndReplugged) {
     std::vector<int> values;
     std::mutex mutex;
     std::vector<std::size_t> lengths;
-    MIDIInputConnection input(service, QStringLiteral("Tessik Test"), [&](const MIDIWord& word) {
-        input.submit(word.stamp, std::uint64_t(word.data1) << 7 | std::uint64_t(word.data2));
-    });
-    input.setTaskHandler([&](Uptime, std::uint64_t payload) { values.push_back(int(payload)); });
+    MIDIInputConnection input(service, QStringLiteral("Tessik Test"),
+                              [&](const MIDIWord& word) { input.submit(word); });
+    input.setTaskHandler([&](const MIDIWord& word) { values.push_back(word.data1() << 7 | word.data2()); });
     input.setSysExHandler([&](Uptime, std::span<const std::uint8_t> bytes) {
         const std::lock_guard lock(mutex);
         lengths.push_back(bytes.size());

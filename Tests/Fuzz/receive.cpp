@@ -63,7 +63,7 @@ public:
         require(connection.rawPacketListCount.value() == _lists);
         require(connection.rawByteCount.value() == _bytes);
         require(connection.dataLostCount.value() == _losses);
-        require(connection.lastRawHex.value().size() <= qsizetype(9 * MIDIInputConnection::maxPacketWords));
+        require(connection.lastRawHex().size() <= qsizetype(9 * MIDIInputConnection::maxPacketWords));
         require(_model.messageCount.value() == _controlChanges);
     }
 

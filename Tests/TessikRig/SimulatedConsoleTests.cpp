@@ -42,7 +42,7 @@ TEST_F(SimulatedConsoleTest, ListensOnItsOwnChannelAndEchoesNothing) {
     desk.moveFader(in3, 20);
     pass(2ms);
     ASSERT_EQ(heard.size(), 1u);
-    EXPECT_EQ(heard[0].data1, 2);
+    EXPECT_EQ(heard[0].data1(), 2);
     send(MIDIWords::controlChange(2, 2, 99));
     pass(2ms);
     EXPECT_EQ(desk.vca(in3), 20);
@@ -63,9 +63,9 @@ TEST_F(SimulatedConsoleTest, TransmitsAWholeSceneAtTheCablesSpeed) {
     EXPECT_EQ(heard.size(), 82u);
     EXPECT_TRUE(desk.isQuiet());
     for (const MIDIWord& word : heard) {
-        const auto fader = MIDIChannelMapping::channelKindForFaderCC(word.data1);
+        const auto fader = MIDIChannelMapping::channelKindForFaderCC(word.data1());
         if (fader) {
-            EXPECT_EQ(desk.vca(*fader), word.data2);
+            EXPECT_EQ(desk.vca(*fader), word.data2());
         }
     }
     desk.moveFader(ChannelKind::input(1), 3);

@@ -9,7 +9,7 @@ namespace tessik {
 using namespace std::chrono_literals;
 
 MIDIOutputManager::MIDIOutputManager(MIDIService& service, const UptimeClock& clock)
-    : port(service, QStringLiteral("TessikAutomation Output"), QStringLiteral("Output")), _clock(clock) {
+    : port(service, QStringLiteral("TessikAutomation Output"), QStringLiteral("Output"), clock), _clock(clock) {
     using Change = MIDIDestinationPort::Change;
     _portListener = port.changed.connect([this](Change change) {
         if (change == Change::chosen)

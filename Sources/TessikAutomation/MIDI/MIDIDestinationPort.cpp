@@ -2,10 +2,12 @@
 
 namespace tessik {
 
-MIDIDestinationPort::MIDIDestinationPort(MIDIService& service, QString clientName, QString label)
+MIDIDestinationPort::MIDIDestinationPort(MIDIService& service, QString clientName, QString label,
+                                         const UptimeClock& clock)
     : cable([this](MIDIEndpointRef destination) { return _service.connectDestination(_outputPort, destination); },
             [this](MIDIEndpointRef destination) { return _service.isConnected(_outputPort, destination); }),
       _service(service),
+      _clock(clock),
       _clientName(std::move(clientName)),
       _label(std::move(label)) {}
 
@@ -57,7 +59,11 @@ MIDIStatus MIDIDestinationPort::send(std::span<const std::uint32_t> words) {
     if (cable.refusal.value() != 0) return cable.refusal;
     if (cable.isCut.value()) return midiNotConnected;
     const MIDIStatus status = _service.send(_outputPort, chosen->endpoint, words);
-    if (status == 0) sentCount = sentCount.value() + 1;
+    if (status == 0) {
+        sentCount = sentCount.value() + 1;
+        for (const std::uint32_t word : words)
+            _words.record(_clock.now(), word);
+    }
     if (status != midiWouldBlock) refusal = status;
     return status;
 }

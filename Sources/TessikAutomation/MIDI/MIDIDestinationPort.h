@@ -2,6 +2,7 @@
 
 #include "TessikKit/MIDI/MIDIPortInfo.h"
 #include "TessikKit/MIDI/PortCable.h"
+#include "TessikKit/MIDI/WordRing.h"
 #include "TessikKit/Models/Published.h"
 #include "TessikKit/Models/Signal.h"
 
@@ -14,7 +15,8 @@ namespace tessik {
 class MIDIDestinationPort {
 public:
     /// `clientName` names the client and, with " Port" appended, the port; `label` begins the status line.
-    MIDIDestinationPort(MIDIService& service, QString clientName, QString label);
+    MIDIDestinationPort(MIDIService& service, QString clientName, QString label,
+                        const UptimeClock& clock = UptimeClock::system());
     ~MIDIDestinationPort();
 
     /// Creates client and port, once. Returns the port's status; a client failure appears as a port failure.
@@ -52,6 +54,9 @@ public:
     /// Why the destination refused the last send; 0 if it did not, or is absent.
     Published<MIDIStatus, MIDIDestinationPort> refusal{0};
 
+    /// Every word that went out, with the time of sending.
+    const WordRing& words() const { return _words; }
+
     MIDIClientRef client() const { return _client; }
     MIDIPortRef outputPort() const { return _outputPort; }
 
@@ -60,6 +65,8 @@ private:
     MIDIEndpointRef handle() const;
 
     MIDIService& _service;
+    const UptimeClock& _clock;
+    WordRing _words;
     const QString _clientName;
     const QString _label;
     MIDIClientRef _client = 0;

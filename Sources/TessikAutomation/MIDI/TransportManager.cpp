@@ -21,7 +21,6 @@ std::vector<std::uint8_t> MMCMessage::command(std::uint8_t deviceID, MMCCommand 
 }
 
 std::vector<std::uint8_t> MMCMessage::locate(std::uint8_t deviceID, const TimecodePosition& position) {
-    constexpr std::uint8_t locateCode = 0x44;
     constexpr std::uint8_t byteCount = 6;
     constexpr std::uint8_t target = 0x01;
     constexpr std::uint8_t subframes = 0;
@@ -39,7 +38,7 @@ std::vector<std::uint8_t> MMCMessage::locate(std::uint8_t deviceID, const Timeco
 }
 
 TransportManager::TransportManager(MIDIService& service, const UptimeClock& clock)
-    : port(service, QStringLiteral("TessikAutomation Transport"), QStringLiteral("Transport")),
+    : port(service, QStringLiteral("TessikAutomation Transport"), QStringLiteral("Transport"), clock),
       deviceID(SavedSettings::mmcDeviceID().value_or(allCall)),
       _clock(clock) {
     // A late command would surprise.

@@ -25,6 +25,7 @@ enum class MMCCommand : std::uint8_t {
 
 /// The bytes between F0 and F7, each reduced to seven bits.
 namespace MMCMessage {
+inline constexpr std::uint8_t locateCode = 0x44;
 std::vector<std::uint8_t> command(std::uint8_t deviceID, MMCCommand command);
 std::vector<std::uint8_t> locate(std::uint8_t deviceID, const TimecodePosition& position);
 } // namespace MMCMessage

@@ -7,17 +7,6 @@
 
 namespace tessik {
 
-namespace {
-
-void appendHex(QByteArray& text, std::uint32_t word) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    if (!text.isEmpty()) text += ' ';
-    for (int shift = 28; shift >= 0; shift -= 4)
-        text += digits[word >> shift & 0xF];
-}
-
-} // namespace
-
 MIDIInputConnection::MIDIInputConnection(MIDIService& service, QString name, WordHandler onWord)
     : cable([this](MIDIEndpointRef source) { return _service.connectSource(_inputPort, source); },
             [this](MIDIEndpointRef source) { return _service.isConnected(_inputPort, source); }),
@@ -125,45 +114,45 @@ void MIDIInputConnection::receive(const MIDIEventList& list) {
     if (list.dataLost) {
         _sysEx.reset();
         log(QStringLiteral("MIDI input overrun: messages were lost"));
-        _queue.push({Kind::dataLost, {}, 0, {}});
+        _queue.push({.kind = Kind::dataLost});
     }
-    std::size_t wordCount = 0;
-    QByteArray hex;
+    Lists counted{.count = 1, .lastBegan = _words.count()};
     for (const MIDIEventPacket& packet : list.packets) {
-        wordCount += packet.words.size();
+        counted.words += std::int64_t(packet.words.size());
         const auto words = packet.words.first(std::min(packet.words.size(), maxPacketWords));
         for (std::size_t i = 0; i < words.size(); ++i) {
             const std::uint32_t word = words[i];
-            appendHex(hex, word);
-            const std::uint8_t type = word >> 28;
-            if (type == 1 || type == 2) {
-                _onWord({packet.stamp, type, std::uint8_t(word >> 16), int(word >> 8 & 0xFF), int(word & 0xFF)});
-            } else if (type == 3 && i + 1 < words.size()) {
-                appendHex(hex, words[++i]);
+            _words.record(packet.stamp, word);
+            const MIDIWord whole{packet.stamp, word};
+            if (whole.messageType() == 1 || whole.messageType() == 2) {
+                _onWord(whole);
+            } else if (whole.messageType() == 3 && i + 1 < words.size()) {
+                _words.record(packet.stamp, words[++i]);
                 takeSysEx(packet.stamp, word, words[i]);
             }
         }
     }
     if (list.packets.empty()) return;
+    counted.lastEnded = _words.count();
     const auto keep = [&](Overflow& overflow) {
-        ++overflow.lists;
-        overflow.words += std::int64_t(wordCount);
-        overflow.hex = hex;
+        counted.count += overflow.lists.count;
+        counted.words += overflow.lists.words;
+        overflow.lists = counted;
     };
-    if (!overflows(_listsWaiting, keep)) _queue.push({Kind::listCounters, {}, wordCount, std::move(hex)});
+    if (!overflows(_listsWaiting, keep)) _queue.push({.kind = Kind::listCounters, .lists = counted});
 }
 
-void MIDIInputConnection::submit(Uptime stamp, std::uint64_t payload, std::optional<int> key) {
+void MIDIInputConnection::submit(const MIDIWord& word, std::optional<int> key) {
     const auto keep = [&](Overflow& overflow) {
         if (!key) {
             ++overflow.lost;
             return;
         }
         overflow.overtaken +=
-            std::int64_t(std::erase_if(overflow.latest, [&](const auto& older) { return older.key == *key; }));
-        overflow.latest.push_back({*key, stamp, payload});
+            std::int64_t(std::erase_if(overflow.latest, [&](const auto& older) { return older.first == *key; }));
+        overflow.latest.emplace_back(*key, word);
     };
-    if (!overflows(_tasksWaiting, keep)) _queue.push({Kind::task, stamp, payload, {}});
+    if (!overflows(_tasksWaiting, keep)) _queue.push({.kind = Kind::task, .word = word});
 }
 
 /// Whether what comes now does not fit in the queue and is kept beside it. Everything earlier is in the queue;
@@ -179,7 +168,7 @@ bool MIDIInputConnection::overflows(Waiting& waiting, const std::function<void(O
         ++waiting;
         return false;
     }
-    if (!_isOverflowing.exchange(true)) _queue.push({Kind::overflow, {}, 0, {}});
+    if (!_isOverflowing.exchange(true)) _queue.push({.kind = Kind::overflow});
     keep(_overflow);
     return true;
 }
@@ -194,9 +183,9 @@ void MIDIInputConnection::takeOverflow() {
     overtakenCount = overtakenCount.value() + taken.overtaken;
     if (taken.overtaken > 0 && _onOvertaken) _onOvertaken(taken.overtaken);
     if (taken.lost > 0) noteDataLost();
-    for (const Overflow::Payload& task : taken.latest)
-        if (_onTask) _onTask(task.stamp, task.payload);
-    countLists(taken.lists, taken.words, taken.hex);
+    for (const auto& [key, word] : taken.latest)
+        if (_onTask) _onTask(word);
+    countLists(taken.lists);
 }
 
 void MIDIInputConnection::takeSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second) {
@@ -212,21 +201,32 @@ void MIDIInputConnection::run(Entry& entry) {
     case Kind::none: break;
     case Kind::task:
         --_tasksWaiting;
-        if (_onTask) _onTask(entry.stamp, entry.payload);
+        if (_onTask) _onTask(entry.word);
         break;
     case Kind::listCounters:
         --_listsWaiting;
-        countLists(1, std::int64_t(entry.payload), entry.hex);
+        countLists(entry.lists);
         break;
     case Kind::dataLost: noteDataLost(); break;
     case Kind::overflow: takeOverflow(); break;
     }
 }
 
-void MIDIInputConnection::countLists(std::int64_t lists, std::int64_t words, const QByteArray& hex) {
-    rawPacketListCount = rawPacketListCount.value() + lists;
-    rawByteCount = rawByteCount.value() + 4 * words;
-    if (!hex.isEmpty()) lastRawHex = QString::fromLatin1(hex);
+void MIDIInputConnection::countLists(const Lists& lists) {
+    if (lists.lastEnded > lists.lastBegan) _lastLists = lists;
+    rawPacketListCount = rawPacketListCount.value() + lists.count;
+    rawByteCount = rawByteCount.value() + 4 * lists.words;
+}
+
+QString MIDIInputConnection::lastRawHex() const {
+    QStringList words;
+    std::int64_t next = _lastLists.lastBegan;
+    const std::vector<WordRing::Entry> entries = _words.since(next);
+    std::int64_t n = next - std::int64_t(entries.size());
+    for (const WordRing::Entry& entry : entries)
+        if (n++ < _lastLists.lastEnded)
+            words += QStringLiteral("%1").arg(entry.word, 8, 16, QLatin1Char('0')).toUpper();
+    return words.isEmpty() ? QStringLiteral("—") : words.join(QLatin1Char(' '));
 }
 
 void MIDIInputConnection::noteDataLost() {

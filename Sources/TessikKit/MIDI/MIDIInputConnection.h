@@ -4,21 +4,22 @@
 #include "TessikKit/MIDI/MainThreadQueue.h"
 #include "TessikKit/MIDI/PortCable.h"
 #include "TessikKit/MIDI/SysExAssembler.h"
+#include "TessikKit/MIDI/WordRing.h"
 #include "TessikKit/Models/Published.h"
-
-#include <QByteArray>
 
 #include <mutex>
 
 namespace tessik {
 
-/// One system or channel-voice word, decoded.
+/// One system or channel-voice word.
 struct MIDIWord {
-    Uptime stamp;             ///< arrival
-    std::uint8_t messageType; ///< 1 system, 2 MIDI 1.0 channel voice
-    std::uint8_t status;
-    int data1;
-    int data2;
+    Uptime stamp{}; ///< arrival
+    std::uint32_t word = 0;
+
+    std::uint8_t messageType() const { return word >> 28; } ///< 1 system, 2 MIDI 1.0 channel voice
+    std::uint8_t status() const { return std::uint8_t(word >> 16); }
+    int data1() const { return word >> 8 & 0xFF; }
+    int data2() const { return word & 0xFF; }
 };
 
 /// A MIDI client with one input port, connected to at most one source, which it reconnects to when it comes back.
@@ -33,11 +34,11 @@ public:
     /// Gets the data bytes of a whole message, without F0 and F7. Messages that are too long are dropped; the first is
     /// logged.
     using SysExHandler = std::function<void(Uptime stamp, std::span<const std::uint8_t> bytes)>;
-    using TaskHandler = std::function<void(Uptime stamp, std::uint64_t payload)>;
+    using TaskHandler = WordHandler;
 
     /// Further words of a packet are dropped, which bounds the work of a callback.
     static constexpr std::size_t maxPacketWords = 64;
-    /// Payloads that may wait for the main thread.
+    /// Words that may wait for the main thread.
     static constexpr int maxWaiting = 16'384;
 
     MIDIInputConnection(MIDIService& service, QString clientName, WordHandler onWord);
@@ -45,17 +46,17 @@ public:
 
     void setHandler(WordHandler onWord) { _onWord = std::move(onWord); }
     void setSysExHandler(SysExHandler onSysEx) { _onSysEx = std::move(onSysEx); }
-    /// Runs on the main thread for each payload submitted.
+    /// Runs on the main thread for each word submitted.
     void setTaskHandler(TaskHandler onTask) { _onTask = std::move(onTask); }
     /// Runs on the main thread, in order with the tasks, when the platform lost incoming data, and after the cable was
     /// restored.
     void setDataLostHandler(std::function<void()> onDataLost) { _onDataLost = std::move(onDataLost); }
 
-    /// Gets the number of payloads replaced by newer ones, on the main thread and before those.
+    /// Gets the number of words replaced by newer ones, on the main thread and before those.
     void setOvertakenHandler(std::function<void(std::int64_t)> onOvertaken) { _onOvertaken = std::move(onOvertaken); }
     /// For the handlers, on the MIDI thread: has the task handler called with this. While `maxWaiting` wait, the latest
-    /// payload of a key replaces an older one, and a payload without a key is lost.
-    void submit(Uptime stamp, std::uint64_t payload, std::optional<int> key = std::nullopt);
+    /// word of a key replaces an older one, and a word without a key is lost.
+    void submit(const MIDIWord& word, std::optional<int> key = std::nullopt);
 
     /// Lists the sources again and reconnects the chosen one if it came back.
     void refreshSources();
@@ -80,33 +81,34 @@ public:
     Published<std::optional<MIDIEndpointRef>, MIDIInputConnection> connectedEndpoint{std::nullopt};
     Published<bool, MIDIInputConnection> connectedSourceWasRecentlyMissing{false};
     Published<QString, MIDIInputConnection> statusText{QStringLiteral("Not connected")};
-    Published<std::int64_t, MIDIInputConnection> rawPacketListCount{0};      ///< event lists received
-    Published<std::int64_t, MIDIInputConnection> rawByteCount{0};            ///< 4 per word received
-    Published<QString, MIDIInputConnection> lastRawHex{QStringLiteral("—")}; ///< the words of the last event list
-    Published<std::int64_t, MIDIInputConnection> dataLostCount{0};           ///< how often incoming data was lost
-    Published<std::int64_t, MIDIInputConnection> overtakenCount{0};          ///< payloads replaced by newer ones
+    Published<std::int64_t, MIDIInputConnection> rawPacketListCount{0}; ///< event lists received
+    Published<std::int64_t, MIDIInputConnection> rawByteCount{0};       ///< 4 per word received
+    Published<std::int64_t, MIDIInputConnection> dataLostCount{0};      ///< how often incoming data was lost
+    Published<std::int64_t, MIDIInputConnection> overtakenCount{0};     ///< words replaced by newer ones
+    /// The words of the last event list that held any, in hex, as far as `words` keeps them; "—" before the first.
+    QString lastRawHex() const;
+    /// Every word that came, whatever it is, at most `maxPacketWords` of a packet.
+    const WordRing& words() const { return _words; }
 
 private:
     enum class Kind : std::uint8_t { none, task, listCounters, dataLost, overflow };
+    struct Lists {
+        std::int64_t count = 0;
+        std::int64_t words = 0;
+        std::int64_t lastBegan = 0, lastEnded = 0; // of the last one, in `_words`
+    };
     struct Entry {
         Kind kind = Kind::none;
-        Uptime stamp{};
-        std::uint64_t payload = 0; // the task's, or the number of words of a list
-        QByteArray hex;            // of a list
+        MIDIWord word;
+        Lists lists;
     };
 
     /// What came while the queue was full, picked up by the entry that was its last.
     struct Overflow {
-        struct Payload {
-            int key;
-            Uptime stamp;
-            std::uint64_t payload;
-        };
-        std::vector<Payload> latest; // of each key, in order of arrival
+        std::vector<std::pair<int, MIDIWord>> latest; // by key, in order of arrival
         std::int64_t overtaken = 0;
         std::int64_t lost = 0;
-        std::int64_t lists = 0, words = 0;
-        QByteArray hex;
+        Lists lists;
     };
     using Waiting = std::atomic<int>;
 
@@ -116,7 +118,7 @@ private:
     void takeOverflow();
     void takeSysEx(Uptime stamp, std::uint32_t first, std::uint32_t second);
     void run(Entry& entry);
-    void countLists(std::int64_t lists, std::int64_t words, const QByteArray& hex);
+    void countLists(const Lists& lists);
     void noteDataLost();
     void log(const QString& message) const;
 
@@ -131,6 +133,9 @@ private:
 
     // MIDI thread only
     SysExAssembler _sysEx;
+
+    WordRing _words;
+    Lists _lastLists; // as counted last, with words
 
     Waiting _tasksWaiting = 0;
     Waiting _listsWaiting = 0;

@@ -7,17 +7,16 @@ namespace tessik {
 MIDIManager::MIDIManager(MIDIService& service, ConsoleModel& model, const QString& clientName)
     : consoleModel(model), connection(service, clientName, [this](const MIDIWord& word) { receive(word); }) {
     connection.setOvertakenHandler([this](std::int64_t count) { consoleModel.noteOvertaken(count); });
-    connection.setTaskHandler([this](Uptime stamp, std::uint64_t payload) {
-        const int cc = int(payload >> 8);
-        const int value = int(payload & 0xFF);
-        if (!onControlChange || onControlChange(stamp, cc, value)) consoleModel.handle(stamp, cc, value);
+    connection.setTaskHandler([this](const MIDIWord& word) {
+        if (!isNews || isNews(word.stamp, word.data1(), word.data2()))
+            consoleModel.handle(word.stamp, word.data1(), word.data2());
     });
 }
 
 void MIDIManager::receive(const MIDIWord& word) {
-    if (word.messageType != 2 || (word.status & 0xF0) != 0xB0) return;
-    if (logIncomingCC) std::fprintf(stderr, "[CC IN] cc=%d value=%d\n", word.data1, word.data2);
-    connection.submit(word.stamp, std::uint64_t(word.data1) << 8 | std::uint64_t(word.data2), word.data1);
+    if (word.messageType() != 2 || (word.status() & 0xF0) != 0xB0) return;
+    if (logIncomingCC) std::fprintf(stderr, "[CC IN] cc=%d value=%d\n", word.data1(), word.data2());
+    connection.submit(word, word.data1());
 }
 
 } // namespace tessik

@@ -15,8 +15,9 @@ public:
     ConsoleModel& consoleModel;
     MIDIInputConnection connection;
 
-    /// Called on the main thread for each Control Change, just before the model gets it; false keeps it from the model.
-    std::function<bool(Uptime stamp, int cc, int value)> onControlChange;
+    /// Asked on the main thread about each Control Change, just before the model gets it; false keeps it from the
+    /// model.
+    std::function<bool(Uptime stamp, int cc, int value)> isNews;
 
     /// Writes every Control Change to standard error as it arrives. Process-wide.
     static inline std::atomic<bool> logIncomingCC = false;

@@ -3,8 +3,8 @@
 namespace tessik {
 namespace {
 
-/// A payload is a quarter frame's data byte or, with this bit, the position bytes of a full frame.
-constexpr std::uint64_t fullFrameFlag = std::uint64_t(1) << 32;
+/// The position bytes of a full frame travel as a word with this bit, which no word of MIDI 1.0 has.
+constexpr std::uint32_t fullFrameFlag = std::uint32_t(1) << 31;
 
 /// A run with a longer pause may span two places on the tape. Even at an eighth of its speed, quarter frames come more
 /// often than this.
@@ -20,11 +20,11 @@ MTCClock::MTCClock(MIDIService& service, const QString& clientName, const Uptime
       _clock(clock) {
     connection.setSysExHandler(
         [this](Uptime stamp, std::span<const std::uint8_t> sysEx) { receiveSysEx(stamp, sysEx); });
-    connection.setTaskHandler([this](Uptime stamp, std::uint64_t payload) {
-        if (payload & fullFrameFlag)
-            handleFullFrame(MTCDecoder::fullFramePosition(std::uint32_t(payload)));
+    connection.setTaskHandler([this](const MIDIWord& word) {
+        if (word.word & fullFrameFlag)
+            handleFullFrame(MTCDecoder::fullFramePosition(word.word & ~fullFrameFlag));
         else
-            handleQuarterFrame(stamp, std::uint8_t(payload));
+            handleQuarterFrame(word.stamp, std::uint8_t(word.data1()));
     });
     connection.setDataLostHandler([this] { decoder = {}; });
 
@@ -35,12 +35,12 @@ MTCClock::MTCClock(MIDIService& service, const QString& clientName, const Uptime
 }
 
 void MTCClock::receive(const MIDIWord& word) {
-    if (word.messageType == 1 && word.status == 0xF1) connection.submit(word.stamp, std::uint64_t(word.data1));
+    if (word.messageType() == 1 && word.status() == 0xF1) connection.submit(word);
 }
 
 void MTCClock::receiveSysEx(Uptime stamp, std::span<const std::uint8_t> sysEx) {
     if (const std::optional<std::uint32_t> bytes = MTCDecoder::fullFrameBytes(sysEx))
-        connection.submit(stamp, fullFrameFlag | *bytes);
+        connection.submit({stamp, fullFrameFlag | *bytes});
 }
 
 void MTCClock::handleQuarterFrame(Uptime stamp, std::uint8_t dataByte) {

@@ -86,11 +86,8 @@ void ConsoleModel::handle(Uptime stamp, int cc, int value) {
     if (!channel) return;
     channel->lastUpdate = _clock.now();
     const bool isFader = MIDIChannelMapping::channelKindForFaderCC(cc).has_value();
-    if (isFader) noteFaderMessage(*channel, value);
-    lastMessage = QStringLiteral("CC%1 -> %2 %3 = %4")
-                      .arg(cc)
-                      .arg(channel->displayName, isFader ? QLatin1String("fader") : QLatin1String("switches"))
-                      .arg(value);
+    if (isFader) noteFaderMessage(*channel, cc, value);
+    _last = {cc, value};
     // The flag outlives its dump until the next fader message: a switch pressed later is a hand's.
     const bool isDump = isReceivingStateDump.value() && _clock.now() - lastFaderMessageAt.value() <= dumpWindow;
     changed({stamp, cc, value, isDump ? ChangeOrigin::dump : ChangeOrigin::desk});
@@ -134,28 +131,44 @@ void ConsoleModel::played(int cc, int value, bool isHeld) {
 
 void ConsoleModel::setNullTarget(ChannelState& channel, std::optional<int> target) { channel.nullTarget = target; }
 
-void ConsoleModel::noteFaderMessage(ChannelState& channel, int value) {
+QString ConsoleModel::lastMessage() const {
+    if (!_last) return QStringLiteral("No MIDI received yet");
+    const bool isFader = MIDIChannelMapping::channelKindForFaderCC(_last->cc).has_value();
+    return QStringLiteral("CC%1 -> %2 %3 = %4")
+        .arg(_last->cc)
+        .arg(channelOf(_last->cc)->displayName, isFader ? QLatin1String("fader") : QLatin1String("switches"))
+        .arg(_last->value);
+}
+
+std::vector<ConsoleModel::RecentFader> ConsoleModel::recentFaderChannelIDs() const {
+    std::vector<RecentFader> recent;
+    for (const auto& [cc, at] : _recentFaders)
+        recent.push_back({channelOf(cc)->id, at});
+    return recent;
+}
+
+void ConsoleModel::noteFaderMessage(ChannelState& channel, int cc, int value) {
     const Uptime now = _clock.now();
     if (now - lastFaderMessageAt.value() > dumpWindow) isReceivingStateDump = false;
     lastFaderMessageAt = now;
     forgetRecentFaders(now - dumpWindow);
-    _recentFaders.push_back({channel.id, now});
-    ++_recentCounts[channel.id];
+    _recentFaders.emplace_back(cc, now);
+    if (_recentCounts[std::size_t(cc)]++ == 0) ++_recentChannels;
     if (isReceivingStateDump.value()) {
         channel.nullTarget = value;
         return;
     }
-    if (_recentCounts.size() < dumpThreshold) return;
+    if (_recentChannels < dumpThreshold) return;
     isReceivingStateDump = true;
     for (ChannelState* reported : allVisibleChannels())
-        if (_recentCounts.contains(reported->id)) reported->nullTarget = reported->faderValue.value();
+        if (_recentCounts[std::size_t(MIDIChannelMapping::faderCC(reported->kind))] > 0)
+            reported->nullTarget = reported->faderValue.value();
 }
 
 // The counts make the window cost the same however fast messages arrive.
 void ConsoleModel::forgetRecentFaders(Uptime before) {
-    while (!_recentFaders.empty() && _recentFaders.front().at < before) {
-        const auto count = _recentCounts.find(_recentFaders.front().id);
-        if (--count->second == 0) _recentCounts.erase(count);
+    while (!_recentFaders.empty() && _recentFaders.front().second < before) {
+        if (--_recentCounts[std::size_t(_recentFaders.front().first)] == 0) --_recentChannels;
         _recentFaders.pop_front();
     }
 }

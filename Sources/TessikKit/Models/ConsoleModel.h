@@ -8,7 +8,6 @@
 
 #include <deque>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace tessik {
@@ -44,7 +43,8 @@ public:
     bool isVisible(const ChannelState& channel) const;
 
     Published<std::int64_t, ConsoleModel> messageCount{0}; ///< Control Changes received, understood or not
-    Published<QString, ConsoleModel> lastMessage{QStringLiteral("No MIDI received yet")};
+    /// The last Control Change understood: "CC7 -> 8 fader = 100".
+    QString lastMessage() const;
 
     // ---- What happens to the console. `cc` and `value` are 0 to 127; a controller of no channel is ignored.
 
@@ -78,7 +78,7 @@ public:
         Uptime at;
     };
     /// Oldest first.
-    const std::deque<RecentFader>& recentFaderChannelIDs() const { return _recentFaders; }
+    std::vector<RecentFader> recentFaderChannelIDs() const;
     /// True while the console transmits its whole state: 16 different faders reported within half a second. Ends with
     /// the first fader message after half a second of silence.
     Published<bool, ConsoleModel> isReceivingStateDump{false};
@@ -87,15 +87,20 @@ public:
 private:
     ChannelState* write(int cc, int value);
     void tell(int cc, int value, ChangeOrigin origin) { changed({_clock.now(), cc, value, origin}); }
-    void noteFaderMessage(ChannelState& channel, int value);
+    void noteFaderMessage(ChannelState& channel, int cc, int value);
     void forgetRecentFaders(Uptime before);
 
     const UptimeClock& _clock;
     std::vector<std::unique_ptr<ChannelState>> _channels; // inputs, groups, stereo
     Channels _inputs;
     Channels _groups;
-    std::deque<RecentFader> _recentFaders;
-    std::unordered_map<QString, int> _recentCounts; // entries in _recentFaders per channel id, never 0
+    std::deque<std::pair<int, Uptime>> _recentFaders;                    // controllers
+    std::array<int, MIDIChannelMapping::switchCCOffset> _recentCounts{}; // of each of them
+    std::size_t _recentChannels = 0;                                     // different ones
+    struct Understood {
+        int cc, value;
+    };
+    std::optional<Understood> _last;
 };
 
 } // namespace tessik
