@@ -7,6 +7,7 @@
 #include "TessikAutomation/Views/Automation/PassesPopover.h"
 #include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Help/HelpMenu.h"
+#include "TessikAutomation/Views/Monitor/MIDIMonitorView.h"
 #include "TessikAutomation/Views/Session/SessionMenu.h"
 #include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
 #include "TessikAutomation/Views/Transport/TransportPanelView.h"
@@ -164,8 +165,24 @@ void Application::buildMenus() {
     _view->addActions(window.zoomActions());
     _view->addSeparator();
     _view->addAction(window.foldAction());
+    _view->addSeparator();
+    _view->addAction(QStringLiteral("&MIDI Monitor"), &window, [this] { showMonitor(); });
     _help = new HelpMenu(window.drawing(), window);
     window.menuBar()->addMenu(_help);
+}
+
+void Application::showMonitor() {
+    if (!_monitor) {
+        MIDIMonitor ports;
+        ports.watch(QStringLiteral("MIDI In"), desk.input.connection.words());
+        ports.watch(QStringLiteral("MIDI Out"), desk.output.port.words());
+        ports.watch(QStringLiteral("MTC Source"), mtcClock.connection.words());
+        ports.watch(QStringLiteral("Send To"), transport.port.words());
+        _monitor = new MIDIMonitorView(std::move(ports), &window);
+    }
+    _monitor->show();
+    _monitor->raise();
+    _monitor->activateWindow();
 }
 
 void Application::buildAutomation() {

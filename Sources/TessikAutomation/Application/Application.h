@@ -14,6 +14,7 @@
 namespace tessik {
 
 class HelpMenu;
+class MIDIMonitorView;
 
 /// A desk and a recorder that stand in for real ones, with their cables.
 struct Rig {
@@ -77,6 +78,7 @@ private:
     std::optional<TimecodePosition> playedPassEnd() const;
     void buildMenus();
     void buildAutomation();
+    void showMonitor();
     void buildProblems();
     void setLoadedItem(const std::optional<LoadedItem>& item);
     /// "Snapshot: NAME", "Pass: NAME", or "Take" for one that waits; empty if nothing was recalled.
@@ -88,6 +90,7 @@ private:
     std::unique_ptr<CloseQuestion> _closeQuestion;
     QMenu* _view = nullptr;
     HelpMenu* _help = nullptr;
+    MIDIMonitorView* _monitor = nullptr;
     std::optional<LoadedItem> _loadedItem;
     Signal<>::Connection _stopListener;
     std::vector<QPropertyNotifier> _observers;

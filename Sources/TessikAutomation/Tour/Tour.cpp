@@ -53,6 +53,7 @@ int Tour::run() {
     welcome();
     manual();
     problems();
+    watchMIDI();
     keys();
     appearances();
     longLists();

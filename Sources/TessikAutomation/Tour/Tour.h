@@ -53,6 +53,7 @@ private:
     void welcome();
     void manual();
     void problems();
+    void watchMIDI();
     void keys();
     void longLists();
 

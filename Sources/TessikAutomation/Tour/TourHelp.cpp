@@ -1,10 +1,13 @@
 #include "TessikAutomation/Tour/Tour.h"
 #include "TessikAutomation/Views/Help/HelpMenu.h"
+#include "TessikAutomation/Views/Monitor/MIDIMonitorView.h"
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
 #include "TessikAutomation/Views/Window/ActivityLamp.h"
 #include "TessikAutomation/Views/Window/ProblemsPopover.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QMenu>
 
 namespace tessik {
 
@@ -47,6 +50,31 @@ void Tour::manual() {
     _guide.check(menu->view() && menu->view()->shownTitle() == QLatin1String("The Main Window"),
                  QStringLiteral("F1 opens the chapter of where the user is"));
     if (menu->view()) menu->view()->close();
+    _guide.passTime(20);
+    activate();
+}
+
+void Tour::watchMIDI() {
+    _guide.beginStep(QStringLiteral("What is on the cables"));
+    _rig.recorder.play();
+    _rig.desk.moveFader(ChannelKind::input(12), 88);
+    _app.desk.editor.setFader(*_app.desk.model.channelState(ChannelKind::group(2)), 40);
+    _guide.passTime(700);
+    _app.transport.send(MMCCommand::stop);
+    _guide.passTime(100);
+    for (QAction* action : _app.viewMenu().actions())
+        if (action->text().remove(u'&') == QLatin1String("MIDI Monitor")) action->trigger();
+    auto* monitor = _app.window.findChild<MIDIMonitorView*>();
+    _guide.check(monitor, QStringLiteral("the MIDI Monitor opens"));
+    if (!monitor) return;
+    monitor->copy();
+    const QString passed = QApplication::clipboard()->text();
+    for (const char* line : {"MIDI In\tFader 12 → −6.1 dB\tB0 0B 58", "MIDI Out\tFader G2 → −25.0 dB\tB0 21 28",
+                             "MTC Source\tMTC ", "Send To\tMMC STOP\tF0 7F 7F 06 01 F7"})
+        _guide.check(passed.contains(QString::fromUtf8(line)),
+                     QStringLiteral("it lists %1").arg(QString::fromUtf8(line)));
+    inBothThemes([&](const QString& theme) { _guide.picture(*monitor, QStringLiteral("midi-monitor-") + theme); });
+    monitor->close();
     _guide.passTime(20);
     activate();
 }

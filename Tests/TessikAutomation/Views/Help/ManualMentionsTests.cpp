@@ -7,6 +7,7 @@
 #include "TessikAutomation/Views/Controls/RecordRow.h"
 #include "TessikAutomation/Views/Drawing/DrawnText.h"
 #include "TessikAutomation/Views/Help/HelpMenu.h"
+#include "TessikAutomation/Views/Monitor/MIDIMonitorView.h"
 #include "TessikAutomation/Views/Snapshots/SnapshotsPopover.h"
 #include "TessikAutomation/Views/Transport/LocatorRow.h"
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
@@ -234,6 +235,12 @@ struct ManualMentionsTest : testing::Test, CleanSettings {
             if (press.isAccepted()) visible.addKey(QKeySequence(key));
         }
         lanes->close();
+        for (QAction* action : application.viewMenu().actions())
+            if (action->text() == QLatin1String("&MIDI Monitor")) action->trigger();
+        auto* monitor = window.findChild<MIDIMonitorView*>();
+        ASSERT_TRUE(monitor);
+        visible.look(*monitor);
+        monitor->close();
 
         visible.look(*window.desk().stripMenu(QStringLiteral("input-1"), &window));
         auto* zero = window.findChild<ZeroConsoleMenu*>();
