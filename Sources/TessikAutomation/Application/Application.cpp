@@ -1,11 +1,11 @@
 #include "TessikAutomation/Application/Application.h"
 
 #include "TessikAutomation/Desk/StartupRestore.h"
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Session/LocateTarget.h"
 #include "TessikAutomation/Views/Automation/AutomationPanelView.h"
 #include "TessikAutomation/Views/Automation/PassLanesView.h"
 #include "TessikAutomation/Views/Automation/PassesPopover.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Help/HelpMenu.h"
 #include "TessikAutomation/Views/Monitor/MIDIMonitorView.h"
 #include "TessikAutomation/Views/Session/SessionMenu.h"

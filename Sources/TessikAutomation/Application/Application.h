@@ -1,10 +1,10 @@
 #pragma once
 
+#include "TessikAutomation/Application/PassFiles.h"
 #include "TessikAutomation/Automation/PassEngine.h"
 #include "TessikAutomation/Session/Problems.h"
 #include "TessikAutomation/Session/SessionController.h"
 #include "TessikAutomation/Snapshots/SnapshotRecall.h"
-#include "TessikAutomation/Views/Automation/PassFiles.h"
 #include "TessikAutomation/Views/Session/WidgetSessionDialogs.h"
 #include "TessikAutomation/Views/Window/MainWindow.h"
 #include "TessikKit/MIDI/Virtual/VirtualMIDIService.h"

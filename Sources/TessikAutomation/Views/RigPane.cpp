@@ -1,5 +1,6 @@
 #include "TessikAutomation/Views/RigPane.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Controls/ConsoleToggle.h"
 #include "TessikAutomation/Views/Controls/ControlHost.h"
 #include "TessikAutomation/Views/Controls/FaderTrackView.h"
@@ -8,7 +9,6 @@
 #include "TessikAutomation/Views/Desk/StripSubject.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 #include "TessikAutomation/Views/Transport/TransportIcon.h"

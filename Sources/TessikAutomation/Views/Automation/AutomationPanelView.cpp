@@ -1,9 +1,9 @@
 #include "TessikAutomation/Views/Automation/AutomationPanelView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Automation/ModeKey.h"
 #include "TessikAutomation/Views/Controls/AccessibleRole.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
 

@@ -1,8 +1,8 @@
 #include "TessikAutomation/Views/Automation/PassLanesView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Desk/StripSubject.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 #include "TessikAutomation/Views/Theme/ToolTips.h"
 #include "TessikAutomation/Views/Transport/TimecodeText.h"

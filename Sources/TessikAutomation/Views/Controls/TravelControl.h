@@ -1,7 +1,7 @@
 #pragma once
 
+#include "TessikAutomation/ManualSettings/Travel.h"
 #include "TessikAutomation/Views/Controls/ControlView.h"
-#include "TessikAutomation/Views/Controls/Travel.h"
 
 namespace tessik {
 

@@ -1,11 +1,11 @@
 #include "TessikAutomation/Views/Desk/DeskView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Persistence/SavedSettings.h"
 #include "TessikAutomation/Views/Controls/PanelButton.h"
 #include "TessikAutomation/Views/Desk/InputModule.h"
 #include "TessikAutomation/Views/Desk/MasterPanel.h"
 #include "TessikAutomation/Views/Desk/ScribbleEditor.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 

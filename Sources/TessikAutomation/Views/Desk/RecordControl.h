@@ -1,7 +1,7 @@
 #pragma once
 
+#include "TessikAutomation/ManualSettings/Travel.h"
 #include "TessikAutomation/Persistence/RecordFields.h"
-#include "TessikAutomation/Views/Controls/Travel.h"
 #include "TessikAutomation/Views/Theme/Look.h"
 
 #include <variant>

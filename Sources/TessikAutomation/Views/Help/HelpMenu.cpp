@@ -1,7 +1,7 @@
 #include "TessikAutomation/Views/Help/HelpMenu.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Controls/Popover.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "TessikAutomation/Help/HelpTopic.h"
 #include "TessikAutomation/Views/Help/HelpStyle.h"
-#include "TessikAutomation/Views/Help/HelpTopic.h"
 
 #include <QTextBrowser>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TessikAutomation/Views/Help/HelpMarkdown.h"
+#include "TessikAutomation/Help/HelpMarkdown.h"
 #include "TessikAutomation/Views/Help/HelpStyle.h"
 
 #include <QTextCursor>

@@ -1,6 +1,6 @@
 #include "TessikAutomation/Views/Session/WidgetSessionDialogs.h"
 
-#include "TessikAutomation/Views/Help/HelpContext.h"
+#include "TessikAutomation/Help/HelpContext.h"
 
 #include <QDesktopServices>
 #include <QDialogButtonBox>

@@ -1,8 +1,8 @@
 #include "TessikAutomation/Views/Welcome/WelcomeView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Persistence/SavedSettings.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 #include "TessikAutomation/Views/Window/HeaderTitle.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Controls/TextLine.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Transport/TransportIcon.h"
 

@@ -1,6 +1,6 @@
 #include "TessikAutomation/Views/Window/HeaderTools.h"
 
-#include "TessikAutomation/Views/Help/HelpContext.h"
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Window/ActivityLamp.h"
 

@@ -1,10 +1,10 @@
 #include "TessikAutomation/Views/Window/StatusView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/MIDI/PortChoice.h"
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/SVGSymbol.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 #include "TessikAutomation/Views/Metrics.h"
 
 #include <QMouseEvent>

@@ -1,6 +1,6 @@
 #include "TessikAutomation/Views/Window/ZeroConsoleMenu.h"
 
-#include "TessikAutomation/Views/Help/HelpContext.h"
+#include "TessikAutomation/Help/HelpContext.h"
 
 #include <QPushButton>
 

@@ -1,5 +1,5 @@
 #include "TessikAutomation/Application/ApplicationFixture.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Help/HelpMenu.h"
 
 #include <QAbstractButton>

@@ -1,7 +1,7 @@
 #include "ManualMentions.h"
 #include "TessikAutomation/Application/CommandLine.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
-#include "TessikAutomation/Views/Help/HelpTopic.h"
+#include "TessikAutomation/Help/HelpContext.h"
+#include "TessikAutomation/Help/HelpTopic.h"
 
 #include <QRegularExpression>
 #include <gtest/gtest.h>

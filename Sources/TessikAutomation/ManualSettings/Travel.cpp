@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/Controls/Travel.h"
+#include "TessikAutomation/ManualSettings/Travel.h"
 
 #include "TessikKit/Models/DecimalText.h"
 

@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/Help/HelpTopic.h"
+#include "TessikAutomation/Help/HelpTopic.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TessikAutomation/Views/Help/HelpMarkdown.h"
-#include "TessikAutomation/Views/Help/HelpTopic.h"
+#include "TessikAutomation/Help/HelpMarkdown.h"
+#include "TessikAutomation/Help/HelpTopic.h"
 
 #include <QStringList>
 

@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/Help/HelpContext.h"
+#include "TessikAutomation/Help/HelpContext.h"
 
 #include <QVariant>
 #include <QWidget>

@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/Help/HelpMarkdown.h"
+#include "TessikAutomation/Help/HelpMarkdown.h"
 
 #include <QRegularExpression>
 #include <QTextBlock>

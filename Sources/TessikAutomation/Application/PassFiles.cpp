@@ -1,4 +1,4 @@
-#include "TessikAutomation/Views/Automation/PassFiles.h"
+#include "TessikAutomation/Application/PassFiles.h"
 
 #include "TessikAutomation/Automation/PassMIDIFile.h"
 #include "TessikAutomation/Automation/StandardMIDIFile.h"
