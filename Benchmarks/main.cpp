@@ -2,6 +2,7 @@
 #include "Bench.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -26,16 +27,18 @@ std::vector<Entry>& entries() {
 }
 
 int run(const QStringList& arguments) {
-    QString jsonFile;
-    QStringList names;
-    for (int i = 1; i < arguments.size(); ++i) {
-        if (arguments[i] == QLatin1String("--json") && i + 1 < arguments.size())
-            jsonFile = arguments[++i];
-        else if (arguments[i].startsWith(QLatin1Char('-')))
-            return std::fprintf(stderr, "tessik-bench: unknown option %s\n", qUtf8Printable(arguments[i])), 2;
-        else
-            names.append(arguments[i]);
-    }
+    const QCommandLineOption toFile(QStringLiteral("json"), QStringLiteral("Write the figures to FILE too."),
+                                    QStringLiteral("FILE"));
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOption(toFile);
+    parser.addPositionalArgument(QStringLiteral("NAME"), QStringLiteral("A figure; all of them if none is named."),
+                                 QStringLiteral("[NAME…]"));
+    if (!parser.parse(arguments))
+        return std::fprintf(stderr, "tessik-bench: %s\n", qUtf8Printable(parser.errorText())), 2;
+    if (parser.isSet(QStringLiteral("help"))) parser.showHelp();
+    const QString jsonFile = parser.value(toFile);
+    const QStringList names = parser.positionalArguments();
     for (const QString& name : names) {
         const bool known = std::any_of(entries().begin(), entries().end(),
                                        [&](const Entry& entry) { return name == QString::fromStdString(entry.name); });

@@ -1,9 +1,12 @@
 #include "TessikAutomation/Application/CommandLine.h"
 
+#include <QCommandLineParser>
+
 namespace tessik {
 
 namespace {
 
+// Not the parser's own, which needs an application object and with it a display.
 const char usage[] = R"(usage: tessik-automation [OPTION…] [SESSION.tessik]
 
 Automation, recall and transport for an analog console with VCA faders.
@@ -27,36 +30,27 @@ CommandLine wrong(const QString& what) { return ended(QStringLiteral("tessik-aut
 } // namespace
 
 CommandLine CommandLine::parse(const QStringList& arguments) {
-    CommandLine line;
-    bool optionsEnded = false;
-    for (int i = 1; i < arguments.size(); ++i) {
-        const QString& argument = arguments[i];
-        const auto value = [&](QString& into) {
-            if (i + 1 >= arguments.size() || arguments[i + 1].isEmpty()) return false;
-            into = arguments[++i];
-            return true;
-        };
-        if (optionsEnded || !argument.startsWith(QLatin1Char('-'))) {
-            if (!line.sessionFile.isEmpty()) return wrong(QStringLiteral("only one session can be opened"));
-            line.sessionFile = argument;
-        } else if (argument == QLatin1String("--")) {
-            optionsEnded = true;
-        } else if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
-            return ended(QString::fromUtf8(usage), false);
-        } else if (argument == QLatin1String("--version")) {
-            return ended(QStringLiteral("tessik-automation %1\n").arg(QLatin1String(TESSIK_VERSION)), false);
-        } else if (argument == QLatin1String("--rig")) {
-            line.rig = true;
-        } else if (argument == QLatin1String("--log-cc")) {
-            line.logCC = true;
-        } else if (argument == QLatin1String("--tour")) {
-            if (!value(line.tourFolder)) return wrong(QStringLiteral("--tour needs a folder"));
-        } else if (argument == QLatin1String("--check")) {
-            if (!value(line.checkFile)) return wrong(QStringLiteral("--check needs a file"));
-        } else {
-            return wrong(QStringLiteral("unknown option %1 (see --help)").arg(argument));
-        }
-    }
+    const QCommandLineOption rig(QStringLiteral("rig"));
+    const QCommandLineOption logCC(QStringLiteral("log-cc"));
+    const QCommandLineOption tour(QStringLiteral("tour"), {}, QStringLiteral("DIR"));
+    const QCommandLineOption check(QStringLiteral("check"), {}, QStringLiteral("FILE"));
+    const QCommandLineOption version(QStringLiteral("version"));
+    const QCommandLineOption help(QStringList{QStringLiteral("help"), QStringLiteral("h")});
+    QCommandLineParser parser;
+    parser.addOptions({rig, logCC, tour, check, version, help});
+    if (!parser.parse(arguments)) return wrong(parser.errorText() + QStringLiteral(" (see --help)"));
+    if (parser.isSet(help)) return ended(QString::fromUtf8(usage), false);
+    if (parser.isSet(version))
+        return ended(QStringLiteral("tessik-automation %1\n").arg(QLatin1String(TESSIK_VERSION)), false);
+    const QStringList sessions = parser.positionalArguments();
+    if (sessions.size() > 1) return wrong(QStringLiteral("only one session can be opened"));
+    CommandLine line{.rig = parser.isSet(rig),
+                     .logCC = parser.isSet(logCC),
+                     .tourFolder = parser.value(tour),
+                     .checkFile = parser.value(check),
+                     .sessionFile = sessions.value(0)};
+    if (parser.isSet(tour) && line.tourFolder.isEmpty()) return wrong(QStringLiteral("--tour needs a folder"));
+    if (parser.isSet(check) && line.checkFile.isEmpty()) return wrong(QStringLiteral("--check needs a file"));
     return line;
 }
 
