@@ -22,12 +22,13 @@ HelpTopic chapter(const QString& path) {
     return {text.left(end).mid(2), text.mid(end + 1).trimmed()};
 }
 
-bool contains(const HelpTopic& topic, const QString& query) {
-    const auto has = [&](const QString& text) { return text.contains(query, Qt::CaseInsensitive); };
-    if (has(topic.title) || has(topic.body)) return true;
-    // Readers see no marks, so marks inside a phrase must not hide it.
+bool holdsAll(const HelpTopic& topic, const QStringList& words) {
+    // Readers see no marks, so marks inside a word must not hide it.
     static const QRegularExpression marks(QStringLiteral("[*`]"));
-    return has(QString(topic.body).remove(marks));
+    const QString text = topic.title + QLatin1Char('\n') + topic.body;
+    return std::ranges::all_of(words, [&, seen = QString(text).remove(marks)](const QString& word) {
+        return text.contains(word, Qt::CaseInsensitive) || seen.contains(word, Qt::CaseInsensitive);
+    });
 }
 
 } // namespace
@@ -44,11 +45,13 @@ const HelpTopics& manual() {
     return topics;
 }
 
+QStringList searchWords(const QString& query) { return query.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts); }
+
 HelpTopics visibleTopics(const HelpTopics& topics, const QString& query) {
-    if (query.isEmpty()) return topics;
+    const QStringList words = searchWords(query);
     HelpTopics visible;
     std::ranges::copy_if(topics, std::back_inserter(visible),
-                         [&](const HelpTopic& topic) { return contains(topic, query); });
+                         [&](const HelpTopic& topic) { return holdsAll(topic, words); });
     return visible;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -19,7 +19,10 @@ using HelpTopics = std::vector<HelpTopic>;
 /// The chapters built into the program, in the order of the manual.
 const HelpTopics& manual();
 
-/// The topics whose title or text contains `query` in any case, in order; all of them for an empty query.
+/// The words of a search.
+QStringList searchWords(const QString& query);
+/// The topics that hold every word of `query` in their title or text, in any case and order; all of them for an empty
+/// query. In the manual's order.
 HelpTopics visibleTopics(const HelpTopics& topics, const QString& query);
 
 /// The topic to show: the one titled `selection` if visible, else the first. Null if none is visible.

@@ -5,7 +5,6 @@
 #include <QAbstractTextDocumentLayout>
 #include <QMimeData>
 #include <QPainter>
-#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
@@ -133,6 +132,7 @@ void HelpPage::resizeEvent(QResizeEvent* event) {
 
 void HelpPage::markMatches(const QString& query) {
     _query = query;
+    _match = matcher();
     QList<ExtraSelection> marks;
     QTextCharFormat format;
     format.setBackground(_colors.match);
@@ -150,12 +150,21 @@ bool HelpPage::goToNextMatch() {
     return true;
 }
 
-QTextCursor HelpPage::nextMatch(const QTextCursor& after) const {
-    if (_query.isEmpty()) return {};
+QRegularExpression HelpPage::matcher() const {
     static const QRegularExpression hyphen(QStringLiteral("\\\\?-")); // as `escape` may leave it
-    const QString pattern =
-        QRegularExpression::escape(_query).replace(hyphen, QStringLiteral("[-%1]").arg(HelpTypesetter::unbrokenHyphen));
-    return document()->find(QRegularExpression(pattern, QRegularExpression::CaseInsensitiveOption), after);
+    QStringList words = searchWords(_query);
+    for (QString& word : words)
+        word = QRegularExpression::escape(word).replace(hyphen,
+                                                        QStringLiteral("[-%1]").arg(HelpTypesetter::unbrokenHyphen));
+    const auto anyCase = [](const QString& pattern) {
+        return QRegularExpression(pattern, QRegularExpression::CaseInsensitiveOption);
+    };
+    const QRegularExpression together = anyCase(words.join(QLatin1String("\\s+")));
+    return document()->find(together).isNull() ? anyCase(words.join(QLatin1Char('|'))) : together;
+}
+
+QTextCursor HelpPage::nextMatch(const QTextCursor& after) const {
+    return _match.pattern().isEmpty() ? QTextCursor() : document()->find(_match, after);
 }
 
 QMimeData* HelpPage::createMimeDataFromSelection() const {
@@ -165,7 +174,7 @@ QMimeData* HelpPage::createMimeDataFromSelection() const {
 }
 
 void HelpPage::paintEvent(QPaintEvent* event) {
-    {
+    { // A text document knows neither a bar beside a paragraph nor a rounded background.
         QPainter painter(viewport());
         painter.setRenderHint(QPainter::Antialiasing);
         painter.translate(-horizontalScrollBar()->value(), -verticalScrollBar()->value());

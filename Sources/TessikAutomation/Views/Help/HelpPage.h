@@ -3,6 +3,7 @@
 #include "TessikAutomation/Help/HelpTopic.h"
 #include "TessikAutomation/Views/Help/HelpStyle.h"
 
+#include <QRegularExpression>
 #include <QTextBrowser>
 
 namespace tessik {
@@ -17,7 +18,7 @@ public:
 
     /// Shows the chapter from its top.
     void show(const HelpTopic& topic);
-    /// Marks every occurrence of `query`; none if it is empty.
+    /// Marks the words of `query` wherever they stand together, else each of them; nothing if it is empty.
     void markMatches(const QString& query);
     /// Goes to the next marked place, from the last back to the first. False if there is none.
     bool goToNextMatch();
@@ -35,12 +36,14 @@ protected:
 private:
     void typeset();
     void fitColumn();
+    QRegularExpression matcher() const;
     QTextCursor nextMatch(const QTextCursor& after) const;
 
     const QStringList _chapters;
     HelpColors _colors;
     HelpTopic _topic;
     QString _query;
+    QRegularExpression _match; ///< what is marked; empty for nothing
 };
 
 } // namespace tessik
