@@ -11,7 +11,6 @@
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
-#include "TessikAutomation/Views/Transport/TransportIcon.h"
 #include "TessikAutomation/Views/Window/MainWindow.h"
 
 #include <QHBoxLayout>
@@ -177,15 +176,6 @@ ControlTable<Subject> makeTable(const std::vector<ChannelKind>& kinds) {
     return table;
 }
 
-void paintFloat(QPainter& painter, const QRectF& rect, const QColor& color) {
-    const qreal side = rect.width() * 0.62;
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color, rect.width() * 0.1));
-    painter.drawRect(QRectF(rect.left() + 0.5, rect.bottom() - side - 0.5, side, side));
-    painter.drawPolyline(QPolygonF{QPointF(rect.right() - side, rect.top() + 0.5), rect.topRight() + QPointF(-0.5, 0.5),
-                                   QPointF(rect.right() - 0.5, rect.top() + side)});
-}
-
 } // namespace
 
 RigPane::RigPane(SimulatedConsole& desk, MainWindow& window)
@@ -241,9 +231,9 @@ QWidget* RigPane::makeTitleBar(SimulatedConsole& desk, MainWindow& window) {
         layout->addWidget(key);
         return key;
     };
-    connect(addKey(paintFloat, QStringLiteral("Float or dock the rig's console")), &QAbstractButton::clicked, this,
-            [this] { setFloating(!isFloating()); });
-    connect(addKey(transportIcon(QStringLiteral("clear")), QStringLiteral("Close the rig's console")),
+    connect(addKey(symbolNamed(QStringLiteral("float")), QStringLiteral("Float or dock the rig's console")),
+            &QAbstractButton::clicked, this, [this] { setFloating(!isFloating()); });
+    connect(addKey(symbolNamed(QStringLiteral("clear")), QStringLiteral("Close the rig's console")),
             &QAbstractButton::clicked, this, &QWidget::close);
     const auto dress = [bar, &drawing = window.drawing()] {
         AppStyle::applySheet(*bar,

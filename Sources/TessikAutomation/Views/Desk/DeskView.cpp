@@ -18,17 +18,6 @@ namespace {
 
 constexpr quint64 scrollGesture = 400; // milliseconds for which a wheel that scrolls keeps scrolling
 
-/// Points the way the edge will go.
-void paintChevron(QPainter& painter, const QRectF& rect, const QColor& color, bool toTheRight) {
-    const QPointF centre = rect.center();
-    const qreal width = rect.width() * (toTheRight ? 0.14 : -0.14);
-    const qreal height = rect.height() * 0.32;
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color, rect.width() * 0.12, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(
-        QPolygonF{centre + QPointF(-width, -height), centre + QPointF(width, 0), centre + QPointF(-width, height)});
-}
-
 } // namespace
 
 using namespace Metrics;
@@ -49,8 +38,10 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
       _folded(new ControlHost(foldedMasterKind(), {}, _drawing, this)),
       _foldKey(new PanelButton(
           {},
-          [this](QPainter& painter, const QRectF& rect, const QColor& color) {
-              paintChevron(painter, rect, color, !isFolded.value());
+          [this, open = symbolNamed(QStringLiteral("chevron-left")),
+           fold = symbolNamed(QStringLiteral("chevron-right"))](QPainter& painter, const QRectF& rect,
+                                                                const QColor& color) {
+              (isFolded.value() ? open : fold)(painter, rect, color); // points the way the edge will go
           },
           drawing, this)) {
     setAttribute(Qt::WA_OpaquePaintEvent);

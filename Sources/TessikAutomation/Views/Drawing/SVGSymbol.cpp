@@ -6,8 +6,9 @@ static void initResources() { Q_INIT_RESOURCE(symbols); } // the macro does not 
 
 namespace tessik {
 
-Symbol svgSymbol(const QString& resource) {
-    const auto drawing = std::make_shared<QSvgRenderer>(resource);
+Symbol symbolNamed(const QString& name) {
+    initResources();
+    const auto drawing = std::make_shared<QSvgRenderer>(QStringLiteral(":/symbols/") + name);
     return [drawing](QPainter& painter, const QRectF& rect, const QColor& color) {
         QImage shape(rect.size().toSize(), QImage::Format_ARGB32_Premultiplied);
         shape.fill(Qt::transparent);
@@ -21,9 +22,24 @@ Symbol svgSymbol(const QString& resource) {
     };
 }
 
-Symbol symbolNamed(const QString& name) {
+QIcon symbolIcon(const QString& name, const QColor& color) {
+    const Symbol symbol = symbolNamed(name);
+    QIcon icon;
+    for (const int scale : {1, 2, 3}) {
+        QPixmap pixmap(QSize(16, 16) * scale);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        symbol(painter, pixmap.rect(), color);
+        painter.end();
+        pixmap.setDevicePixelRatio(scale);
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
+QIcon signNamed(const QString& name) {
     initResources();
-    return svgSymbol(QStringLiteral(":/symbols/") + name);
+    return QIcon(QStringLiteral(":/signs/%1.svg").arg(name));
 }
 
 } // namespace tessik

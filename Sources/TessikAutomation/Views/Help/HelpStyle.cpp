@@ -3,8 +3,6 @@
 #include "TessikAutomation/Views/Drawing/Type.h"
 
 #include <QFontDatabase>
-#include <QIconEngine>
-#include <QPainter>
 
 namespace tessik {
 
@@ -34,47 +32,6 @@ HelpColors HelpColors::of(const Look& look) {
 
 namespace HelpStyle {
 
-namespace {
-
-/// Draws `Shape` in one colour at any size and resolution.
-class LineIcon final : public QIconEngine {
-public:
-    enum class Shape { magnifier, cross };
-    LineIcon(Shape shape, QColor color) : _shape(shape), _color(color) {}
-
-    QIconEngine* clone() const override { return new LineIcon(*this); }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(), size), mode, state);
-        return pixmap;
-    }
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(rect.topLeft());
-        painter->scale(rect.width() / 16.0, rect.height() / 16.0);
-        painter->setPen(QPen(_color, 1.5, Qt::SolidLine, Qt::RoundCap));
-        if (_shape == Shape::magnifier) {
-            painter->drawEllipse(QPointF(7, 7), 4.25, 4.25);
-            painter->drawLine(QPointF(10.3, 10.3), QPointF(13.5, 13.5));
-        } else {
-            painter->drawLine(QPointF(4.25, 4.25), QPointF(11.75, 11.75));
-            painter->drawLine(QPointF(11.75, 4.25), QPointF(4.25, 11.75));
-        }
-        painter->restore();
-    }
-
-private:
-    Shape _shape;
-    QColor _color;
-};
-
-} // namespace
-
 QFont textFont() { return Type::font(15, QFont::Normal); }
 
 QFont titleFont() { return Type::font(28, QFont::DemiBold, -0.4); }
@@ -90,10 +47,6 @@ QFont codeFont(const QFont& within) {
 }
 
 QFont listFont() { return Type::font(13, QFont::Normal); }
-
-QIcon magnifier(const QColor& color) { return QIcon(new LineIcon(LineIcon::Shape::magnifier, color)); }
-
-QIcon cross(const QColor& color) { return QIcon(new LineIcon(LineIcon::Shape::cross, color)); }
 
 QString sheet(const HelpColors& colors) {
     QString sheet = QStringLiteral(R"(

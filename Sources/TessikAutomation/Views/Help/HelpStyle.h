@@ -3,7 +3,6 @@
 #include "TessikAutomation/Views/Theme/Look.h"
 
 #include <QFont>
-#include <QIcon>
 
 namespace tessik {
 
@@ -43,9 +42,6 @@ QFont headingFont();
 QFont tableFont();
 QFont codeFont(const QFont& within);
 QFont listFont();
-
-QIcon magnifier(const QColor& color);
-QIcon cross(const QColor& color);
 
 /// The style sheet of the window and its scroll bars.
 QString sheet(const HelpColors& colors);

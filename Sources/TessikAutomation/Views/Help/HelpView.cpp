@@ -1,5 +1,6 @@
 #include "TessikAutomation/Views/Help/HelpView.h"
 
+#include "TessikAutomation/Views/Drawing/SVGSymbol.h"
 #include "TessikAutomation/Views/Help/HelpPage.h"
 
 #include <QAction>
@@ -151,9 +152,9 @@ void HelpView::setLook(const Look& look) {
     palette.setColor(QPalette::HighlightedText, Qt::white);
     _search->setPalette(palette);
     _page->setPalette(palette);
-    _searchIcon->setIcon(HelpStyle::magnifier(colors.dimText));
-    _clear->setIcon(HelpStyle::cross(colors.dimText));
-    _close->setIcon(HelpStyle::cross(colors.text));
+    _searchIcon->setIcon(symbolIcon(QStringLiteral("magnifier"), colors.dimText));
+    _clear->setIcon(symbolIcon(QStringLiteral("clear"), colors.dimText));
+    _close->setIcon(symbolIcon(QStringLiteral("clear"), colors.text));
     _page->setColors(colors);
 }
 

@@ -1,6 +1,7 @@
 #include "TessikAutomation/Views/Settings/SettingsView.h"
 
 #include "TessikAutomation/Help/HelpContext.h"
+#include "TessikAutomation/Views/Drawing/SVGSymbol.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Theme/AppStyle.h"
@@ -48,10 +49,8 @@ protected:
     void paintEvent(QPaintEvent* event) override {
         QComboBox::paintEvent(event);
         QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(palette().color(QPalette::Text), 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        const QPointF tip(width() - 15, height() / 2.0 + 2);
-        painter.drawPolyline(QPolygonF{tip + QPointF(-4, -4), tip, tip + QPointF(4, -4)});
+        const QIcon arrow = symbolIcon(QStringLiteral("chevron-down"), palette().color(QPalette::Text));
+        arrow.paint(&painter, QRect(width() - 21, (height() - 12) / 2, 12, 12));
     }
 };
 

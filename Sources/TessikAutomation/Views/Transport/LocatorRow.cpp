@@ -4,7 +4,6 @@
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Transport/TimecodeText.h"
-#include "TessikAutomation/Views/Transport/TransportIcon.h"
 
 #include <QContextMenuEvent>
 #include <QLabel>
@@ -46,8 +45,8 @@ LocatorRow::LocatorRow(const QString& label, const QString& captureKeys, Drawing
       _label(label),
       _drawing(drawing),
       _field(new LocatorField(drawing, this)),
-      _capture(new PanelButton({}, transportIcon(QStringLiteral("capture")), drawing, this)),
-      _clear(new PanelButton({}, transportIcon(QStringLiteral("clear")), drawing, this)) {
+      _capture(new PanelButton({}, symbolNamed(QStringLiteral("capture")), drawing, this)),
+      _clear(new PanelButton({}, symbolNamed(QStringLiteral("clear")), drawing, this)) {
     setFixedSize(labelWidth + fieldWidth + 2 * keyWidth + 4, rowHeight);
     _field->setGeometry(labelWidth, 0, fieldWidth, rowHeight);
     _capture->setGeometry(labelWidth + fieldWidth + 4, 0, keyWidth, rowHeight);

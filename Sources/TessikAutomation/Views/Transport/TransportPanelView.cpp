@@ -5,7 +5,6 @@
 #include "TessikAutomation/Views/Drawing/Parts.h"
 #include "TessikAutomation/Views/Transport/LocatorRow.h"
 #include "TessikAutomation/Views/Transport/TimecodeCounter.h"
-#include "TessikAutomation/Views/Transport/TransportIcon.h"
 #include "TessikAutomation/Views/Window/KeyboardArrowHandler.h"
 
 #include <QUndoStack>
@@ -96,7 +95,7 @@ void TransportPanelView::connectRow(LocatorRow& row, const QString& name, std::f
 
 PanelButton* TransportPanelView::addKey(const QString& icon, const QString& legend, const QString& name,
                                         const QString& help, std::function<void()> press) {
-    auto* key = new PanelButton(legend, transportIcon(icon), _drawing, this);
+    auto* key = new PanelButton(legend, symbolNamed(icon), _drawing, this);
     _keys.push_back(key);
     key->setAccessibleName(name);
     key->setToolTip(help);

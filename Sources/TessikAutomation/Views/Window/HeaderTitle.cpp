@@ -4,7 +4,6 @@
 #include "TessikAutomation/Views/Controls/TextLine.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
 #include "TessikAutomation/Views/Metrics.h"
-#include "TessikAutomation/Views/Transport/TransportIcon.h"
 
 #include <QVBoxLayout>
 
@@ -23,7 +22,7 @@ constexpr int crossSide = 10;
 class DeselectKey final : public PanelButton {
 public:
     DeselectKey(DrawingContext& drawing, QWidget* parent)
-        : PanelButton({}, nullptr, drawing, parent), _cross(transportIcon(QStringLiteral("clear"))) {
+        : PanelButton({}, nullptr, drawing, parent), _cross(symbolNamed(QStringLiteral("clear"))) {
         setFixedSize(deselectSize);
         setAccessibleName(QStringLiteral("Deselect the pass"));
         setToolTip(accessibleName());

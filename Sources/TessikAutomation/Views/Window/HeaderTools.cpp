@@ -4,39 +4,17 @@
 #include "TessikAutomation/Views/Metrics.h"
 #include "TessikAutomation/Views/Window/ActivityLamp.h"
 
-#include <QPainterPath>
-
-#include <cmath>
-
 namespace tessik {
 namespace {
 
 constexpr int edge = 4;
 constexpr int gap = 2;
 
-void paintGear(QPainter& painter, const QRectF& rect, const QColor& color) {
-    QPainterPath gear;
-    constexpr int teeth = 8;
-    const qreal outer = rect.width() / 2;
-    const qreal inner = outer * 0.74;
-    const QPointF centre = rect.center();
-    for (int i = 0; i < teeth * 4; ++i) {
-        const qreal angle = (i - 0.5) * M_PI / (teeth * 2);
-        const qreal radius = i % 4 < 2 ? outer : inner;
-        const QPointF point = centre + radius * QPointF(std::cos(angle), std::sin(angle));
-        i == 0 ? gear.moveTo(point) : gear.lineTo(point);
-    }
-    gear.closeSubpath();
-    gear.addEllipse(centre, outer * 0.34, outer * 0.34);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawPath(gear);
-}
-
 } // namespace
 
 HeaderTools::HeaderTools(const AppObjects& objects, DrawingContext& drawing, QWidget* parent)
-    : HeaderPart(parent), _settings(new PanelButton(QStringLiteral("SETTINGS"), paintGear, drawing, this)) {
+    : HeaderPart(parent),
+      _settings(new PanelButton(QStringLiteral("SETTINGS"), symbolNamed(QStringLiteral("gear")), drawing, this)) {
     const auto addLamp = [&](const QString& legend, const QString& path, auto& count, auto& status) {
         auto* lamp = new ActivityLamp(legend, drawing, this);
         lamp->setAccessibleName(path + QStringLiteral(" activity"));
