@@ -12,14 +12,6 @@ namespace {
 
 QVariant wrapped(const QVariant& value) { return QVariant::fromValue(QDBusVariant(value)); }
 
-TEST(SystemColorSchemeTest, PortalValues) {
-    EXPECT_EQ(SystemColorScheme::fromPortal(1u), ColorScheme::dark);
-    EXPECT_EQ(SystemColorScheme::fromPortal(2u), ColorScheme::light);
-    EXPECT_EQ(SystemColorScheme::fromPortal(wrapped(wrapped(2u))), ColorScheme::light);
-    for (const QVariant& none : {QVariant(0u), QVariant(3u), QVariant(), QVariant(QStringLiteral("1"))})
-        EXPECT_EQ(SystemColorScheme::fromPortal(none), std::nullopt);
-}
-
 struct Portal final : QDBusVirtualObject {
     QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {

@@ -27,6 +27,7 @@ void SystemColorScheme::follow() {
 
 void SystemColorScheme::follow(QDBusConnection bus) {
     if (std::exchange(_following, true)) return;
+    qRegisterMetaType<QDBusVariant>(); // or the slot below has an argument of unknown type, and nothing reaches it
     bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     read(bus, QStringLiteral("ReadOne"));
