@@ -20,6 +20,11 @@ struct ApplicationTest : testing::Test, CleanSettings {
         runPosted();
     }
 
+    static void settle() { // layouts follow layouts
+        for (int i = 0; i < 3; ++i)
+            QApplication::processEvents();
+    }
+
     QTemporaryDir folder;
     VirtualMIDIService service{VirtualMIDIService::Delivery::synchronous};
     Application application{service, folder.path()};

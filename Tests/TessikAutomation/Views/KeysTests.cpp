@@ -1,8 +1,11 @@
 #include "Support/FarDesk.h"
 #include "TessikAutomation/Application/ApplicationFixture.h"
 
+#include <QDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 
 namespace tessik {
 namespace {
@@ -51,6 +54,8 @@ TEST_F(KeysTest, LettersArmTheModesAndCaptureTheLocators) {
     EXPECT_FALSE(application.locators.end.value());
     press(Qt::Key_C, Qt::ShiftModifier);
     EXPECT_TRUE(application.locators.end.value());
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_TRUE(application.window.settingsView());
 }
 
 TEST_F(KeysTest, AnOpenMenuHasTheArrowsAndTheTapeKeys) {
@@ -84,15 +89,49 @@ TEST_F(KeysTest, AnOpenMenuHasTheArrowsAndTheTapeKeys) {
     EXPECT_EQ(application.passEngine.mode.value(), AutomationMode::off);
 }
 
-TEST_F(KeysTest, TheFileMenuTellsTheKeyOfTheSettings) {
-    const QList<QAction*> actions = application.window.menuBar()->actions().constFirst()->menu()->actions();
-    const auto settings = std::find_if(actions.begin(), actions.end(), [](const QAction* action) {
-        return action->text() == QStringLiteral("Se&ttings…");
-    });
-    ASSERT_NE(settings, actions.end());
-    EXPECT_EQ((*settings)->shortcut(), QKeySequence(QStringLiteral("Ctrl+,")));
-    press(Qt::Key_Comma, Qt::ControlModifier);
-    EXPECT_TRUE(application.window.settingsView());
+TEST_F(KeysTest, ModifiersTextsDialogsAndRepeatsAreLeftAlone) {
+    const auto mode = [this] { return application.passEngine.mode.value(); };
+    for (const Qt::KeyboardModifier other : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+        press(Qt::Key_Right, other);
+        press(Qt::Key_W, other);
+    }
+    EXPECT_EQ(inputsAt(), 0);
+    EXPECT_EQ(mode(), AutomationMode::off);
+
+    QLineEdit line(&application.window);
+    line.show();
+    line.setFocus();
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_W})
+        press(key);
+    EXPECT_EQ(line.text(), QStringLiteral(" w"));
+    EXPECT_EQ(sent(), 0u);
+    line.setReadOnly(true);
+    line.setFocus();
+    press(Qt::Key_Space);
+    EXPECT_EQ(sent(), 1u) << "nothing to edit";
+    line.hide();
+    QPushButton button(&application.window);
+    bool isPressed = false;
+    QObject::connect(&button, &QPushButton::clicked, &button, [&] { isPressed = true; });
+    button.show();
+    button.setFocus();
+    press(Qt::Key_Space);
+    EXPECT_TRUE(sent() == 2 && !isPressed) << "the window's also where a button has the keyboard";
+
+    QDialog dialog(&application.window);
+    QPushButton inside(&dialog);
+    dialog.show();
+    inside.setFocus();
+    QTest::keyClick(&inside, Qt::Key_Space);
+    EXPECT_EQ(sent(), 2u);
+
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Space, Qt::Key_Return, Qt::Key_W}) {
+        QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
+        QCoreApplication::sendEvent(&application.window, &held);
+    }
+    EXPECT_GT(inputsAt(), 0) << "a key held down pages";
+    EXPECT_EQ(sent(), 2u) << "but does not play and stop in turn";
+    EXPECT_EQ(mode(), AutomationMode::off);
 }
 
 } // namespace

@@ -68,8 +68,7 @@ TEST_F(ScribbleTest, EscapeDropsAClickElsewhereKeeps) {
         << "its own colour stays";
     EXPECT_EQ(editingID(), ChannelKind::group(2).id());
     QTest::mouseClick(window->centralWidget(), Qt::LeftButton, {}, {200, 20});
-    EXPECT_FALSE(editingID());
-    EXPECT_FALSE(label(ChannelKind::group(2))) << "nothing was entered";
+    EXPECT_FALSE(editingID() || label(ChannelKind::group(2))) << "nothing was entered";
 }
 
 TEST_F(ScribbleTest, ColoursAreChosenByKeysAndAreSpokenOf) {
@@ -99,38 +98,24 @@ TEST_F(ScribbleTest, ColoursAreChosenByKeysAndAreSpokenOf) {
 
 TEST_F(ScribbleTest, TabGoesOverTheWholeOrderAndStopsAtItsEnds) {
     const QStringList order = window->desk().scribbles().order();
-    ASSERT_EQ(order.size(), 41);
-    EXPECT_EQ(order[31], QStringLiteral("input-32"));
-    EXPECT_EQ(order[32], QStringLiteral("stereo"));
-    EXPECT_EQ(order.last(), QStringLiteral("group-8"));
+    EXPECT_EQ(order.indexOf(QStringLiteral("stereo")), 32);
     click(ChannelKind::input(1));
     for (qsizetype i = 0; i < order.size(); ++i) {
         ASSERT_EQ(editingID(), order[i]);
         QTest::keyClicks(&field(), QString::number(i));
         QTest::keyClick(&field(), Qt::Key_Tab);
     }
-    EXPECT_EQ(editingID(), order.last()) << "no way on";
-    const auto all = labels.labelsByChannelID.value();
-    for (qsizetype i = 0; i < order.size(); ++i)
-        EXPECT_EQ(all.value(order[i]).name, QString::number(i));
     for (qsizetype i = order.size(); i-- > 0;) {
-        ASSERT_EQ(editingID(), order[i]);
+        ASSERT_EQ(editingID(), order[i]) << "no way on from the last";
+        EXPECT_EQ(labels.labelsByChannelID.value().value(order[i]).name, QString::number(i));
         QTest::keyClick(&field(), Qt::Key_Backtab, Qt::ShiftModifier);
     }
     EXPECT_EQ(editingID(), order.first());
     EXPECT_TRUE(QTest::qWaitFor([&] { return window->desk().inputs().left() == 0; })) << "brought into view";
+    EXPECT_TRUE(editing().geometry().contains(strip(ChannelKind::input(1)).mapTo(&window->desk(), QPoint(40, 60))))
+        << "the field follows its strip";
     model.modelSize = ConsoleModel::ModelSize::ch24;
     EXPECT_EQ(window->desk().scribbles().order()[24], QStringLiteral("stereo"));
-}
-
-TEST_F(ScribbleTest, TheStripBeingEditedIsBroughtIntoView) {
-    HorizontalOnlyScrollView& inputs = window->desk().inputs();
-    window->desk().scribbles().editingID = QStringLiteral("input-20");
-    window->desk().scribbles().advance(QStringLiteral("input-20"), true);
-    const ControlHost& host = strip(ChannelKind::input(21));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return host.x() + host.width() <= inputs.left() + inputs.width(); }));
-    EXPECT_TRUE(editing().geometry().contains(host.mapTo(&window->desk(), QPoint(host.width() / 2, 60))))
-        << "the field follows its strip";
 }
 
 } // namespace

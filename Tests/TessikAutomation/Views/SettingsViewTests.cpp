@@ -38,10 +38,6 @@ struct SettingsViewTest : WindowTest {
 };
 
 TEST_F(SettingsViewTest, PortChoicesTakeEffectAndAreRemembered) {
-    EXPECT_EQ(rows(picker("MIDI In")), (QStringList{QStringLiteral("None"), QStringLiteral("Desk Out")}));
-    EXPECT_EQ(rows(picker("MIDI Out")), (QStringList{QStringLiteral("None"), QStringLiteral("Desk In")}));
-    EXPECT_EQ(picker("MIDI In").currentIndex(), 0);
-
     pick("MIDI In", 1);
     EXPECT_EQ(manager.connection.connectedSourceID.value(), sourceID());
     EXPECT_EQ(SavedSettings::uniqueID(Key::consoleSourceID), sourceID());
@@ -49,34 +45,30 @@ TEST_F(SettingsViewTest, PortChoicesTakeEffectAndAreRemembered) {
     pick("MIDI Out", 1);
     EXPECT_EQ(output.port.connectedDestinationID.value(), destinationID());
     EXPECT_EQ(SavedSettings::uniqueID(Key::midiOutDestinationID), destinationID());
-
     pick("MIDI In", 0);
     EXPECT_FALSE(manager.connection.connectedSourceID.value());
     EXPECT_FALSE(SavedSettings::uniqueID(Key::consoleSourceID));
-    EXPECT_EQ(find<QLabel>("status").text(), QStringLiteral("Not connected"));
 }
 
 TEST_F(SettingsViewTest, ListsFollowWhatIsPluggedInAndAMissingChoiceShowsNoRow) {
+    EXPECT_EQ(rows(picker("MIDI In")), (QStringList{QStringLiteral("None"), QStringLiteral("Desk Out")}));
+    EXPECT_EQ(picker("MIDI In").currentIndex(), 0);
     pick("MIDI Out", 1);
-    pick("MIDI In", 1);
     const std::int32_t chosen = destinationID();
     service.unplug(QStringLiteral("Desk In"));
-    service.unplug(QStringLiteral("Desk Out"));
     QApplication::processEvents();
-    for (const char* name : {"MIDI In", "MIDI Out"}) {
-        EXPECT_EQ(rows(picker(name)), QStringList{QStringLiteral("None")}) << name;
-        EXPECT_EQ(picker(name).currentIndex(), -1) << name;
-    }
+    EXPECT_EQ(rows(picker("MIDI Out")), QStringList{QStringLiteral("None")});
+    EXPECT_EQ(picker("MIDI Out").currentIndex(), -1);
     EXPECT_EQ(SavedSettings::uniqueID(Key::midiOutDestinationID), chosen) << "unplugging forgets nothing";
     service.plug(QStringLiteral("Desk In"));
     QApplication::processEvents();
-    EXPECT_EQ(picker("MIDI Out").currentIndex(), 1);
     EXPECT_EQ(picker("MIDI Out").currentText(), QStringLiteral("Desk In"));
 }
 
 TEST_F(SettingsViewTest, ARememberedPortThatWasNeverThereShowsNoRowUntilNoneIsChosen) {
-    window->settingsView()->accept();
+    sheet().findChild<QPushButton*>()->click();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_FALSE(window->settingsView());
     SavedSettings::setUniqueID(Key::consoleSourceID, 77);
     window->openSettings();
     EXPECT_EQ(picker("MIDI In").currentIndex(), -1);
@@ -88,14 +80,11 @@ TEST_F(SettingsViewTest, ARememberedPortThatWasNeverThereShowsNoRowUntilNoneIsCh
 TEST_F(SettingsViewTest, TheChannelStepsFrom1To16) {
     auto& up = find<QToolButton>("MIDI Channel up");
     auto& down = find<QToolButton>("MIDI Channel down");
-    auto& label = find<QLabel>("midiChannel");
-    EXPECT_EQ(label.text(), QStringLiteral("MIDI Channel: 1"));
     EXPECT_FALSE(down.isEnabled());
     for (int i = 0; i < 20; ++i)
         up.click();
     EXPECT_EQ(output.midiChannel.value(), 16);
-    EXPECT_EQ(SavedSettings::midiChannel(), 16);
-    EXPECT_EQ(label.text(), QStringLiteral("MIDI Channel: 16"));
+    EXPECT_EQ(find<QLabel>("midiChannel").text(), QStringLiteral("MIDI Channel: 16"));
     EXPECT_FALSE(up.isEnabled());
     down.click();
     EXPECT_EQ(SavedSettings::midiChannel(), 15);
@@ -105,31 +94,23 @@ TEST_F(SettingsViewTest, TheChannelStepsFrom1To16) {
 }
 
 TEST_F(SettingsViewTest, ModelAndThemeActAtOnceAndAreRemembered) {
-    EXPECT_EQ(rows(picker("Model")), (QStringList{QStringLiteral("24-Channel"), QStringLiteral("32-Channel")}));
     EXPECT_EQ(picker("Model").currentText(), QStringLiteral("32-Channel"));
     pick("Model", 0);
     EXPECT_FALSE(strip(ChannelKind::input(25)).isVisible());
     EXPECT_EQ(SavedSettings::modelSize(), ConsoleModel::ModelSize::ch24);
 
-    EXPECT_EQ(picker("Theme").currentText(), QStringLiteral("Dark"));
-    const auto lightness = [this] { return sheet().grab().toImage().pixelColor(4, 260).lightness(); };
-    EXPECT_LT(lightness(), 80);
+    const auto lightness = [](QWidget& widget, QPoint at) {
+        return widget.grab().toImage().pixelColor(at).lightness();
+    };
+    ControlHost& group = strip(ChannelKind::group(1));
+    const QPoint plain(group.width() / 4, group.height() - 3);
+    EXPECT_LT(lightness(sheet(), {4, 260}), 80);
+    EXPECT_LT(lightness(group, plain), 60);
     pick("Theme", 2);
     EXPECT_EQ(SavedSettings::appTheme(), AppTheme::light);
-    EXPECT_GT(lightness(), 180) << "the open sheet follows";
-}
-
-TEST_F(SettingsViewTest, DoneClosesIt) {
-    auto* done = sheet().findChild<QPushButton*>();
-    ASSERT_EQ(done->text(), QStringLiteral("Done"));
-    done->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_FALSE(window->settingsView());
-
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    QTest::keyClick(window.get(), Qt::Key_Comma, Qt::ControlModifier);
-    EXPECT_TRUE(window->settingsView()) << "Ctrl+, opens it again";
+    EXPECT_GT(lightness(sheet(), {4, 260}), 180) << "the open sheet follows";
+    EXPECT_GT(lightness(group, plain), 150);
+    EXPECT_GT(QApplication::palette().color(QPalette::Window).lightness(), 150);
 }
 
 } // namespace

@@ -29,24 +29,19 @@ struct WelcomeTest : ApplicationTest {
 };
 
 TEST_F(WelcomeTest, EachChoiceDoesWhatItSaysAndEndsIt) {
-    choose(*card(), "Set up MIDI");
+    const auto dismissedBy = [this](const auto& choose) {
+        CleanSettings();
+        choose(*card());
+        EXPECT_FALSE(card());
+    };
+    dismissedBy([](WelcomeView& view) { choose(view, "Set up MIDI"); });
     ASSERT_TRUE(application.window.settingsView());
-    EXPECT_FALSE(card()) << "it was dismissed";
     application.window.settingsView()->close();
-
-    CleanSettings();
-    choose(*card(), "Try it with the rig");
-    EXPECT_EQ(rigWanted, 1);
-    EXPECT_FALSE(card());
-
-    CleanSettings();
-    choose(*card(), "Read the manual");
-    ASSERT_TRUE(application.window.findChild<HelpMenu*>()->view());
-    EXPECT_FALSE(card());
-
-    CleanSettings();
-    QTest::keyClick(card()->windowHandle(), Qt::Key_Escape);
-    EXPECT_FALSE(card());
+    dismissedBy([](WelcomeView& view) { choose(view, "Read the manual"); });
+    EXPECT_TRUE(application.window.findChild<HelpMenu*>()->view());
+    dismissedBy([](WelcomeView& view) { QTest::keyClick(view.windowHandle(), Qt::Key_Escape); });
+    EXPECT_EQ(rigWanted, 0);
+    dismissedBy([](WelcomeView& view) { choose(view, "Try it with the rig"); });
     EXPECT_EQ(rigWanted, 1);
 }
 
@@ -57,10 +52,9 @@ TEST_F(WelcomeTest, IsForWhoHasNotBegunAndSaysWhereThereIsNoMIDI) {
     application.problems.noMIDI = QStringLiteral("no such file");
     WelcomeView* view = card();
     ASSERT_TRUE(view);
-    bool isTold = false;
-    for (const QLabel* label : view->findChildren<QLabel*>())
-        isTold |= label->text().contains(QLatin1String("no such file"));
-    EXPECT_TRUE(isTold);
+    const auto labels = view->findChildren<QLabel*>();
+    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(),
+                            [](const QLabel* label) { return label->text().contains(QLatin1String("no such file")); }));
     QTest::keyClick(view->windowHandle(), Qt::Key_Return);
     EXPECT_EQ(rigWanted, 1) << "what works here is what Return does";
 }

@@ -20,6 +20,10 @@ struct WindowTest : testing::Test, CleanSettings {
         manager.connection.refreshSources();
     }
 
+    static void settle() { // layouts follow layouts
+        for (int i = 0; i < 3; ++i)
+            QApplication::processEvents();
+    }
     void show(QSize size = {1366, 768}) {
         window =
             std::make_unique<MainWindow>(AppObjects{theme, link, mtcClock, transport, manualSettings, labels, master});

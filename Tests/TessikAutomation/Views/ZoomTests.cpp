@@ -11,28 +11,32 @@ TEST_F(ZoomTest, EverySizeShowsEveryControlAndFollowsTheHand) {
     show({1600, 900});
     int smallest = 100;
     Type::onDraw = [&smallest](const QString&, const QFont& font) { smallest = std::min(smallest, font.pixelSize()); };
-    for (const int percent : DeskView::zoomSteps) {
-        DeskView& desk = window->desk();
-        desk.setZoom(percent);
-        for (ControlHost* host : {desk.inputModule(1), desk.strip(ChannelKind::input(1)), desk.master(),
-                                  desk.strip(ChannelKind::group(8)), desk.strip(ChannelKind::stereo())}) {
+    DeskView& desk = window->desk();
+    const ChannelKind in1 = ChannelKind::input(1);
+    ControlHost& fader = strip(in1);
+    for (const bool isFolded : {false, true})
+        for (const int percent : DeskView::zoomSteps) {
             SCOPED_TRACE(percent);
-            expectLaidOut(*host, 1);
+            desk.isFolded = isFolded;
+            desk.setZoom(percent);
+            std::vector<ControlHost*> hosts{desk.strip(in1), desk.strip(ChannelKind::group(1)),
+                                            desk.strip(ChannelKind::group(8)), desk.strip(ChannelKind::stereo())};
+            if (!isFolded) hosts.insert(hosts.end(), {desk.inputModule(1), desk.master()});
+            for (ControlHost* host : hosts)
+                expectLaidOut(*host, 1);
+            window->grab();
+            const QRect rect = fader.controlRect(control(fader, "fader"));
+            EXPECT_EQ(strip(ChannelKind::group(8)).controlRect(control(strip(ChannelKind::group(8)), "fader")).top(),
+                      rect.top());
+            EXPECT_LE(strip(ChannelKind::group(8)).geometry().right(), desk.width());
+            EXPECT_GE(strip(ChannelKind::group(8)).geometry().bottom(), desk.height() - Metrics::railHeight - 4);
+            EXPECT_EQ(desk.moduleView().height(), fader.y());
+            QTest::mousePress(&fader, Qt::LeftButton, {}, rect.center());
+            QTest::mouseMove(&fader, rect.center() - QPoint(0, 9));
+            QTest::mouseMove(&fader, rect.center());
+            QTest::mouseRelease(&fader, Qt::LeftButton, {}, rect.center());
+            EXPECT_NEAR(model.channelState(in1)->faderValue.value(), 64, 1);
         }
-        const ControlHost& last = *desk.strip(ChannelKind::group(8));
-        window->grab();
-        EXPECT_LE(last.geometry().right(), desk.width());
-        EXPECT_GE(last.geometry().bottom(), desk.height() - Metrics::railHeight - 4);
-        EXPECT_EQ(desk.moduleView().height(), desk.strip(ChannelKind::input(1))->y());
-
-        ControlHost& fader = strip(ChannelKind::input(1));
-        const QRect rect = fader.controlRect(control(fader, "fader"));
-        QTest::mousePress(&fader, Qt::LeftButton, {}, rect.center());
-        QTest::mouseMove(&fader, rect.center() - QPoint(0, 9));
-        QTest::mouseMove(&fader, rect.center());
-        QTest::mouseRelease(&fader, Qt::LeftButton, {}, rect.center());
-        EXPECT_NEAR(model.channelState(ChannelKind::input(1))->faderValue.value(), 64, 1) << percent;
-    }
     Type::onDraw = nullptr;
     EXPECT_GE(smallest, 8) << "smaller print cannot be read";
 }
@@ -66,13 +70,13 @@ TEST_F(ZoomTest, TheModulesScrollWhereTheWindowIsLowAndTheFadersGrowWhereItIsHig
     module.focusControl(control(module, "manualMute"), Qt::TabFocusReason);
     const int bottom = module.mapTo(&modules, module.controlRect(control(module, "manualMute")).bottomRight()).y();
     EXPECT_LT(bottom, modules.height()) << "the keyboard brings a control into view";
-    const int low = strip(ChannelKind::input(1)).controlRect(control(strip(ChannelKind::input(1)), "fader")).height();
+    ControlHost& host = strip(ChannelKind::input(1));
+    const int low = host.controlRect(control(host, "fader")).height();
     window->resize(2560, 1440);
     QApplication::processEvents();
     EXPECT_FALSE(modules.scrollBar()->isVisible());
     EXPECT_EQ(modules.top(), 0);
-    EXPECT_GT(strip(ChannelKind::input(1)).controlRect(control(strip(ChannelKind::input(1)), "fader")).height(),
-              2 * low);
+    EXPECT_GT(host.controlRect(control(host, "fader")).height(), 2 * low);
 }
 
 } // namespace
