@@ -1,7 +1,7 @@
 #include "TessikAutomation/Views/Monitor/MIDIMonitorView.h"
 
+#include "TessikAutomation/Help/HelpContext.h"
 #include "TessikAutomation/Views/Drawing/Type.h"
-#include "TessikAutomation/Views/Help/HelpContext.h"
 
 #include <QApplication>
 #include <QCheckBox>
