@@ -30,6 +30,9 @@ TEST_F(ManualControlTest, DraggingAKnobWritesTheRecordAndIsOneStepBack) {
     drag(module(), "eqHiMidGain", {60, -30});
     EXPECT_NEAR(settings().eqHiMidGain, 6, 1e-9);
     EXPECT_EQ(history().undoText(), QStringLiteral("HI MID gain, channel 5"));
+    drag(module(), "eqHiMidGain", {20, -10});
+    history().undo();
+    EXPECT_NEAR(settings().eqHiMidGain, 6, 1e-9) << "a second drag is a step of its own";
     const QPoint from = centre(module(), "aux5Level");
     QTest::mousePress(&module(), Qt::LeftButton, {}, from);
     QTest::mouseMove(&module(), from - QPoint(0, 40));

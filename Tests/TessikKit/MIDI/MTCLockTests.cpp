@@ -125,6 +125,7 @@ TEST(MTCLock, HoldsThroughFaults) {
         {"half a second of them", 0, [=](int n, double) { return n < 50 ? lost : 0; }, 600},
         {"all 4 ms late now and then", 0, [](int n, double) { return n < 40 ? 0.004 : 0; }, 5},
         {"all 8 ms late now and then", 0, [](int n, double) { return n < 40 ? 0.008 : 0; }, 8.01},
+        {"8 ms more each five of them", 0, [](int n, double) { return 0.008 * std::min(1 + n / 5, 4); }, 32.01},
     };
     for (const MTCFrameRate rate : {fps24, fps25, fps30Drop, fps30}) {
         for (const Case& c : cases) {
