@@ -95,18 +95,4 @@ TEST_F(OutputTest, aFullReceiverKeepsNobodyWaiting) {
     EXPECT_EQ(output.send({&word, 1}), 0);
 }
 
-TEST_F(OutputTest, theDestinationIsFoundAgain) {
-    auto far = std::make_unique<FarClient>(QStringLiteral("Tessik Test Desk"));
-    choose(QStringLiteral("Tessik Test Desk MIDI 1"));
-    const std::uint32_t word = MIDIWords::controlChange(1, 7, 100);
-    ASSERT_EQ(output.send({&word, 1}), 0);
-    far.reset();
-    ASSERT_TRUE(eventually([&] { return output.statusText.value() == QStringLiteral("Output: reconnecting…"); }));
-    EXPECT_EQ(output.send({&word, 1}), midiUnknownHandle);
-    far = std::make_unique<FarClient>(QStringLiteral("Tessik Test Desk"));
-    ASSERT_TRUE(eventually([&] { return output.isReachable(); }));
-    EXPECT_EQ(output.send({&word, 1}), 0);
-    EXPECT_EQ(far->tell(QStringLiteral("drain")), QStringLiteral("1 ok"));
-}
-
 } // namespace tessik

@@ -5,8 +5,8 @@
 // Each copy runs on the rig, where hands ride four faders over a rolling tape; before every move it is noted in a file
 // of its own, which the program knows nothing of. After 0.3 to 10 seconds the copy gets SIGKILL. The take that is
 // recovered then has to begin with the moves that were made, lane by lane, and may lack those of the last second.
+#include "Support/SessionCopy.h"
 #include "TessikAutomation/Application/Application.h"
-#include "TessikAutomation/Session/SessionController.h"
 
 #include <QApplication>
 #include <QFile>
@@ -63,34 +63,14 @@ int record(QApplication& program, const QString& folder, const QString& truthPat
 
 // MARK: the next start
 
-struct Recover final : SessionDialogs {
-    std::optional<QString> chooseSessionToOpen(const QString&) override { return std::nullopt; }
-    std::optional<QString> chooseWhereToSave(const QString&) override { return std::nullopt; }
-    void alert(const QString& title, const QString& text) override {
-        std::printf("  %s %s\n", qPrintable(title), qPrintable(text));
-    }
-    void alertOfFile(const QString& title, const QString& text, const QString&) override { alert(title, text); }
-    bool confirmOverwrite(const QString&, const QString&) override { return false; }
-    Unsaved askUnsaved(const QString&, const QString&) override { return Unsaved::discard; }
-    TakeAnswer askTake(const QString&, const QString&, const QString& name) override {
-        return {Unsaved::discard, name};
-    }
-    Recovery askRecovery(const QString&, const QString&) override { return Recovery::recover; }
-};
-
 /// The passes that the next start recovers.
 QList<AutomationPass> recoveredPasses(const QString& folder) {
-    SnapshotStore snapshots;
-    PassStore passes;
-    ManualSettingsStore manualSettings;
-    ChannelLabelStore labels;
-    MasterSectionStore master;
-    LocatorStore locators;
-    Recover dialogs;
-    SessionController session({snapshots, passes, manualSettings, labels, master, locators}, dialogs, folder);
-    session.offerRecovery();
-    session.finishSaving();
-    return passes.passes.value();
+    test::Copy copy(folder, &currentSecond);
+    copy.controller.offerRecovery();
+    copy.controller.finishSaving();
+    for (const QString& each : copy.dialogs.taken())
+        std::printf("  %s\n", qPrintable(each));
+    return copy.passes.passes.value();
 }
 
 std::vector<Move> movesIn(const QString& truthPath) {

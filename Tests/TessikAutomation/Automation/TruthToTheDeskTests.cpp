@@ -114,53 +114,32 @@ private:
     // ---- what somebody does
 
     void act() {
-        switch (upTo(30)) {
-        case 0:
-        case 1:
-        case 2:
-        case 3:
-        case 4: return ride();
-        case 5:
-        case 6: {
-            const ChannelKind kind = someChannel();
-            note("desk switches %s", qPrintable(kind.id()));
-            return desk.setSwitches(kind, someSwitches());
-        }
-        case 7: {
-            const ChannelKind kind = someChannel();
-            const int value = someFader();
-            note("screen fader %s %d", qPrintable(kind.id()), value);
-            return screen.setFader(channel(kind), value);
-        }
-        case 8: {
-            const ChannelKind kind = someChannel();
-            note("screen mute %s", qPrintable(kind.id()));
-            return screen.setSwitch(channel(kind), &ChannelState::chanMuted, upTo(2));
-        }
-        case 9:
-        case 10:
-        case 11: return pressMode();
-        case 12:
-        case 13: return pressNull();
-        case 14: return pickPass();
-        case 15:
-        case 16:
-        case 17: return pressPlay();
-        case 18: return pressStop();
-        case 19: return upTo(2) ? locate(somewhere()) : loop();
-        case 20: return upTo(3) ? shuttle() : changeSpeed();
-        case 21: return upTo(2) ? pullTimecode() : pullOutput();
-        case 22: return upTo(2) ? recallSomething() : zero();
-        case 23: return recallTwice();
-        case 24: return changeChannel();
-        case 25: return overrun();
-        case 26:
-        case 27: return troubleTape();
-        case 28: return compare();
-        default: return nameTake();
-        }
+        const int n = upTo(30);
+        if (n < 5) return ride();
+        if (n < 9) return edit(n);
+        if (n < 12) return pressMode();
+        if (n < 14) return pressNull();
+        if (n < 15) return pickPass();
+        if (n < 18) return pressPlay();
+        if (n < 19) return pressStop();
+        if (n < 20) return upTo(2) ? locate(somewhere()) : loop();
+        if (n < 21) return upTo(3) ? shuttle() : tape.setSpeed(0.95 + 0.01 * upTo(11));
+        if (n < 22) return upTo(2) ? pullTimecode() : pullOutput();
+        if (n < 23) return upTo(2) ? recallSomething() : zero();
+        if (n < 24) return recallTwice();
+        if (n < 25) return changeChannel();
+        if (n < 26) return overrun();
+        if (n < 28) return troubleTape();
+        n < 29 ? compare() : nameTake();
     }
 
+    void edit(int n) {
+        const ChannelKind kind = someChannel();
+        note("%s %s", n < 7 ? "desk switches" : n < 8 ? "screen fader" : "screen mute", qPrintable(kind.id()));
+        if (n < 7) return desk.setSwitches(kind, someSwitches());
+        if (n < 8) return screen.setFader(channel(kind), someFader());
+        screen.setSwitch(channel(kind), &ChannelState::chanMuted, upTo(2));
+    }
     void ride() {
         const ChannelKind kind = someChannel();
         int value = desk.physicalFader(kind);
@@ -236,7 +215,6 @@ private:
         else
             tape.stop();
     }
-    void changeSpeed() { tape.setSpeed(0.95 + 0.01 * upTo(11)); }
     void pullTimecode() {
         const Uptime away = Uptime(1ms) * upTo(upTo(2) ? 600 : 2500);
         note("timecode away for %lld ms", qlonglong(away / 1ms));

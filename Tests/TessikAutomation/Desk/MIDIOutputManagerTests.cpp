@@ -39,27 +39,6 @@ struct OutputTest : testing::Test {
 const ChannelKind in1 = ChannelKind::input(1);
 const ChannelKind in2 = ChannelKind::input(2);
 
-TEST_F(OutputTest, WordsTheChoiceOfADestination) {
-    output.selectDestination(12345);
-    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Not connected"));
-    EXPECT_EQ(output.port.connectedDestinationID.value(), 12345);
-    output.refreshDestinations();
-    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Output: reconnecting…"));
-    output.selectDestination(deskID);
-    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Output: Desk In"));
-    service.unplug(QStringLiteral("Desk In"));
-    runPosted();
-    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Output: reconnecting…"));
-    service.hideName(QStringLiteral("Desk In"));
-    service.plug(QStringLiteral("Desk In"));
-    runPosted();
-    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Output: Unknown MIDI Destination"));
-    output.selectDestination(std::nullopt);
-    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Not connected"));
-    output.sendFader(in1, 5);
-    EXPECT_TRUE(pumpFor(100ms).empty());
-}
-
 TEST_F(OutputTest, SendsOnTheConsolesChannelHeldToItsRange) {
     for (const auto& [channel, status] : {std::pair{1, 0xB0}, {16, 0xBF}, {0, 0xB0}, {99, 0xBF}, {-7, 0xB0}}) {
         output.midiChannel = channel;
@@ -128,22 +107,6 @@ TEST_F(OutputTest, SendsAWholeStateInTheOrderThatIsSafeToTheEar) {
     }
 }
 
-TEST_F(OutputTest, OwesADeskOfWhichNothingIsKnownWhatWasAsked) {
-    const std::vector<DeskChannelState> state{{in1, 100, {}}, {in2, 90, {.chanMuted = true}}};
-    for (const bool isOverrun : {false, true}) {
-        output.assertState(state);
-        pumpFor(100ms);
-        output.noteReceived(clock.now(), 0, 70); // a hand: nothing is owed there
-        if (isOverrun)
-            output.assertAgain();
-        else
-            output.midiChannel = 5;
-        EXPECT_EQ(output.believedValue(0), std::nullopt);
-        EXPECT_EQ(pumpFor(100ms), (Sent{{65, 31}, {1, 90}, {64, 63}}));
-        EXPECT_EQ(desk.lastStatus, 0xB4);
-    }
-}
-
 TEST_F(OutputTest, LetsACorrectionPass) {
     for (int n = 1; n <= 32; ++n)
         output.sendFader(ChannelKind::input(n), 10);
@@ -153,38 +116,6 @@ TEST_F(OutputTest, LetsACorrectionPass) {
     EXPECT_EQ(pumpFor(2ms), (Sent{{29, 11}, {48, 7}}));
 }
 
-TEST_F(OutputTest, OwesAnAbsentDeskWhatWasAsked) {
-    output.sendFader(in1, 10);
-    output.sendFader(in2, 20);
-    pumpFor(10ms);
-    service.unplug(QStringLiteral("Desk In"));
-    runPosted();
-    EXPECT_EQ(output.believedValue(0), std::nullopt);
-    output.sendFader(in1, 33);
-    output.sendSwitches(in2, {.chanMuted = true});
-    output.noteReceived(clock.now(), 1, 77); // a hand moved in2 meanwhile: nothing is owed there
-    EXPECT_TRUE(pumpFor(1s).empty());
-    service.plug(QStringLiteral("Desk In"));
-    runPosted();
-    EXPECT_EQ(pumpFor(10ms), (Sent{{65, 31}, {0, 33}}));
-
-    output.selectDestination(std::nullopt); // another desk is owed nothing
-    output.selectDestination(deskID);
-    EXPECT_TRUE(pumpFor(1s).empty());
-}
-
-TEST_F(OutputTest, BelievesNothingOfAHandThatCrossedWhenTheDeskCannotBeTold) {
-    output.sendFader(in1, 40);
-    service.unplug(QStringLiteral("Desk In"));
-    runPosted();
-    sent.clear();
-    output.noteReceived(clock.now(), 0, 90); // before or after the 40 landed?
-    EXPECT_EQ(output.believedValue(0), std::nullopt);
-    service.plug(QStringLiteral("Desk In"));
-    runPosted();
-    EXPECT_EQ(pumpFor(10ms), (Sent{{0, 90}}));
-}
-
 TEST_F(OutputTest, KeepsWhatThePortWouldNotTakeYet) {
     for (const MIDIStatus status : {midiWouldBlock, -19}) {
         service.failNext(VirtualMIDIService::Operation::send, status);
@@ -192,66 +123,6 @@ TEST_F(OutputTest, KeepsWhatThePortWouldNotTakeYet) {
         EXPECT_TRUE(sent.empty());
         EXPECT_EQ(pumpFor(5ms), (Sent{{0, 40}})) << status;
     }
-}
-
-TEST_F(OutputTest, OwesWhatIsAskedWhileAnotherProgramKeepsThePort) {
-    const QString port = QStringLiteral("Desk In");
-    const auto sentNow = [this] {
-        runPosted();
-        return pumpFor(60ms);
-    };
-    output.selectDestination(std::nullopt);
-    service.hold(port, true);
-    output.selectDestination(deskID);
-    EXPECT_EQ(output.port.cable.refusal.value(), midiPortHeld);
-    EXPECT_EQ(output.port.statusText.value(), QStringLiteral("Output: Desk In"));
-    output.sendFader(in1, 40);
-    EXPECT_EQ(sentNow(), Sent());
-    service.hold(port, false);
-    EXPECT_EQ(sentNow(), (Sent{{0, 40}}));
-
-    service.cut(port);
-    output.sendFader(in1, 41);
-    EXPECT_EQ(sentNow(), (Sent{{0, 41}}));
-    service.cut(port);
-    runPosted();
-    EXPECT_TRUE(output.port.cable.isCut.value());
-    output.sendFader(in1, 42);
-    EXPECT_EQ(sentNow(), Sent());
-    output.selectDestination(deskID);
-    EXPECT_EQ(sentNow(), (Sent{{0, 42}}));
-}
-
-TEST_F(OutputTest, AgreesWithAHandThatMovedAtTheSameMoment) {
-    output.sendFader(in1, 40);
-    pumpFor(2ms);
-    output.noteReceived(clock.now(), 0, 40); // the same, or an echo
-    EXPECT_TRUE(pumpFor(300ms).empty());
-    output.sendFader(in1, 50);
-    pumpFor(2ms);
-    output.noteReceived(clock.now(), 0, 90); // 2 ms after our send: the two crossed
-    EXPECT_TRUE(output.isBusy());
-    EXPECT_EQ(pumpFor(20ms), (Sent{{0, 90}}));
-    EXPECT_FALSE(output.isBusy());
-    output.noteReceived(clock.now(), 0, 91);
-    EXPECT_TRUE(pumpFor(300ms).empty());
-
-    output.sendFader(in1, 40);
-    pumpFor(1ms);
-    output.noteReceived(clock.now(), 0, 90);
-    pumpFor(13ms);
-    output.noteReceived(clock.now(), 0, 89); // crosses even what was sent back
-    EXPECT_EQ(pumpFor(300ms), (Sent{{0, 89}}));
-
-    output.noteReceived(clock.now(), 255, 91); // a malformed word's: no such controller
-    EXPECT_TRUE(pumpFor(5ms).empty());
-
-    for (int n = 1; n <= 32; ++n)
-        output.sendFader(ChannelKind::input(n), 10);
-    sent.clear();
-    output.noteReceived(clock.now(), 31, 55); // still waiting: the hand wins
-    for (const auto& [cc, value] : pumpFor(100ms))
-        EXPECT_NE(cc, 31);
 }
 
 TEST_F(OutputTest, NeverPullsAHandInSteadyMotion) {
@@ -337,22 +208,6 @@ TEST_F(LoopTest, KeepsItsEchoesFromTheModelUntilOneFailsToCome) {
     isCut = false;
     drag(1);
     EXPECT_EQ(model.messageCount.value(), 21);
-}
-
-TEST_F(OutputTest, ZeroesTheModelAndOnlyOnRequestTheDesk) {
-    ConsoleModel model(clock);
-    model.modelSize = ConsoleModel::ModelSize::ch24;
-    for (int cc = 0; cc < 49; ++cc)
-        model.handle(cc, 100);
-    model.handle(64, 24);
-    output.resetChannels(model, false);
-    EXPECT_EQ(model.inputs()[0]->faderValue.value(), 0);
-    EXPECT_FALSE(model.inputs()[0]->nullTarget.value());
-    EXPECT_EQ(model.inputs()[0]->switches(), ChannelSwitches{});
-    EXPECT_EQ(model.inputs()[30]->faderValue.value(), 100) << "hidden channels are left alone";
-    EXPECT_TRUE(pumpFor(200ms).empty());
-    output.resetChannels(model, true);
-    EXPECT_EQ(pumpFor(200ms).size(), 33u * 2);
 }
 
 } // namespace

@@ -27,15 +27,6 @@ struct StartupRestoreTest : testing::Test, CleanSettings {
     TransportManager transport{service};
 };
 
-TEST_F(StartupRestoreTest, NothingSavedChangesNothing) {
-    restoreMIDIConnections(manager.connection, output, timecode.connection, transport);
-    restoreModelSize(model);
-    EXPECT_FALSE(manager.connection.connectedSourceID.value());
-    EXPECT_FALSE(output.port.connectedDestinationID.value());
-    EXPECT_EQ(output.midiChannel.value(), 1);
-    EXPECT_EQ(model.modelSize.value(), ConsoleModel::ModelSize::ch32);
-}
-
 TEST_F(StartupRestoreTest, ListedPortsAreSelectedAndOthersKeptForTheNextStart) {
     SavedSettings::setUniqueID(Key::consoleSourceID, desk.outID());
     SavedSettings::setUniqueID(Key::midiOutDestinationID, 4711);

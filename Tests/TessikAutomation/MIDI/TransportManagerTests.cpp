@@ -133,16 +133,5 @@ TEST_F(TransportManagerTest, SendsOnlyToTheChosenDestinationWhileItIsThere) {
     EXPECT_EQ(received.size(), 1u);
 }
 
-TEST_F(TransportManagerTest, LogsFailures) {
-    service.failNext(VirtualMIDIService::Operation::createOutputPort, -50);
-    testing::internal::CaptureStderr();
-    TransportManager transport(service);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "[TransportManager] MIDIOutputPortCreate FAILED OSStatus=-50\n");
-    transport.selectDestination(recorderID());
-    testing::internal::CaptureStderr();
-    transport.send(MMCCommand::play);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "[TransportManager] MMC not sent: OSStatus=-10844\n");
-}
-
 } // namespace
 } // namespace tessik

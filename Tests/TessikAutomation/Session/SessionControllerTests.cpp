@@ -5,24 +5,7 @@
 namespace tessik::test {
 namespace {
 
-TEST_F(SessionControllerTest, BeginsCleanAndUntitled) {
-    EXPECT_EQ(program->controller.displayName(), QStringLiteral("Untitled"));
-    EXPECT_FALSE(program->isDirty());
-    int notices = 0;
-    const auto notifier = program->controller.hasUnsavedChanges.addNotifier([&] { ++notices; });
-    program->label("Kick");
-    program->label("Snare");
-    EXPECT_TRUE(program->isDirty());
-    EXPECT_EQ(notices, 1);
-    program->controller.newSession();
-    EXPECT_FALSE(program->isDirty());
-    EXPECT_EQ(notices, 2);
-    EXPECT_EQ(program->label(), QString());
-    EXPECT_EQ(program->loaded, 1);
-    EXPECT_EQ(program->dialogs.taken(), QStringList()); // without a question
-}
-
-TEST_F(SessionControllerTest, EveryStoreMarksTheSession) {
+TEST_F(SessionControllerTest, EveryStoreMarksTheSessionAndNewBeginsCleanAndUntitled) {
     const std::vector<std::function<void()>> changes{
         [&] { program->snapshots.setDefault(QUuid()); },
         [&] { program->passes.remove(QUuid()); },
@@ -31,10 +14,14 @@ TEST_F(SessionControllerTest, EveryStoreMarksTheSession) {
         [&] { program->masterSection.setSettings({.crMono = true}); },
         [&] { program->locators.setEnd(std::nullopt); }};
     for (const auto& change : changes) {
+        EXPECT_FALSE(program->isDirty());
         change();
         EXPECT_TRUE(program->isDirty());
         program->controller.newSession();
     }
+    EXPECT_EQ(program->controller.displayName(), QStringLiteral("Untitled"));
+    EXPECT_EQ(program->loaded, 6);
+    EXPECT_EQ(program->dialogs.taken(), QStringList()); // without a question
 }
 
 TEST_F(SessionControllerTest, OpensAndSavesEveryStore) {

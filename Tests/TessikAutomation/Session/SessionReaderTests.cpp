@@ -329,36 +329,6 @@ TEST(SessionReader, KeysStandInTheOrderOfTheirMembers) {
     EXPECT_TRUE(fieldsStandInDeclaredOrder<AutomationPass>());
 }
 
-TEST(SessionWriter, WritesKeysInOrderAndRecordsByTheLine) {
-    SessionDocument session = SessionDocument::empty(second(0));
-    session.passes.append({.id = QUuid(QStringLiteral("{0f8fad5b-d9cb-469f-a165-70867728950e}")),
-                           .name = QStringLiteral("a"),
-                           .createdAt = second(0)});
-    session.passes[0].events = {{0, ChannelKind::input(5), PassEventValue::fader(96)},
-                                {7, ChannelKind::stereo(), PassEventValue::switches({true, false, false, false})}};
-    session.channelLabels[QStringLiteral("input-1")] = {QStringLiteral("Kick"), QStringLiteral("E0553F")};
-    const QByteArray text = written(session);
-    EXPECT_TRUE(text.startsWith(R"({
-"formatVersion":1,
-"createdAt":"2026-01-05T14:03:22Z",
-"modifiedAt":"2026-01-05T14:03:22Z",
-"snapshots":[],
-"passes":[
-{"id":"0F8FAD5B-D9CB-469F-A165-70867728950E","name":"a","createdAt":"2026-01-05T14:03:22Z","frameRate":3,"startTimecode":{"frameRate":3,"hours":0,"minutes":0,"seconds":0,"frames":0},"events":[
-{"frameOffset":0,"kind":{"input":{"_0":5}},"value":{"fader":{"_0":96}}},
-{"frameOffset":7,"kind":{"stereo":{}},"value":{"switches":{"monMuted":true,"auxMuted":false,"eqOn":false,"chanMuted":false}}}
-]}
-],
-"channelLabels":{
-"input-1":{"name":"Kick","colorHex":"E0553F"}
-},
-"manualSettings":{},
-"masterSection":{"aux1Level":0.0,)"))
-        << text.constData();
-    EXPECT_TRUE(text.endsWith("\"solo\":false,\"mute\":false}\n]}\n}\n"));
-    EXPECT_FALSE(text.contains("Locator") || text.contains("initialState") || text.contains("defaultSnapshotID"));
-}
-
 TEST(SessionWriter, RefusesWhatJSONCannotHold) {
     SessionDocument session = SessionDocument::empty(second(0));
     session.masterSection.aux1Level = std::nan("");

@@ -52,24 +52,15 @@ TEST_F(ConnectionTest, FollowsASourceThatVanishesAndComesBack) {
     connection->disconnect(); // the choice stays while the source is missing
     EXPECT_TRUE(connection->connectedSourceID.value());
 
-    const MIDIEndpointRef old = *connection->connectedEndpoint.value();
-    CaptureStderr();
     service.plug(QStringLiteral("Desk Out"));
     runPosted();
-    EXPECT_EQ(GetCapturedStderr(),
-              QStringLiteral("[Test] Reconnecting to Desk Out (endpoint Optional(%1) -> %2) [was missing]\n")
-                  .arg(old)
-                  .arg(service.sources().front().ref)
-                  .toStdString());
     EXPECT_EQ(connection->statusText.value(), QStringLiteral("Connected: Desk Out"));
     inject({MIDIWords::controlChange(1, 7, 100)});
     EXPECT_EQ(words.size(), 1u);
 
-    CaptureStderr(); // gone and back before anybody looked: only the endpoint tells
-    service.unplug(QStringLiteral("Desk Out"));
+    service.unplug(QStringLiteral("Desk Out")); // and back before anybody looked: only the endpoint tells
     service.plug(QStringLiteral("Desk Out"));
     runPosted();
-    EXPECT_THAT(GetCapturedStderr(), testing::Not(testing::HasSubstr("[was missing]")));
     inject({MIDIWords::controlChange(1, 7, 101)});
     EXPECT_EQ(words.size(), 2u);
 }
@@ -262,24 +253,6 @@ TEST_F(MIDIManagerTest, PassesControlChangesOfAnyChannelAndNothingElse) {
     EXPECT_EQ(GetCapturedStderr(), "[CC IN] cc=4 value=1\n[CC IN] cc=4 value=2\n[CC IN] cc=4 value=99\n");
     EXPECT_EQ(model.messageCount.value(), 3);
     EXPECT_EQ(model.inputs()[4]->faderValue.value(), 99);
-}
-
-TEST_F(MIDIManagerTest, KeepsAFloodInOrderAcrossThreads) {
-    const auto manager = makeManager();
-    std::vector<int> values;
-    manager->isNews = [&](Uptime, int, int value) {
-        values.push_back(value);
-        return true;
-    };
-    constexpr int count = 15'000; // fewer than may wait, however slow this thread is
-    for (int i = 0; i < count; ++i) {
-        send(MIDIWords::controlChange(1, 0, i & 0x7F));
-        if (i % 1000 == 0) runPosted();
-    }
-    waitForMessages(count);
-    ASSERT_EQ(values.size(), std::size_t(count));
-    for (int i = 0; i < count; ++i)
-        ASSERT_EQ(values[std::size_t(i)], i & 0x7F) << i;
 }
 
 TEST_F(MIDIManagerTest, AFloodBeyondTheQueueLeavesTheLatestOfEachControllerInOrder) {

@@ -93,24 +93,18 @@ TEST(SwitchByte, IsActiveLowWithFixedBits) {
     EXPECT_EQ(MIDIChannelMapping::decodeSwitchByte(0), (ChannelSwitches{true, true, true, true}));
 }
 
-TEST_F(ConsoleModelTest, UnderstandsFadersAndSwitchesAndCountsTheRest) {
-    int faderNotices = 0;
-    const auto watch = input(8).faderValue.addNotifier([&] { ++faderNotices; });
+TEST_F(ConsoleModelTest, HearsFadersAndSwitchesAndCountsTheRest) {
+    int notices = 0;
+    const auto watch = input(8).faderValue.addNotifier([&] { ++notices; });
     model.handle(7, 100);
-    EXPECT_EQ(model.lastMessage(), QStringLiteral("CC7 -> 8 fader = 100"));
-    EXPECT_EQ(input(8).lastUpdate.value(), clock.now());
     clock.advance(1s);
     model.handle(7, 100);
-    EXPECT_EQ(faderNotices, 1);
+    EXPECT_EQ(notices, 1);
     EXPECT_EQ(input(8).lastUpdate.value(), clock.now());
-
     model.handle(112, 31);
-    EXPECT_EQ(model.lastMessage(), QStringLiteral("CC112 -> ST switches = 31"));
     EXPECT_TRUE(model.stereo().chanMuted.value());
-
     model.handle(40, 1);
     model.handle(127, 1);
-    EXPECT_EQ(model.lastMessage(), QStringLiteral("CC112 -> ST switches = 31"));
     EXPECT_EQ(model.messageCount.value(), 5);
 }
 

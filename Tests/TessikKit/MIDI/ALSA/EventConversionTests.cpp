@@ -198,31 +198,6 @@ TEST(EventConversion, packetsHoldAllWordsAndPartNoPair) {
     EXPECT_EQ(nextPacket(Words{0x30160102u}).size(), 1u); // half a pair still makes progress
 }
 
-TEST(EventConversion, sysExGoesOutFramedAndInChunks) {
-    Words words;
-    MIDIWords::appendSysEx(words, countingBytes(1000));
-    words.push_back(MIDIWords::system(0xF8));
-    std::vector<std::size_t> chunks;
-    Bytes bytes;
-    int others = 0;
-    EXPECT_EQ(encodeEvents(words,
-                           [&](snd_seq_event_t& event) {
-                               if (event.type != SND_SEQ_EVENT_SYSEX) return ++others;
-                               const auto* data = static_cast<const std::uint8_t*>(event.data.ext.ptr);
-                               chunks.push_back(event.data.ext.len);
-                               bytes.insert(bytes.end(), data, data + event.data.ext.len);
-                               return 0;
-                           }),
-              0);
-    EXPECT_THAT(chunks, ElementsAre(256u, 256u, 256u, 234u));
-    Bytes expected{0xF0};
-    const Bytes data = countingBytes(1000);
-    expected.insert(expected.end(), data.begin(), data.end());
-    expected.push_back(0xF7);
-    EXPECT_EQ(bytes, expected);
-    EXPECT_EQ(others, 1);
-}
-
 TEST(EventConversion, sendingEndsAtTheFirstRefusalAndTakesNoHalfMessages) {
     int sent = 0;
     const auto refuseThird = [&](snd_seq_event_t&) { return ++sent == 3 ? -EAGAIN : 0; };
