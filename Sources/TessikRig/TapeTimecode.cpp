@@ -22,11 +22,11 @@ TimecodePosition label(MTCFrameRate rate, std::int64_t tapeFrame) {
                                              rate == MTCFrameRate::fps30Drop ? DropFrame::labelOfFrame(frame) : frame);
 }
 
-std::int64_t tapeFrame(MTCFrameRate rate, const TimecodePosition& asked) {
-    TimecodePosition position = asked;
+std::int64_t tapeFrame(MTCFrameRate rate, const TimecodePosition& label) {
+    TimecodePosition position = label;
     position.frameRate = rate;
-    const std::int64_t label = position.totalFrames();
-    return wrapped(rate == MTCFrameRate::fps30Drop ? DropFrame::frameOfLabel(label) : label, framesPerDay(rate));
+    const std::int64_t frame = position.totalFrames();
+    return wrapped(rate == MTCFrameRate::fps30Drop ? DropFrame::frameOfLabel(frame) : frame, framesPerDay(rate));
 }
 
 std::uint8_t quarterFrameByte(const TimecodePosition& label, int piece) {

@@ -26,7 +26,7 @@ struct Imported {
 /// Extracts the desk's controllers from a file, ours or another program's. A file in beats is converted by its tempo to
 /// frames at the rate of its SMPTE offset, or at `rateForBeats` if it has none; an event between two frames goes to the
 /// nearest.
-Imported read(QByteArrayView file, int midiChannel, MTCFrameRate rateForBeats, const QDateTime& createdAt);
+Imported read(QByteArrayView bytes, int midiChannel, MTCFrameRate rateForBeats, const QDateTime& createdAt);
 
 } // namespace PassMIDIFile
 } // namespace tessik

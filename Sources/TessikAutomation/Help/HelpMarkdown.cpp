@@ -49,7 +49,7 @@ std::vector<Block> blocks(const QString& text) {
         if (!isTable) {
             blocks.push_back(lineBlock(line));
         } else {
-            if (!inTable) blocks.push_back(Table{});
+            if (!inTable) blocks.emplace_back(Table{});
             if (QStringList row = cells(line); !isDivider(row))
                 std::get<Table>(blocks.back()).rows.push_back(std::move(row));
         }

@@ -29,7 +29,7 @@ int digits(std::string_view text) {
 bool isJSONNumber(std::string_view text) {
     std::size_t at = 0;
     const auto take = [&](std::string_view any) {
-        const bool there = at < text.size() && any.find(text[at]) != any.npos;
+        const bool there = at < text.size() && any.find(text[at]) != std::string_view::npos;
         at += there ? 1 : 0;
         return there;
     };

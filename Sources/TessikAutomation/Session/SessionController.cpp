@@ -169,7 +169,7 @@ void SessionController::reopen(const ReplacedSession& session) {
                   .recovery = {}}))
         return;
     noteChange();
-    _superseded.push_back([this, file = session.file] { removeRecovery(file); });
+    _superseded.emplace_back([this, file = session.file] { removeRecovery(file); });
     recoveryTick();
 }
 

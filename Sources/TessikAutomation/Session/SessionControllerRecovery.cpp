@@ -149,7 +149,7 @@ void SessionController::flushJournal(const std::function<void()>& flush) {
 /// The take no longer grows. Its journal is removed once the take is safe elsewhere.
 void SessionController::endJournal() {
     if (!_journal) return;
-    _superseded.push_back([this, journal = _journal->file] {
+    _superseded.emplace_back([this, journal = _journal->file] {
         _journalWriter.post([journal]() -> BackgroundWriter::Completion {
             journal->remove();
             return {};
@@ -208,7 +208,7 @@ void SessionController::offerRecovery() {
             return;
         noteChange();
         for (const QString& journal : offer.file.journals())
-            _superseded.push_back([this, journal] {
+            _superseded.emplace_back([this, journal] {
                 _writer.post([journal]() -> BackgroundWriter::Completion {
                     QFile::remove(journal);
                     return {};

@@ -125,8 +125,8 @@ private:
 };
 
 template <typename Read>
-ControlBinding bind(const Subject& subject, ChannelKind kind, const char* what, Read read,
-                    std::function<void(double)> write = {}) {
+ControlBinding bind(const Subject& subject, ChannelKind kind, const char* what, const Read& read,
+                    const std::function<void(double)>& write = {}) {
     return {.name = QStringLiteral("Rig, ") + spokenName(kind) + QLatin1String(what),
             .read =
                 [desk = subject.desk, read] {

@@ -276,7 +276,7 @@ void PassLanesView::paintEvent(QPaintEvent*) {
     painter.setClipRect(canvas.px(QRectF(plotSpan().adjusted(-lineRoom, 0, plotMargin, 0))));
     const double x = xOf(*tapeOffset());
     const QColor color = isRunning ? tints.active : tints.text;
-    const QRect line(canvas.px(x), canvas.px(rulerHeight), canvas.line(1.5), viewport()->height() * canvas.scale);
+    const QRect line(canvas.px(x), canvas.px(rulerHeight), canvas.line(1.5), canvas.px(viewport()->height()));
     painter.fillRect(line.adjusted(-canvas.line(), 0, canvas.line(), 0), withAlpha(Qt::black, 0.35));
     painter.fillRect(line, color);
     QPolygonF handle;

@@ -16,7 +16,7 @@ public:
     explicit ValueAnnouncer(std::size_t controls) : _controls(controls) {}
 
     /// Notes a change; true if it may be announced at once.
-    bool note(std::size_t control, Uptime now);
+    bool note(std::size_t index, Uptime now);
     /// When the next value that had to wait is due.
     std::optional<Uptime> nextDue() const;
     /// The controls whose waiting values are due; they count as announced.

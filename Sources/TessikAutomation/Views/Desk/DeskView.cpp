@@ -31,8 +31,6 @@ DeskView::DeskView(const AppObjects& objects, QUndoStack& history, DrawingContex
       _clipboard(objects.manualSettings, history),
       _inputs(new HorizontalOnlyScrollView(this)),
       _moduleView(new VerticalOnlyScrollView(_inputs->content())),
-      _masterView(nullptr),
-      _master(nullptr),
       _blank{new ControlHost(blankModuleKind(), {}, _drawing, _moduleView->content()),
              new ControlHost(blankStripKind(), {}, _drawing, _inputs->content())},
       _folded(new ControlHost(foldedMasterKind(), {}, _drawing, this)),

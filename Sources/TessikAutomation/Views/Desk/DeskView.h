@@ -82,8 +82,8 @@ private:
     SettingsClipboard _clipboard;
     HorizontalOnlyScrollView* _inputs;
     VerticalOnlyScrollView* _moduleView;
-    VerticalOnlyScrollView* _masterView;
-    ControlHost* _master;
+    VerticalOnlyScrollView* _masterView = nullptr;
+    ControlHost* _master = nullptr;
     std::array<ControlHost*, 2> _blank; ///< beyond the last input, in wider windows: above, below
     ControlHost* _folded;               ///< in place of the master section
     PanelButton* _foldKey;

@@ -162,7 +162,7 @@ void SettingsView::addPicker(QBoxLayout* group, const QString& label, const QStr
     auto* picker = new Picker(this);
     picker->addItems(choices);
     picker->setCurrentIndex(current);
-    connect(picker, &QComboBox::activated, this, choose);
+    connect(picker, &QComboBox::activated, this, std::move(choose));
     addRow(group, label, picker, help);
 }
 

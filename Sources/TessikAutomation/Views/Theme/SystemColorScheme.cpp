@@ -33,7 +33,7 @@ void SystemColorScheme::follow(QDBusConnection bus) {
     read(bus, QStringLiteral("ReadOne"));
 }
 
-void SystemColorScheme::read(QDBusConnection bus, const QString& method) {
+void SystemColorScheme::read(const QDBusConnection& bus, const QString& method) {
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, method);
     call << QString(appearance) << QString(colorScheme);
     auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);

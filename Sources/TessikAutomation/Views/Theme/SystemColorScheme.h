@@ -33,7 +33,7 @@ private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:
-    void read(QDBusConnection bus, const QString& method);
+    void read(const QDBusConnection& bus, const QString& method);
     void apply(const QVariant& value) { scheme = fromPortal(value).value_or(_atStart); }
 
     const ColorScheme _atStart;

@@ -73,8 +73,9 @@ TransportPanelView::TransportPanelView(MTCClock& clock, LocatorStore& locators, 
     refresh();
 }
 
-void TransportPanelView::connectRow(LocatorRow& row, const QString& name, std::function<LocatorStore::Locator()> read,
-                                    std::function<void(const LocatorStore::Locator&)> assign) {
+void TransportPanelView::connectRow(LocatorRow& row, const QString& name,
+                                    const std::function<LocatorStore::Locator()>& read,
+                                    const std::function<void(const LocatorStore::Locator&)>& assign) {
     const auto write = [this, name, read, assign](const LocatorStore::Locator& position) {
         if (read() == position) return assign(position); // nothing to undo
         _history.push(new UndoStep((position ? QStringLiteral("setting %1") : QStringLiteral("clearing %1")).arg(name),

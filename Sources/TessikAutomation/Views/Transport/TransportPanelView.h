@@ -49,8 +49,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void connectRow(LocatorRow& row, const QString& name, std::function<LocatorStore::Locator()> read,
-                    std::function<void(const LocatorStore::Locator&)> assign);
+    void connectRow(LocatorRow& row, const QString& name, const std::function<LocatorStore::Locator()>& read,
+                    const std::function<void(const LocatorStore::Locator&)>& assign);
     PanelButton* addKey(const QString& icon, const QString& legend, const QString& name, const QString& help,
                         std::function<void()> press);
     std::optional<TimecodePosition> songEnd() const;

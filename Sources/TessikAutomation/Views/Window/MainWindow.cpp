@@ -104,7 +104,7 @@ void MainWindow::addZoomAction(const QString& text, const QList<QKeySequence>& s
                                std::function<void()> action) {
     auto* added = new QAction(text, this);
     added->setShortcuts(shortcuts);
-    connect(added, &QAction::triggered, this, action);
+    connect(added, &QAction::triggered, this, std::move(action));
     addAction(added);
     _zoomActions.append(added);
 }

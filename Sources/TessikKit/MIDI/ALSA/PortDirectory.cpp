@@ -45,6 +45,7 @@ void PortDirectory::identify(const std::vector<SequencerPort>& present) {
     });
     // Which of two ports appears first after startup is chance, but their sockets are not.
     std::vector<const SequencerPort*> sorted;
+    sorted.reserve(present.size());
     for (const SequencerPort& port : present)
         sorted.push_back(&port);
     std::stable_sort(sorted.begin(), sorted.end(), [](const SequencerPort* a, const SequencerPort* b) {

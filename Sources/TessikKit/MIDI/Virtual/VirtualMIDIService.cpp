@@ -112,11 +112,11 @@ MIDIStatus VirtualMIDIService::connectDestination(MIDIPortRef outputPort, MIDIEn
     return 0;
 }
 
-bool VirtualMIDIService::isConnected(MIDIPortRef ref, MIDIEndpointRef endpoint) const {
+bool VirtualMIDIService::isConnected(MIDIPortRef port, MIDIEndpointRef endpoint) const {
     const std::lock_guard lock(_mutex);
-    const auto port = _ports.find(ref);
-    if (port == _ports.end()) return false;
-    const auto& connected = port->second.connected;
+    const auto found = _ports.find(port);
+    if (found == _ports.end()) return false;
+    const auto& connected = found->second.connected;
     return std::find(connected.begin(), connected.end(), endpoint) != connected.end();
 }
 
