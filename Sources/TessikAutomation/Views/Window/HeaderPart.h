@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include <array>
+#include <cstdint>
 
 namespace tessik {
 
@@ -12,7 +12,6 @@ enum class HeaderFit : std::uint8_t {
     symbols, ///< in one row; keys with a symbol lose their legend
     rows,    ///< in two rows, the second of them low
 };
-inline constexpr std::array allHeaderFits{HeaderFit::legends, HeaderFit::symbols, HeaderFit::rows};
 
 /// A part of the header. It knows how wide it must be for nothing in it to be cut off, and calls `updateGeometry` when
 /// that changes; it chooses its own height.
