@@ -116,6 +116,38 @@ TEST_F(OutputTest, LetsACorrectionPass) {
     EXPECT_EQ(pumpFor(2ms), (Sent{{29, 11}, {48, 7}}));
 }
 
+TEST_F(OutputTest, OwesAnAbsentDeskWhatWasAsked) {
+    output.sendFader(in1, 10);
+    output.sendFader(in2, 20);
+    pumpFor(10ms);
+    service.unplug(QStringLiteral("Desk In"));
+    runPosted();
+    EXPECT_EQ(output.believedValue(0), std::nullopt);
+    output.sendFader(in1, 33);
+    output.sendSwitches(in2, {.chanMuted = true});
+    output.noteReceived(clock.now(), 1, 77); // a hand moved in2 meanwhile: nothing is owed there
+    EXPECT_TRUE(pumpFor(1s).empty());
+    service.plug(QStringLiteral("Desk In"));
+    runPosted();
+    EXPECT_EQ(pumpFor(10ms), (Sent{{65, 31}, {0, 33}}));
+
+    output.selectDestination(std::nullopt); // another desk is owed nothing
+    output.selectDestination(deskID);
+    EXPECT_TRUE(pumpFor(1s).empty());
+}
+
+TEST_F(OutputTest, BelievesNothingOfAHandThatCrossedWhenTheDeskCannotBeTold) {
+    output.sendFader(in1, 40);
+    service.unplug(QStringLiteral("Desk In"));
+    runPosted();
+    sent.clear();
+    output.noteReceived(clock.now(), 0, 90); // before or after the 40 landed?
+    EXPECT_EQ(output.believedValue(0), std::nullopt);
+    service.plug(QStringLiteral("Desk In"));
+    runPosted();
+    EXPECT_EQ(pumpFor(10ms), (Sent{{0, 90}}));
+}
+
 TEST_F(OutputTest, KeepsWhatThePortWouldNotTakeYet) {
     for (const MIDIStatus status : {midiWouldBlock, -19}) {
         service.failNext(VirtualMIDIService::Operation::send, status);
