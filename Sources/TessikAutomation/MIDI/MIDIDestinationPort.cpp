@@ -32,7 +32,7 @@ void MIDIDestinationPort::refreshDestinations() {
     const MIDIEndpointRef before = std::exchange(_reachable, handle());
     if (_reachable == 0)
         cable.leave();
-    else if (_reachable != before || cable.isDue())
+    else if (_reachable != before || cable.takeDue())
         refusal = cable.lay(_reachable) == 0 ? 0 : refusal.value();
     if (_reachable != before) refusal = 0;
     if (_reachable != before) changed(_reachable ? Change::back : Change::gone);

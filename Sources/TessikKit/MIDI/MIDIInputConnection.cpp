@@ -58,7 +58,7 @@ void MIDIInputConnection::refreshSources() {
                 .arg(source->name, old ? QStringLiteral("Optional(%1)").arg(*old) : QStringLiteral("nil"),
                      QString::number(source->endpoint), wasMissing ? QStringLiteral(" [was missing]") : QString()));
         connect(*source, true);
-    } else if (cable.isDue()) {
+    } else if (cable.takeDue()) {
         const bool wasConnected = cable.refusal.value() == 0;
         connect(*source, true);
         if (wasConnected) noteDataLost();

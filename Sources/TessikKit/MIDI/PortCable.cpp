@@ -17,7 +17,7 @@ void PortCable::leave() {
     isCut = false;
 }
 
-bool PortCable::isDue() {
+bool PortCable::takeDue() {
     if (_endpoint == 0) return false;
     if (refusal.value() != 0) return true;
     const bool isConnected = _isConnected(_endpoint);

@@ -16,8 +16,9 @@ public:
     MIDIStatus lay(MIDIEndpointRef endpoint);
     /// Nothing is chosen, or the chosen port is missing.
     void leave();
-    /// After any setup change: whether it must be made again, because it was refused or removed.
-    bool isDue();
+    /// After any setup change: whether it must be made again now, because it was refused or removed. For a removed one
+    /// the answer is yes once; asking spends it.
+    bool takeDue();
 
     Published<MIDIStatus, PortCable> refusal{0}; ///< why the last attempt failed; 0 if it did not
     Published<bool, PortCable> isCut{false};     ///< removed again after it was restored
