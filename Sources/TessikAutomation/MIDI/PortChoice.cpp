@@ -8,8 +8,16 @@ bool PortChoice::isAmbiguous() const {
     return port && port->isAmbiguous;
 }
 
+bool PortChoice::isAnotherDevice() const {
+    const std::optional<std::int32_t> id = selected.value();
+    const MIDIPortInfo* port = id ? findPort(available.value(), id) : nullptr;
+    return port && port->device.mayDifferFrom(SavedSettings::device(key));
+}
+
 void PortChoice::choose(std::optional<std::int32_t> uniqueID) const {
-    SavedSettings::setUniqueID(key, uniqueID); // first: observers of the selection look at both
+    const MIDIPortInfo* port = findPort(available.value(), uniqueID);
+    // First: observers of the selection look at both.
+    SavedSettings::setUniqueID(key, uniqueID, port ? port->device : DeviceIdentity());
     select(uniqueID);
 }
 

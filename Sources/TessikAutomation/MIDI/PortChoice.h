@@ -17,7 +17,9 @@ struct PortChoice {
     bool isListed(std::int32_t uniqueID) const { return findPort(available.value(), uniqueID); }
     /// Whether the selected port may have swapped places with another of the same name.
     bool isAmbiguous() const;
-    /// Selects and remembers; none removes the key.
+    /// Whether the selected port may belong to another device of that name than the one chosen.
+    bool isAnotherDevice() const;
+    /// Selects and remembers, with its device; none removes the key.
     void choose(std::optional<std::int32_t> uniqueID) const;
     /// Selects the remembered port if it is listed now; else does nothing.
     void restore() const;

@@ -53,7 +53,7 @@ Writes& writes() {
     return all;
 }
 
-void write(QLatin1String key, const QVariant& value) {
+void write(QAnyStringView key, const QVariant& value) {
     defaults();                                           // holds what cannot be written
     const std::unique_ptr<QSettings> store = openStore(); // fresh: a status, once bad, stays so
     if (value.isValid())
@@ -68,6 +68,8 @@ void write(QLatin1String key, const QVariant& value) {
     }
     QMetaObject::invokeMethod(QCoreApplication::instance(), [problem] { writes().add(problem); });
 }
+
+QString deviceKey(QLatin1String key) { return key + QStringLiteral("Device"); }
 
 /// A file returns numbers as text, and QVariant's own toInt wraps: so the whole range is read and checked.
 std::optional<std::int64_t> integer(QLatin1String key) {
@@ -84,6 +86,11 @@ std::optional<std::int32_t> uniqueID(QLatin1String key) {
     if (*stored != std::int32_t(*stored))
         qFatal("%s holds %lld, which is no port's id", key.data(), static_cast<long long>(*stored));
     return std::int32_t(*stored);
+}
+
+DeviceIdentity device(QLatin1String key) {
+    const QStringList stored = defaults().value(deviceKey(key)).toStringList();
+    return stored.size() == 2 ? DeviceIdentity{stored[0], stored[1]} : DeviceIdentity();
 }
 
 const Observable<Write>& lastWrite() { return writes(); }
@@ -131,7 +138,9 @@ void setString(QLatin1String key, const QString& value) { write(key, value); }
 void setBytes(QLatin1String key, const QByteArray& value) { write(key, QString::fromLatin1(value.toBase64())); }
 void remove(QLatin1String key) { write(key, {}); }
 
-void setUniqueID(QLatin1String key, std::optional<std::int32_t> uniqueID) {
+void setUniqueID(QLatin1String key, std::optional<std::int32_t> uniqueID, const DeviceIdentity& device) {
+    const bool isKnown = uniqueID && device.isKnown();
+    write(deviceKey(key), isKnown ? QVariant(QStringList{device.socket, device.serial}) : QVariant());
     if (uniqueID)
         setInteger(key, *uniqueID);
     else

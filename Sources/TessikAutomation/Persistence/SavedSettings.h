@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TessikAutomation/Persistence/AppTheme.h"
+#include "TessikKit/MIDI/MIDIService.h"
 #include "TessikKit/Models/ConsoleModel.h"
 #include "TessikKit/Models/Published.h"
 
@@ -35,6 +36,8 @@ inline constexpr QLatin1String welcomeDismissed{"welcomeDismissed"};
 /// A port's unique id; none if nothing is stored. A number outside signed 32 bits stops the program: only ids are ever
 /// stored under these keys.
 std::optional<std::int32_t> uniqueID(QLatin1String key);
+/// The device behind that port when it was chosen.
+DeviceIdentity device(QLatin1String key);
 /// The stored number as it is; callers keep it in range.
 std::optional<std::int64_t> midiChannel();
 std::optional<AppTheme> appTheme();
@@ -72,8 +75,8 @@ void setInteger(QLatin1String key, std::int64_t value);
 void setString(QLatin1String key, const QString& value);
 void setBytes(QLatin1String key, const QByteArray& value);
 void remove(QLatin1String key);
-/// Stores a port choice, or removes its key.
-void setUniqueID(QLatin1String key, std::optional<std::int32_t> uniqueID);
+/// Stores a port choice and its device, or removes both.
+void setUniqueID(QLatin1String key, std::optional<std::int32_t> uniqueID, const DeviceIdentity& device = {});
 
 } // namespace SavedSettings
 } // namespace tessik

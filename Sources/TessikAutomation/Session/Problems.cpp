@@ -47,6 +47,12 @@ void addPortProblems(std::vector<Problem>& problems, const ProblemState::Port& p
                                            "they may have changed places. Try it, and choose the other one in the "
                                            "settings if it is."),
                             Offer::settings});
+    else if (port.isAnotherDevice)
+        problems.push_back({QStringLiteral("%1 may be another device").arg(port.label),
+                            QStringLiteral("It has the name of the one that you chose, but is plugged in elsewhere or "
+                                           "is another unit. Try it; if it is right, choose it in the settings once "
+                                           "more."),
+                            Offer::settings});
 }
 
 ProblemState::Port portState(const QString& label, const PortChoice& choice, const PortCable& cable,
@@ -59,7 +65,8 @@ ProblemState::Port portState(const QString& label, const PortChoice& choice, con
             .isForgotten = !id && SavedSettings::uniqueID(choice.key),
             .refusal = refusal == 0 && output ? output->refusal.value() : refusal,
             .isCut = cable.isCut.value(),
-            .isAmbiguous = choice.isAmbiguous()};
+            .isAmbiguous = choice.isAmbiguous(),
+            .isAnotherDevice = choice.isAnotherDevice()};
 }
 
 } // namespace
@@ -70,6 +77,11 @@ std::vector<Problem> problemsIn(const ProblemState& state) {
         problems.push_back({QStringLiteral("MIDI In dropped messages"),
                             QStringLiteral("The screen and the desk may differ. Recall a scene on the desk to hear "
                                            "every value again.")});
+    if (state.isTimecodeLost)
+        problems.push_back({QStringLiteral("MTC Source dropped messages"),
+                            QStringLiteral("Timecode had a gap: what was played or recorded then may be off by some "
+                                           "frames. Locate before it and do it again; this goes when the tape "
+                                           "starts.")});
     if (state.overtaken > 0)
         problems.push_back({QStringLiteral("MIDI In comes too fast"),
                             QStringLiteral("%1 messages gave way to newer ones of the same control before the program "
@@ -150,6 +162,16 @@ ProblemWatch::ProblemWatch(const Objects& objects) : _objects(objects) {
     _observers.push_back(objects.desk.model.isReceivingStateDump.addNotifier([this, setInputLost] {
         if (_objects.desk.model.isReceivingStateDump.value()) setInputLost(false);
     }));
+    MTCClock& clock = objects.mtcClock;
+    const auto setTimecodeLost = [this](bool isLost) {
+        _isTimecodeLost = isLost;
+        lookSoon();
+    };
+    _observers.push_back(clock.connection.dataLostCount.addNotifier([setTimecodeLost] { setTimecodeLost(true); }));
+    _observers.push_back(clock.connection.connectedSourceID.addNotifier([setTimecodeLost] { setTimecodeLost(false); }));
+    _observers.push_back(clock.isRunning.addNotifier([&clock, setTimecodeLost] {
+        if (clock.isRunning.value()) setTimecodeLost(false);
+    }));
     lookSoon();
 }
 
@@ -181,6 +203,7 @@ ProblemState ProblemWatch::state() const {
                             transport.cable, &transport)},
         .isLoop = _objects.desk.output.isLoop.value(),
         .isInputLost = _isInputLost,
+        .isTimecodeLost = _isTimecodeLost,
         .overtaken = input.overtakenCount.value() - _overtakenBefore,
         .mismatch = {},
         .leftOut = _objects.session.leftOut.value(),

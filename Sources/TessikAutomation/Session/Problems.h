@@ -24,11 +24,12 @@ struct ProblemState {
     struct Port {
         QString label; ///< as labelled in the settings
         bool isInput = false;
-        bool isMissing = false;   ///< chosen, but absent
-        bool isForgotten = false; ///< remembered, but absent when the program started
-        MIDIStatus refusal = 0;   ///< of the connection, or of the last message sent
-        bool isCut = false;       ///< another program removed the connection
-        bool isAmbiguous = false; ///< it may have swapped places with another of the same name
+        bool isMissing = false;       ///< chosen, but absent
+        bool isForgotten = false;     ///< remembered, but absent when the program started
+        MIDIStatus refusal = 0;       ///< of the connection, or of the last message sent
+        bool isCut = false;           ///< another program removed the connection
+        bool isAmbiguous = false;     ///< it may have swapped places with another of the same name
+        bool isAnotherDevice = false; ///< it may belong to another than the one that was chosen
     };
     struct FrameRates {
         MTCFrameRate pass;
@@ -38,6 +39,7 @@ struct ProblemState {
     std::vector<Port> ports;
     bool isLoop = false;                ///< what goes to the desk comes back
     bool isInputLost = false;           ///< messages from the desk were lost, and it has not sent its whole state since
+    bool isTimecodeLost = false;        ///< timecode was lost, and the tape has not started since
     std::int64_t overtaken = 0;         ///< messages from the desk replaced by newer ones, also since then
     std::optional<FrameRates> mismatch; ///< of an armed pass that does not play
     QString leftOut;                    ///< of the session's file, see `SessionController`
@@ -70,6 +72,7 @@ private:
 
     const Objects _objects;
     bool _isInputLost = false;
+    bool _isTimecodeLost = false;
     std::int64_t _overtakenBefore = 0; // the desk sent its whole state
     bool _isLookDue = false;
     QObject _context; // takes the look that is due with it

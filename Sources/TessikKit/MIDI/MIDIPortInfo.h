@@ -8,13 +8,15 @@
 
 namespace tessik {
 
-/// One port as listed in the settings. The user's choice is remembered by `uniqueID` alone.
+/// One port as listed in the settings. The user's choice is remembered by `uniqueID`; `device` then tells another of
+/// the same name.
 struct MIDIPortInfo {
     std::int32_t uniqueID = 0;
     QString name;
     MIDIEndpointRef endpoint = 0;
     int ordinal = 0;
     bool isAmbiguous = false; ///< it may have swapped places with a port of the same name
+    DeviceIdentity device;
 
     friend bool operator==(const MIDIPortInfo&, const MIDIPortInfo&) = default;
 };
@@ -28,7 +30,7 @@ inline std::vector<MIDIPortInfo> describePorts(const std::vector<MIDIEndpoint>& 
     ports.reserve(endpoints.size());
     for (const MIDIEndpoint& endpoint : endpoints)
         ports.push_back({endpoint.uniqueID.value_or(0), endpoint.displayName.value_or(nameless), endpoint.ref,
-                         endpoint.ordinal, endpoint.isAmbiguous});
+                         endpoint.ordinal, endpoint.isAmbiguous, endpoint.device});
     return ports;
 }
 

@@ -43,6 +43,19 @@ using MIDIReceiveBlock = std::function<void(const MIDIEventList&)>;
 /// Something in the MIDI setup changed. Runs on one of the service's threads.
 using MIDINotifyBlock = std::function<void()>;
 
+/// What distinguishes a device from others like it; empty if the system knows nothing.
+struct DeviceIdentity {
+    QString socket; ///< where it is plugged in, such as "usb-0000:00:14.0-2"
+    QString serial; ///< its serial number, which some makers reuse for every unit
+
+    bool isKnown() const { return !socket.isEmpty() || !serial.isEmpty(); }
+    /// Whether both are known and nothing says that they are one device; a serial number holds in any socket.
+    bool mayDifferFrom(const DeviceIdentity& other) const {
+        return isKnown() && other.isKnown() && *this != other && (serial.isEmpty() || serial != other.serial);
+    }
+    friend bool operator==(const DeviceIdentity&, const DeviceIdentity&) = default;
+};
+
 /// One entry of an enumeration.
 struct MIDIEndpoint {
     MIDIEndpointRef ref = 0;
@@ -50,6 +63,7 @@ struct MIDIEndpoint {
     std::optional<QString> displayName;
     int ordinal = 0;          ///< among ports of equal names; part of the id
     bool isAmbiguous = false; ///< it may have swapped places with another port of the same name
+    DeviceIdentity device;
 };
 
 /// The platform's MIDI system: clients with ports, connected to sources and sending to destinations.

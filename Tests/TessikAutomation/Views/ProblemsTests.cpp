@@ -5,6 +5,7 @@
 #include "TessikAutomation/Views/Window/ActivityLamp.h"
 #include "TessikAutomation/Views/Window/ProblemsPopover.h"
 #include "TessikKit/MIDI/MIDIWords.h"
+#include "TessikRig/TapeTimecode.h"
 
 #include <QPushButton>
 
@@ -100,9 +101,37 @@ TEST_F(ProblemsTest, ComeAndGoWithTheirCauses) {
         EXPECT_EQ(titles(), QStringList());
     }
 
+    const QString name = QStringLiteral("Desk Out");
+    const DeviceIdentity desks{QStringLiteral("1"), {}}, recorders{QStringLiteral("2"), {}};
+    service.setDevice(name, desks);
+    settle();
+    in.choose(desk.outID());
+    EXPECT_EQ(titles(), QStringList());
+    service.setDevice(name, recorders); // as at a start with that one alone
+    EXPECT_EQ(titles(), QStringList(QStringLiteral("MIDI In may be another device")));
+    in.choose(desk.outID());
+    EXPECT_EQ(titles(), QStringList()) << "chosen once more";
+
+    const PortChoice timecode = sourceChoice(SavedSettings::Key::timecodeSourceID, application.mtcClock.connection);
+    in.choose(std::nullopt); // it would lose the same
+    timecode.choose(desk.outID());
+    const QStringList lostTimecode(QStringLiteral("MTC Source dropped messages"));
+    service.inject(desk.out, {.packets = {}, .dataLost = true});
+    EXPECT_EQ(titles(), lostTimecode);
+    for (int piece = 0; piece < 16; ++piece)
+        application.mtcClock.handleQuarterFrame(
+            UptimeClock::system().now(),
+            TapeTimecode::quarterFrameByte({MTCFrameRate::fps25, 1, 0, 0, piece / 8 * 2}, piece % 8));
+    EXPECT_EQ(titles(), QStringList()) << "the tape started";
+    service.inject(desk.out, {.packets = {}, .dataLost = true});
+    EXPECT_EQ(titles(), lostTimecode);
+    timecode.choose(std::nullopt);
+    EXPECT_EQ(titles(), QStringList()) << "another source";
+    in.choose(desk.outID());
+
     SavedSettings::setUniqueID(SavedSettings::Key::timecodeSourceID, 77);
     EXPECT_EQ(titles(), QStringList(QStringLiteral("MTC Source is not connected")));
-    sourceChoice(SavedSettings::Key::timecodeSourceID, application.mtcClock.connection).choose(std::nullopt);
+    timecode.choose(std::nullopt);
     EXPECT_EQ(titles(), QStringList());
 
     {

@@ -40,6 +40,7 @@ StatusView::StatusView(const AppObjects& objects, DrawingContext& drawing, QWidg
         _observers.push_back(cable->refusal.addNotifier(changed));
         _observers.push_back(cable->isCut.addNotifier(changed));
     }
+    _observers.push_back(SavedSettings::lastWrite().addNotifier(changed)); // a port may have been chosen once more
     _observers.push_back(drawing.look.addNotifier([this] { update(); }));
     showStatus();
 }
@@ -48,7 +49,8 @@ std::array<StatusView::Path, 2> StatusView::paths() const {
     const auto path = [](const QString& label, const QString& status, const PortChoice& choice,
                          const PortCable& cable) {
         const std::optional<std::int32_t> id = choice.selected.value();
-        const bool isSound = cable.refusal.value() == 0 && !cable.isCut.value() && !choice.isAmbiguous();
+        const bool isSound =
+            cable.refusal.value() == 0 && !cable.isCut.value() && !choice.isAmbiguous() && !choice.isAnotherDevice();
         return Path{label + QStringLiteral(" — ") + status, id.has_value(), id && choice.isListed(*id), isSound};
     };
     MIDIInputConnection& input = _objects.desk.input.connection;

@@ -31,7 +31,8 @@ std::vector<MIDIEndpoint> PortDirectory::list(PortDirection direction, const std
         const Identity& identity = _living.at(port.address);
         const int ordinal = *identity.ordinals[std::size_t(direction)];
         endpoints.push_back({handle(port.address), stableUniqueID(direction, port.clientName, port.portName, ordinal),
-                             displayName(port.clientName, port.portName), ordinal, isAmbiguous(identity, direction)});
+                             displayName(port.clientName, port.portName), ordinal, isAmbiguous(identity, direction),
+                             port.device});
     }
     return endpoints;
 }

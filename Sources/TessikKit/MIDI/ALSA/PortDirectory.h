@@ -16,15 +16,6 @@ struct SequencerAddress {
     friend auto operator<=>(const SequencerAddress&, const SequencerAddress&) = default;
 };
 
-/// What distinguishes a device from others like it; empty if the system knows nothing.
-struct DeviceIdentity {
-    QString socket; ///< where it is plugged in, such as "usb-0000:00:14.0-2"
-    QString serial; ///< its serial number, which some makers reuse for every unit
-
-    bool isKnown() const { return !socket.isEmpty() || !serial.isEmpty(); }
-    friend bool operator==(const DeviceIdentity&, const DeviceIdentity&) = default;
-};
-
 /// What the sequencer reports about one port.
 struct SequencerPort {
     SequencerAddress address;

@@ -77,7 +77,8 @@ std::vector<MIDIEndpoint> VirtualMIDIService::enumerate(bool destinations) const
     for (const Endpoint& endpoint : _endpoints)
         if (endpoint.plugged && bool(endpoint.receive) == destinations)
             list.push_back({endpoint.handle, endpoint.uniqueID,
-                            endpoint.nameReadable ? std::optional(endpoint.name) : std::nullopt, endpoint.ordinal});
+                            endpoint.nameReadable ? std::optional(endpoint.name) : std::nullopt, endpoint.ordinal,
+                            false, endpoint.device});
     return list;
 }
 
@@ -255,6 +256,13 @@ void VirtualMIDIService::cut(const QString& name) {
         if (endpoint.name == name)
             for (auto& [ref, port] : _ports)
                 std::erase(port.connected, endpoint.handle);
+    notifyAll(lock);
+}
+
+void VirtualMIDIService::setDevice(const QString& name, const DeviceIdentity& device) {
+    std::unique_lock lock(_mutex);
+    for (Endpoint& endpoint : _endpoints)
+        if (endpoint.name == name) endpoint.device = device;
     notifyAll(lock);
 }
 

@@ -48,6 +48,8 @@ public:
     void cut(const QString& name);
     /// Makes the name of every endpoint of that name unreadable.
     void hideName(const QString& name);
+    /// Another device from now on stands behind the endpoints of that name.
+    void setDevice(const QString& name, const DeviceIdentity& device);
     /// The next call of an operation returns this instead of succeeding.
     enum class Operation : std::uint8_t {
         createClient,
@@ -80,6 +82,7 @@ private:
         std::int32_t uniqueID = 0;
         int ordinal = 0;
         QString name;
+        DeviceIdentity device;
         bool nameReadable = true;
         bool plugged = true;
         bool held = false;
