@@ -49,15 +49,6 @@ std::optional<std::int32_t> portNamed(const Ports& ports, const QString& name) {
     return std::nullopt;
 }
 
-template <typename Records>
-QString nameOf(const Records& records, const QUuid& id) {
-    for (const auto& record : records)
-        if (record.id == id) return record.name;
-    return {};
-}
-
-const QString takeName = QStringLiteral("Take");
-
 /// In a window title, "[*]" marks where changes are indicated; in a name it is just text.
 QString inTitle(QString name) { return name.replace(QLatin1String("[*]"), QLatin1String("[*][*]")); }
 
@@ -245,15 +236,20 @@ void Application::setLoadedItem(const std::optional<LoadedItem>& item) {
     showTitle();
 }
 
-QString Application::loadedItemText() const {
-    if (!_loadedItem) return {};
-    const bool isPass = _loadedItem->type == LoadedItemType::pass;
+bool Application::isTakeLoaded() const {
     const auto& take = passEngine.waitingTake.value();
-    if (isPass && take && take->id == _loadedItem->id) return takeName;
-    const QString name =
-        isPass ? nameOf(passes.passes.value(), _loadedItem->id) : nameOf(snapshots.snapshots.value(), _loadedItem->id);
-    if (name.isEmpty()) return {};
-    return (isPass ? QStringLiteral("Pass: ") : QStringLiteral("Snapshot: ")) + name;
+    return take && _loadedItem && _loadedItem->type == LoadedItemType::pass && take->id == _loadedItem->id;
+}
+
+QString Application::loadedItemText() const {
+    if (isTakeLoaded()) return QStringLiteral("Take");
+    if (!_loadedItem) return {};
+    const auto text = [](const QString& kind, const auto& record) {
+        return record && !record->name.isEmpty() ? kind + record->name : QString();
+    };
+    return _loadedItem->type == LoadedItemType::pass
+               ? text(QStringLiteral("Pass: "), passes.find(_loadedItem->id))
+               : text(QStringLiteral("Snapshot: "), snapshots.find(_loadedItem->id));
 }
 
 void Application::showTitle() {
@@ -264,14 +260,13 @@ void Application::showTitle() {
     const bool hasTake = passEngine.recordingPass.value().has_value(); // being recorded, or waiting for its name
     window.setWindowModified(changed || hasTake);
     const QString state = session.isSaving.value()  ? QStringLiteral("saving…")
-                          : loaded == takeName      ? QStringLiteral("not saved")
+                          : isTakeLoaded()          ? QStringLiteral("not saved")
                           : hasTake                 ? QStringLiteral("take not saved")
                           : changed                 ? QStringLiteral("edited")
                           : session.fileURL.value() ? QStringLiteral("saved")
                                                     : QStringLiteral("new session");
     const bool isPass = _loadedItem && _loadedItem->type == LoadedItemType::pass;
-    window.deselectKey().setVisible(isPass && !loaded.isEmpty() && loaded != takeName &&
-                                    passEngine.selectedPass.value());
+    window.deselectKey().setVisible(isPass && !loaded.isEmpty() && !isTakeLoaded() && passEngine.selectedPass.value());
     window.setSessionTitle(session.displayName(), loaded, state);
 }
 

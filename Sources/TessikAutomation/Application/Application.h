@@ -81,6 +81,8 @@ private:
     void showMonitor();
     void buildProblems();
     void setLoadedItem(const std::optional<LoadedItem>& item);
+    /// Whether what is loaded is the take that waits for its name.
+    bool isTakeLoaded() const;
     /// "Snapshot: NAME", "Pass: NAME", or "Take" for one that waits; empty if nothing was recalled.
     QString loadedItemText() const;
     void showTitle();

@@ -4,6 +4,8 @@
 
 namespace tessik {
 
+std::optional<AutomationPass> PassStore::find(const QUuid& id) const { return withID(passes.value(), id); }
+
 void PassStore::save(const AutomationPass& pass) {
     QList<AutomationPass> all = withoutID(passes.value(), pass.id);
     all.append(pass);

@@ -12,6 +12,7 @@ public:
     /// Called after each `save`, `rename` and `remove`, never on `load`.
     std::function<void()> onChange;
 
+    std::optional<AutomationPass> find(const QUuid& id) const;
     /// Adds the pass, or replaces the one with the same id.
     void save(const AutomationPass& pass);
     /// Keeps its place in the list.

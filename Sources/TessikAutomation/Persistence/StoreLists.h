@@ -4,10 +4,18 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <optional>
 
 namespace tessik {
 
 /// What the stores do with their lists of records that have an `id` and a `createdAt`.
+
+template <typename Record>
+std::optional<Record> withID(const QList<Record>& records, const QUuid& id) {
+    const auto found =
+        std::find_if(records.begin(), records.end(), [&id](const Record& each) { return each.id == id; });
+    return found == records.end() ? std::nullopt : std::optional(*found);
+}
 
 template <typename Record>
 QList<Record> withoutID(QList<Record> records, const QUuid& id) {

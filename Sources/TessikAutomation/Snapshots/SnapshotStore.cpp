@@ -6,12 +6,10 @@ namespace tessik {
 
 std::optional<Snapshot> SnapshotStore::defaultSnapshot() const {
     const std::optional<QUuid> id = defaultSnapshotID.value();
-    if (!id) return std::nullopt;
-    const QList<Snapshot> all = snapshots.value();
-    const auto found =
-        std::find_if(all.begin(), all.end(), [&id](const Snapshot& snapshot) { return snapshot.id == *id; });
-    return found == all.end() ? std::nullopt : std::optional(*found);
+    return id ? find(*id) : std::nullopt;
 }
+
+std::optional<Snapshot> SnapshotStore::find(const QUuid& id) const { return withID(snapshots.value(), id); }
 
 void SnapshotStore::save(const Snapshot& snapshot) {
     QList<Snapshot> all = withoutID(snapshots.value(), snapshot.id);

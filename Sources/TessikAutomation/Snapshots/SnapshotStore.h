@@ -17,6 +17,7 @@ public:
     /// None if there is no default or it names a snapshot that is not in the list.
     std::optional<Snapshot> defaultSnapshot() const;
 
+    std::optional<Snapshot> find(const QUuid& id) const;
     /// Appends the snapshot, or replaces the one with the same id.
     void save(const Snapshot& snapshot);
     /// Keeps its place in the list.

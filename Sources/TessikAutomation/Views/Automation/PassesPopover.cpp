@@ -9,12 +9,6 @@
 namespace tessik {
 namespace {
 
-std::optional<AutomationPass> passOf(const PassStore& store, const QUuid& id) {
-    for (const AutomationPass& pass : store.passes.value())
-        if (pass.id == id) return pass;
-    return std::nullopt;
-}
-
 bool isSelectedIn(const PassEngine& engine, const QUuid& id) {
     const std::optional<AutomationPass>& selected = engine.selectedPass.value();
     return selected && selected->id == id;
@@ -40,7 +34,7 @@ public:
           _passes(passes),
           _pass(std::move(pass)) {}
     void redo() override {
-        _pass = passOf(_passes, _pass.id).value_or(_pass); // it may have been renamed
+        _pass = _passes.find(_pass.id).value_or(_pass); // it may have been renamed
         _wasSelected = isSelectedIn(_engine, _pass.id);
         _wasCompared = _engine.isComparing.value();
         if (_wasSelected) _engine.select(std::nullopt);
@@ -93,7 +87,7 @@ PassesPopover::PassesPopover(PassEngine& engine, PassStore& passes, QUndoStack& 
 
 void PassesPopover::prepareRow(RecordRow& row) {
     const auto choose = [this, &row] {
-        const auto pass = passOf(_passes, row.id());
+        const auto pass = _passes.find(row.id());
         if (!pass) return;
         _engine.select(pass);
         Q_EMIT chosen(*pass);
@@ -101,11 +95,11 @@ void PassesPopover::prepareRow(RecordRow& row) {
     connect(&row, &QAbstractButton::clicked, this, choose);
     connect(&row, &RecordRow::chosen, this, choose);
     connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) {
-        if (const auto pass = passOf(_passes, row.id()))
+        if (const auto pass = _passes.find(row.id()))
             _history.push(UndoStep::renaming(_passes, pass->id, pass->name, name));
     });
     const auto showLanes = [this, &row] {
-        if (const auto pass = passOf(_passes, row.id())) Q_EMIT lanesWanted(*pass);
+        if (const auto pass = _passes.find(row.id())) Q_EMIT lanesWanted(*pass);
     };
     SymbolButton* lanes = row.addButton(QStringLiteral("lanes"), {}, QStringLiteral("Show Lanes"));
     lanes->setObjectName(QStringLiteral("lanes"));
@@ -114,11 +108,11 @@ void PassesPopover::prepareRow(RecordRow& row) {
     connect(&row, &RecordRow::menuRequested, this, [this, &row, showLanes](QMenu* menu) {
         menu->addAction(QStringLiteral("Show Lanes"), this, showLanes);
         menu->addAction(QStringLiteral("Export as MIDI File…"), this, [this, id = row.id()] {
-            if (const auto pass = passOf(_passes, id)) Q_EMIT exportWanted(*pass);
+            if (const auto pass = _passes.find(id)) Q_EMIT exportWanted(*pass);
         });
     });
     connect(&row, &RecordRow::removed, this, [this, &row] {
-        if (auto pass = passOf(_passes, row.id())) _history.push(new PassRemoval(_engine, _passes, *std::move(pass)));
+        if (auto pass = _passes.find(row.id())) _history.push(new PassRemoval(_engine, _passes, *std::move(pass)));
     });
 }
 

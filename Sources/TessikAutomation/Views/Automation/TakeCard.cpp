@@ -97,17 +97,15 @@ void TakeCard::showChoice() {
     const std::optional<AutomationPass>& before = _engine.selectedPass.value();
     _choice->setVisible(before.has_value());
     if (!before) return;
-    QString name = before->name;
-    for (const AutomationPass& pass : _passes.passes.value())
-        if (pass.id == before->id) name = pass.name;
+    const QString name = _passes.find(before->id).value_or(*before).name;
     const bool isComparing = _engine.isComparing.value();
     _playTake->setChecked(!isComparing);
     _playBefore->setChecked(isComparing);
     _playBefore->setAccessibleName(name);
     _playBefore->setToolTip(QStringLiteral("READ, UPDATE and NULL act on “%1”, to compare").arg(name));
-    QString shown =
+    const QString shown =
         _playBefore->fontMetrics().elidedText(name, Qt::ElideRight, _playBefore->width() - 2 * choicePadding);
-    _playBefore->setText(shown.replace(QLatin1Char('&'), QLatin1String("&&")));
+    _playBefore->setText(literally(shown));
 }
 
 void TakeCard::resizeEvent(QResizeEvent* event) {

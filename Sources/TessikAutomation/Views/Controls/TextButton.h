@@ -5,6 +5,9 @@
 
 namespace tessik {
 
+/// Text for a button or a menu that shows it as it is: "&" marks no letter.
+inline QString literally(QString text) { return text.replace(QLatin1Char('&'), QLatin1String("&&")); }
+
 /// A button of a card. Return presses it when it has the keyboard focus; Space belongs to the tape and does nothing
 /// here.
 class TextButton final : public QPushButton {

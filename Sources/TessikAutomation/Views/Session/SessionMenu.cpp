@@ -1,19 +1,13 @@
 #include "TessikAutomation/Views/Session/SessionMenu.h"
 
 #include "TessikAutomation/Persistence/SavedSettings.h"
+#include "TessikAutomation/Views/Controls/TextButton.h"
 
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QMimeData>
 
 namespace tessik {
-namespace {
-
-/// A name as shown in a menu: its "&" marks no shortcut.
-QString inMenu(QString name) { return name.replace(QLatin1Char('&'), QLatin1String("&&")); }
-
-} // namespace
-
 SessionMenu::SessionMenu(SessionController& session, QWidget* parent)
     : QMenu(QStringLiteral("&File"), parent), _session(session) {
     const auto add = [this](const QString& text, const char* keys, auto action) {
@@ -37,7 +31,7 @@ SessionMenu::SessionMenu(SessionController& session, QWidget* parent)
 void SessionMenu::fillRecent() {
     _recent->clear();
     for (const QString& path : SavedSettings::recentSessions()) {
-        QAction* action = _recent->addAction(inMenu(QFileInfo(path).completeBaseName()));
+        QAction* action = _recent->addAction(literally(QFileInfo(path).completeBaseName()));
         action->setToolTip(path);
         connect(action, &QAction::triggered, this, [this, path] { _session.open(QUrl::fromLocalFile(path)); });
     }
@@ -49,7 +43,7 @@ void SessionMenu::fillReplaced() {
     _replaced->clear();
     for (const ReplacedSession& session : _session.replacedSessions()) {
         QAction* action = _replaced->addAction(
-            inMenu(session.origin.name() + QStringLiteral("  —  ") + proposedName(session.replacedAt)));
+            literally(session.origin.name() + QStringLiteral("  —  ") + proposedName(session.replacedAt)));
         action->setToolTip(session.origin.sessionPath);
         connect(action, &QAction::triggered, this, [this, session] { _session.reopen(session); });
     }

@@ -107,23 +107,17 @@ void SnapshotsPopover::prepareRow(RecordRow& row) {
     connect(star, &QAbstractButton::clicked, this, [this, &row] { _snapshots.toggleDefault(row.id()); });
     connect(&row, &RecordRow::chosen, this, [this, &row] { recall(row.id()); });
     connect(&row, &RecordRow::renamed, this, [this, &row](const QString& name) {
-        if (const auto snapshot = snapshotOf(row.id()))
+        if (const auto snapshot = _snapshots.find(row.id()))
             _history.push(UndoStep::renaming(_snapshots, snapshot->id, snapshot->name, name));
     });
     connect(&row, &RecordRow::removed, this, [this, &row] {
-        if (const auto snapshot = snapshotOf(row.id()))
+        if (const auto snapshot = _snapshots.find(row.id()))
             _history.push(new SnapshotPresence(_snapshots, *snapshot, Change::removal));
     });
 }
 
-std::optional<Snapshot> SnapshotsPopover::snapshotOf(const QUuid& id) const {
-    for (const Snapshot& snapshot : _snapshots.snapshots.value())
-        if (snapshot.id == id) return snapshot;
-    return std::nullopt;
-}
-
 void SnapshotsPopover::recall(const QUuid& id) {
-    const std::optional<Snapshot> snapshot = snapshotOf(id);
+    const std::optional<Snapshot> snapshot = _snapshots.find(id);
     if (!snapshot) return;
     const auto former = std::make_shared<SnapshotRecall::Former>();
     _history.push(new UndoStep(

@@ -34,7 +34,6 @@ private:
     void prepareRow(RecordRow& row);
     void showRow(RecordRow& row, const Snapshot& snapshot);
     void showNaming(bool isNaming);
-    std::optional<Snapshot> snapshotOf(const QUuid& id) const;
     void recall(const QUuid& id);
 
     SnapshotStore& _snapshots;
