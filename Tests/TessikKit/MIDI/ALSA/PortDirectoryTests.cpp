@@ -121,6 +121,7 @@ TEST_F(PortDirectoryTest, equalDevicesAreTakenForEachOtherOnlyWhereNothingTellsT
         EXPECT_EQ(first[0].isAmbiguous, c.isAmbiguousAtFirst) << c.what;
         EXPECT_EQ(first[1].isAmbiguous, c.isAmbiguousAtFirst) << c.what;
         EXPECT_EQ(first[0].ordinal + first[1].ordinal, 1) << c.what;
+        EXPECT_EQ(first[1].device, at(24, c.b).device) << c.what;
         list(tried, {});
         EXPECT_EQ(list(tried, {at(20, c.backB)})[0].isAmbiguous, c.isAmbiguousAlone) << c.what;
         const auto back = list(tried, {at(20, c.backB), at(24, c.backA)});
