@@ -33,8 +33,6 @@ public:
     bool isTelling() const { return _lock.isTelling(); }
     /// The rate of these answers.
     std::optional<MTCFrameRate> rate() const { return _lock.rate(); }
-    /// Arrival of the last quarter frame, whatever its content; kept when timecode stops.
-    Uptime lastQuarterFrameStamp() const { return _lastQuarterFrameStamp; }
     /// Arrival of the last one that left no doubt about the tape's position; kept when timecode stops.
     Uptime toldUntil() const { return _toldUntil; }
     /// Arrival of the first one after the last silence.
