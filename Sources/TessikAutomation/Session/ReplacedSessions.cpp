@@ -48,6 +48,7 @@ std::vector<ReplacedSession> ReplacedSessions::all() const {
         return std::tie(a.second.replacedAt, a.first) > std::tie(b.second.replacedAt, b.first);
     });
     std::vector<ReplacedSession> sessions;
+    sessions.reserve(found.size());
     for (auto& [writtenAt, session] : found)
         sessions.push_back(std::move(session));
     return sessions;

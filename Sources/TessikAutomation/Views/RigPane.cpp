@@ -132,7 +132,7 @@ ControlBinding bind(const Subject& subject, ChannelKind kind, const char* what, 
                 [desk = subject.desk, read] {
                     return ControlValue{double(read(*desk)), {}};
                 },
-            .write = std::move(write),
+            .write = write,
             .watch = watching(*subject.changes)};
 }
 

@@ -22,7 +22,7 @@ public:
 
     void add(std::vector<MonitorLine> lines);
     void clear();
-    void setShown(MonitorLine::Kind kind, bool isShown);
+    void setShown(MonitorLine::Kind kind, bool isKindShown);
 
     /// The rows as text, columns apart by tabs.
     QString text(const QList<int>& rows) const;
